@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+// OvraBase: still-image processing on the caller's pixel buffers. Includes the whole interface.
+#ifndef OVRA_OVRA_H
+#define OVRA_OVRA_H
+
+#include "ovra/basic.h"
+#include "ovra/color.h"
+#include "ovra/filter.h"
+#include "ovra/geometry.h"
+#include "ovra/pixel_format.h"
+#include "ovra/platform.h"
+#include "ovra/resample.h"
+#include "ovra/status.h"
+#include "ovra/version.h"
+
+#endif  // OVRA_OVRA_H
