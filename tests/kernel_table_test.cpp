@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstring>
+#include <vector>
+
+#include "ovra/resample.h"
+
+namespace {
+
+constexpr int kSteps = OVRA_KERNEL_TABLE_STEPS;
+constexpr int kEntries = OVRA_KERNEL_TABLE_ENTRIES;
+
+using Table = std::vector<float>;
+using Calc = OvraStatus OVRA_CALL(float, float*);
+
+Table Calculated(Calc* calc, float parameter) {
+  Table table(kEntries, 77.0F);
+  EXPECT_EQ(calc(parameter, table.data()), OVRA_OK);
+  return table;
+}
+
+// With a parameter of q quarters and t = i / 4096 a kernel is an integer over 4 * 4096^3, which
+// floats round once.
+constexpr int kQuarterCubeBits = 2 + 3 * 12;
+
+int64_t QuarterCubes(int64_t cubic, int64_t square, int64_t linear, int64_t constant, int64_t i) {
+  return cubic * i * i * i + square * i * i * kSteps + linear * i * kSteps * kSteps +
+         constant * kSteps * kSteps * kSteps;
+}
+
+float CubicReference(int64_t q, int64_t i) {
+  const int64_t value = i < kSteps ? QuarterCubes(q + 8, -(q + 12), 0, 4, i)
+                                   : QuarterCubes(q, -2 * q, q, 0, i - kSteps);
+  return std::ldexp(static_cast<float>(value), -kQuarterCubeBits);
+}
+
+// value / 6 to 24 bits. One sixth as a double is less than a sixth, so that a product halfway
+// between two floats, computed in extended precision, lies just below the middle.
+float SixthHalfDown(int64_t value) {
+  const auto magnitude = static_cast<uint64_t>(value < 0 ? -value : value);
+  int shift = 0;
+  while ((magnitude << shift) / 6 < (uint64_t{1} << 26) && magnitude != 0) ++shift;
+  // From here the quotient has more bits than a float.
+  uint64_t unit = 6;
+  while ((magnitude << shift) / unit >= (uint64_t{1} << 24)) unit *= 2;
+  const uint64_t scaled = magnitude << shift;
+  uint64_t quotient = scaled / unit;
+  if (2 * (scaled % unit) > unit) ++quotient;
+  const auto result = static_cast<float>(static_cast<double>(quotient) *
+                                         static_cast<double>(unit / 6) * std::ldexp(1.0, -shift));
+  return value < 0 ? -result : result;
+}
+
+float BSplineReference(int64_t q, int64_t i) {
+  const int64_t value = i < kSteps ? QuarterCubes(6 * q + 12, -9 * q - 24, 0, 2 * q + 16, i)
+                                   : -QuarterCubes(2 * q + 4, -3 * q - 12, 12, q - 4, i - kSteps);
+  return std::ldexp(SixthHalfDown(value), -kQuarterCubeBits);
+}
+
+TEST(KernelTable, EveryEntryIsTheExactValueRoundedOnce) {
+  const int quarters[] = {-8, -4, -3, -2, 0, 1, 2, 4, 7};
+  for (const int q : quarters) {
+    const float parameter = 0.25F * static_cast<float>(q);
+    const Table cubic = Calculated(OvraCalcCubicSpline, parameter);
+    const Table b_spline = Calculated(OvraCalcBSpline, parameter);
+    for (int i = 0; i < kEntries; ++i) {
+      const bool inside = i < 2 * kSteps;
+      ASSERT_EQ(cubic[i], inside ? CubicReference(q, i) : 0.0F) << q << " " << i;
+      ASSERT_EQ(b_spline[i], inside ? BSplineReference(q, i) : 0.0F) << q << " " << i;
+    }
+  }
+}
+
+TEST(KernelTable, KnownValues) {
+  const Table cubic = Calculated(OvraCalcCubicSpline, -0.5F);
+  EXPECT_EQ(cubic[0], 1.0F);
+  EXPECT_EQ(cubic[2048], 0.5625F);
+  EXPECT_EQ(cubic[4096], 0.0F);
+  EXPECT_EQ(cubic[6144], -0.0625F);
+  const Table b_spline = Calculated(OvraCalcBSpline, 0.0F);
+  EXPECT_EQ(b_spline[0], 0.6666667F);
+  EXPECT_EQ(b_spline[4096], 0.16666667F);
+  EXPECT_NEAR(b_spline[8191], 0.0F, 1e-11F);
+}
+
+TEST(KernelTable, AnyParameterIsUsedAsGiven) {
+  const Table nan = Calculated(OvraCalcCubicSpline, std::nanf(""));
+  EXPECT_TRUE(std::isnan(nan[0]) && std::isnan(nan[8191]));
+  EXPECT_EQ(nan[8192], 0.0F);
+  const Table huge = Calculated(OvraCalcCubicSpline, 3e38F);
+  EXPECT_EQ(huge[0], 1.0F);  // no overflow on the way
+  EXPECT_EQ(huge[4096], 0.0F);
+}
+
+TEST(KernelTable, NullTableIsRefused) {
+  EXPECT_EQ(OvraCalcCubicSpline(-0.5F, nullptr), OVRA_ERROR_RESIZE_NULL_TABLE);
+  EXPECT_EQ(OvraCalcBSpline(0.0F, nullptr), OVRA_ERROR_RESIZE_NULL_TABLE);
+}
+
+// The precision control of a host is neither used nor changed.
+TEST(KernelTable, DoesNotDependOnTheHostsPrecision) {
+  constexpr uint16_t kPrecisionMask = 0x0300;
+  constexpr uint16_t kDouble = 0x0200;
+  const float parameters[] = {0.0F, 0.1F, -0.7713F};
+  for (const float parameter : parameters) {
+    const Table cubic = Calculated(OvraCalcCubicSpline, parameter);
+    const Table b_spline = Calculated(OvraCalcBSpline, parameter);
+    Table cubic_there(kEntries);
+    Table b_spline_there(kEntries);
+    uint16_t before = 0;
+    __asm__ volatile("fnstcw %0" : "=m"(before));
+    const auto reduced = static_cast<uint16_t>((before & ~kPrecisionMask) | kDouble);
+    __asm__ volatile("fldcw %0" : : "m"(reduced));
+    OvraCalcCubicSpline(parameter, cubic_there.data());
+    OvraCalcBSpline(parameter, b_spline_there.data());
+    uint16_t after = 0;
+    __asm__ volatile("fnstcw %0" : "=m"(after));
+    __asm__ volatile("fldcw %0" : : "m"(before));
+    EXPECT_EQ(after, reduced);
+    EXPECT_EQ(std::memcmp(cubic.data(), cubic_there.data(), kEntries * sizeof(float)), 0);
+    EXPECT_EQ(std::memcmp(b_spline.data(), b_spline_there.data(), kEntries * sizeof(float)), 0);
+  }
+}
+
+}  // namespace
