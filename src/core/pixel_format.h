@@ -53,7 +53,7 @@ constexpr int32_t BytesPerSample(int32_t depth_bits) {
 // Bytes between the starts of two rows: the bytes of `width` pixels rounded up to the alignment
 // (0 counts as 1). Formed in 64 bits, so that the rows of the widest images keep their distance; a
 // negative width gives a stride that callers never walk with.
-constexpr std::ptrdiff_t RowStride(int32_t width, int32_t channels, int32_t depth_bits,
+constexpr std::ptrdiff_t RowStride(int64_t width, int32_t channels, int32_t depth_bits,
                                    int32_t alignment_bytes) {
   const int64_t packed = int64_t{BytesPerSample(depth_bits)} * width * channels;
   const int64_t alignment = alignment_bytes == 0 ? 1 : alignment_bytes;
@@ -61,7 +61,7 @@ constexpr std::ptrdiff_t RowStride(int32_t width, int32_t channels, int32_t dept
 }
 
 // The stride of an image of this format.
-inline std::ptrdiff_t RowStride(int32_t width, const PixelFormat& format) {
+inline std::ptrdiff_t RowStride(int64_t width, const PixelFormat& format) {
   return RowStride(width, static_cast<int32_t>(format.channels),
                    static_cast<int32_t>(format.depth_bits),
                    static_cast<int32_t>(format.alignment_bytes));

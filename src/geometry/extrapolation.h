@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// Placement of an image on a larger canvas of one color.
+#pragma once
+
+#include <cstdint>
+
+#include "core/pixel_format.h"
+#include "core/status.h"
+
+namespace ovra {
+
+// Whether extrapolation takes images of this format.
+Status ValidateExtrapolationFormat(PixelFormatCode format);
+
+Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t source_height,
+                        uint8_t* destination, uint32_t destination_width,
+                        uint32_t destination_height, PixelFormatCode format, int32_t offset_x,
+                        int32_t offset_y, const uint16_t* fill);
+
+}  // namespace ovra

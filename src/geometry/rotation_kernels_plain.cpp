@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#include "geometry/rotation_mappings.h"
+
+namespace ovra {
+namespace {
+
+struct PlainMovers {
+  template <int kPixelBytes>
+  static void ReverseRow(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+    for (std::ptrdiff_t x = 0; x < pixels; ++x) {
+      std::memcpy(destination + x * kPixelBytes, source + (pixels - 1 - x) * kPixelBytes,
+                  kPixelBytes);
+    }
+  }
+
+  template <int kPixelBytes>
+  static void TransposeBlock(const uint8_t* source, std::ptrdiff_t source_stride,
+                             uint8_t* destination, std::ptrdiff_t destination_stride,
+                             std::ptrdiff_t rows, std::ptrdiff_t columns) {
+    for (std::ptrdiff_t column = 0; column < columns; ++column) {
+      for (std::ptrdiff_t row = 0; row < rows; ++row) {
+        std::memcpy(destination + column * destination_stride + row * kPixelBytes,
+                    source + row * source_stride + column * kPixelBytes, kPixelBytes);
+      }
+    }
+  }
+};
+
+}  // namespace
+
+OrientKernel* SelectOrientPlain(Orientation orientation, int32_t bytes_per_sample) {
+  return SelectOrientWith<PlainMovers>(orientation, bytes_per_sample);
+}
+
+}  // namespace ovra
