@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Basic operations: conversion between device-independent bitmaps and raw buffers.
+// Basic operations: image composition, and conversion between device-independent bitmaps and raw
+// buffers.
 #ifndef OVRA_BASIC_H
 #define OVRA_BASIC_H
 
@@ -12,6 +13,73 @@
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+// Composition: OvraCompositeImage and OvraCompositeImageWithMaskBlending place a source image into a
+// destination image, in place. Rows and pixels of the destination that the source does not cover,
+// and all row padding, stay as they are.
+//
+// Sizes are in pixels, and rows follow each other at the distance that the format word and the width
+// give (ovra/pixel_format.h). Formats: 8 bits a sample, 1 to 4 channels, any row alignment and row
+// order, arrangement 0, and one of the colour models GREY, RGB, BGR, YCC, RGBA and BGRA, whatever the
+// channel count; the model does not change the arithmetic.
+//
+// (x, y) is where the top left corner of the source comes to lie in the destination picture, x to the
+// right and y down the picture, also where rows are stored bottom-up. What lies outside of the
+// destination at any side is clipped, with one exception: in bottom-up images a source that reaches
+// below the bottom of the destination (destination_height - source_height - y < 0) is refused with
+// 222. A source that lies outside altogether, or a negative size, writes nothing and gives 0 (or, in
+// bottom-up images, 222 by that same rule).
+//
+// A blend weighs with integers: with the weight w (0..255), the sample p of the image that the weight
+// belongs to and the sample q of the other image, the result is ((w + 1) * p + (256 - w) * q) / 256,
+// rounded down. 255 gives p and 0 gives q, both exactly.
+//
+// The buffers belong to the caller and need not be aligned. The destination must not overlap source
+// or mask; source and mask may be the same. Calls on different destinations may run in parallel.
+//
+// Checks are made in the order of these lists, before anything is written.
+
+// Values of blend_mode. Any value but exactly 1 means the weight of the destination.
+typedef enum OvraBlendMode {
+  OVRA_BLEND_WEIGHT_OF_DESTINATION = 0,
+  OVRA_BLEND_WEIGHT_OF_SOURCE = 1
+} OvraBlendMode;
+
+// Copies the source into the destination when both have the same number of channels (blend_mode is
+// ignored then), or blends it when the source has one channel more: the last sample of each source
+// pixel is its alpha, the weight for the other samples of the pixel. Both images need the same row
+// alignment and row order; their colour models may differ.
+//
+// Returns
+//   0         success
+//   220       destination or source is null
+//   221       destination and source are the same
+//   222       a width or height is 0
+//   129..134  a field of a format word is not a known one (ovra/status.h); the destination's word is
+//             checked against this and the next three before the source's
+//   224       sample depth above 8 bits
+//   225       colour model not accepted
+//   226       arrangement not 0
+//   227       row alignment or row order differ between source and destination
+//   228       the source has neither as many channels as the destination nor one more
+//   222       bottom-up rows, and the source reaches below the bottom of the destination
+OVRA_API OvraStatus OVRA_CALL OvraCompositeImage(uint8_t* destination, int32_t destination_width,
+                                                 int32_t destination_height,
+                                                 OvraPixelFormatCode destination_format,
+                                                 const uint8_t* source, int32_t source_width,
+                                                 int32_t source_height,
+                                                 OvraPixelFormatCode source_format, int32_t x,
+                                                 int32_t y, uint8_t blend_mode);
+
+// Blends the source into the destination by a mask, which holds one weight for every sample of the
+// source and is laid out like it: source_width, source_height and the one format are those of both.
+//
+// Returns the statuses of OvraCompositeImage in the same order, without 227 and 228. The mask is not
+// among the checks: it may be null where nothing is to be written, and else gives 220 after them.
+OVRA_API OvraStatus OVRA_CALL OvraCompositeImageWithMaskBlending(
+    uint8_t* destination, int32_t destination_width, int32_t destination_height,
+    const uint8_t* source, const uint8_t* mask, int32_t source_width, int32_t source_height,
+    OvraPixelFormatCode format, int32_t x, int32_t y, uint8_t blend_mode);
 
 // OvraDib2Raw and OvraRaw2Dib convert 24-bit pictures between the rows of a device-independent
 // bitmap and a packed buffer:

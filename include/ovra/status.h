@@ -118,7 +118,7 @@ enum OvraStatusCode {
   OVRA_ERROR_YUSM_DOUBLE_TAPS = 203,      // a tap count is above 25
 
   // Composition.
-  OVRA_ERROR_COMPOSITE_NULL = 220,         // destination or source is null
+  OVRA_ERROR_COMPOSITE_NULL = 220,         // destination, source or a needed mask is null
   OVRA_ERROR_COMPOSITE_IN_PLACE = 221,     // destination and source are the same
   OVRA_ERROR_COMPOSITE_SIZE = 222,         // a size is 0, or the source reaches below the picture
   OVRA_ERROR_COMPOSITE_CHANNELS = 223,     // channel count not 1..4

@@ -168,7 +168,7 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
     case OVRA_ERROR_YUSM_DOUBLE_TAPS:
       return "double unsharp mask: tap count is above 25";
     case OVRA_ERROR_COMPOSITE_NULL:
-      return "composition: destination or source is null";
+      return "composition: destination, source or mask is null";
     case OVRA_ERROR_COMPOSITE_IN_PLACE:
       return "composition: destination and source are the same buffer";
     case OVRA_ERROR_COMPOSITE_SIZE:
