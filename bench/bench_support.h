@@ -36,5 +36,6 @@ void RegisterTiers(const std::string& name, double pixels,
 // One function for each file of benchmarks, called by main.
 void RegisterComposition();
 void RegisterDibRaw();
+void RegisterGeometry();
 
 }  // namespace ovra_bench

@@ -66,6 +66,7 @@ int main(int argc, char** argv) {
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   ovra_bench::RegisterComposition();
   ovra_bench::RegisterDibRaw();
+  ovra_bench::RegisterGeometry();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -31,9 +31,13 @@ using OrientKernel = Status(const uint8_t* source, uint8_t* destination, int32_t
 
 // The kernel of a mapping for samples of 1 or 2 bytes.
 OrientKernel* SelectOrientPlain(Orientation orientation, int32_t bytes_per_sample);
+OrientKernel* SelectOrientSse(Orientation orientation, int32_t bytes_per_sample);
+OrientKernel* SelectOrientAvx2(Orientation orientation, int32_t bytes_per_sample);
 
 inline OrientKernel* SelectOrient(Orientation orientation, int32_t bytes_per_sample,
-                                  KernelTier /*tier*/) {
+                                  KernelTier tier) {
+  if (tier == KernelTier::kAvx2) return SelectOrientAvx2(orientation, bytes_per_sample);
+  if (tier == KernelTier::kSse) return SelectOrientSse(orientation, bytes_per_sample);
   return SelectOrientPlain(orientation, bytes_per_sample);
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "geometry/rotation_mappings.h"
+#include "geometry/rotation_movers.h"
 
 namespace ovra {
 namespace {
@@ -7,22 +8,15 @@ namespace {
 struct PlainMovers {
   template <int kPixelBytes>
   static void ReverseRow(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
-    for (std::ptrdiff_t x = 0; x < pixels; ++x) {
-      std::memcpy(destination + x * kPixelBytes, source + (pixels - 1 - x) * kPixelBytes,
-                  kPixelBytes);
-    }
+    ReversePixels<kPixelBytes>(source, destination, pixels);
   }
 
   template <int kPixelBytes>
   static void TransposeBlock(const uint8_t* source, std::ptrdiff_t source_stride,
                              uint8_t* destination, std::ptrdiff_t destination_stride,
                              std::ptrdiff_t rows, std::ptrdiff_t columns) {
-    for (std::ptrdiff_t column = 0; column < columns; ++column) {
-      for (std::ptrdiff_t row = 0; row < rows; ++row) {
-        std::memcpy(destination + column * destination_stride + row * kPixelBytes,
-                    source + row * source_stride + column * kPixelBytes, kPixelBytes);
-      }
-    }
+    TransposePixels<kPixelBytes>(source, source_stride, destination, destination_stride, rows,
+                                 columns);
   }
 };
 
