@@ -42,6 +42,86 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcCubicSpline(float a, float* table);
 // kernel; it is for callers of OvraResizeImageCore and OvraResizeImageCoreVAR.
 OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table);
 
+// Resizing. A region of the source becomes the whole destination.
+//
+// Source and destination are separate buffers of the caller with one format: 1, 3 or 4
+// interleaved channels of 8 to 16 bits, with a colour model that fits the channel count. Widths and
+// heights are in pixels; rows stand as far apart as the format's alignment says
+// (ovra/pixel_format.h). The region is given in source pixels, x and y from the picture's top left
+// corner also where rows are stored bottom-up. It must not reach beyond the right or the bottom
+// edge; x and y may be negative.
+//
+// The picture is scaled about the middle of the region, which falls on the middle of the
+// destination, with a separable kernel in fixed point. Around the region the kernel uses the
+// source's own pixels, and beyond the source its edge pixels. Row padding of the destination is not
+// written. Results are the same on every platform.
+//
+// Calls on different destinations may run in parallel. Nothing is written unless OVRA_OK is
+// returned. All statuses, in the order of the checks:
+//
+//   OVRA_ERROR_FORMAT_...                  a field of the format word is not accepted (functions
+//                                          with a table: after the five checks that follow)
+//   OVRA_ERROR_NO_MEMORY                   no work memory
+//   OVRA_ERROR_RESIZE_FACTOR               an explicit factor is below 0.33
+//   OVRA_ERROR_RESIZE_NULL_IMAGE           source or destination is null
+//   OVRA_ERROR_RESIZE_NULL_TABLE           the table is null
+//   OVRA_ERROR_RESIZE_STRETCH              a stretch is not greater than 0
+//   OVRA_ERROR_RESIZE_TAP_COUNT            a tap count is below 4
+//   OVRA_ERROR_RESIZE_CHANNELS, _DEPTH, _COLOR_MODEL, _ARRANGEMENT  the format cannot be resized
+//   OVRA_ERROR_RESIZE_SOURCE_SMALL         source narrower or lower than the taps of the axis
+//   OVRA_ERROR_RESIZE_DESTINATION_SMALL    destination likewise
+//   OVRA_ERROR_RESIZE_REGION_SIZE          region likewise, or larger than the source
+//   OVRA_ERROR_RESIZE_REGION_OUTSIDE       region beyond the right or bottom edge
+//   OVRA_ERROR_RESIZE_FACTOR               an explicit factor is 0 or not a number
+//   OVRA_ERROR_NO_MEMORY                   no work memory
+
+// Resizes with explicit factors (destination by source; above 1 enlarges) of at least 0.33. They
+// need not agree with the sizes: what the destination has room for is shown. The kernel is cubic
+// convolution with a = -0.75, of 4 taps, and of up to 8 where a factor reduces.
+OVRA_API OvraStatus OVRA_CALL OvraResizeImageVAR(const uint8_t* source, int32_t source_width,
+                                                 int32_t source_height, uint8_t* destination,
+                                                 int32_t destination_width,
+                                                 int32_t destination_height,
+                                                 OvraPixelFormatCode format,
+                                                 double horizontal_factor, double vertical_factor);
+
+// The same for a region of the source.
+OVRA_API OvraStatus OVRA_CALL OvraResizeImageROIVAR(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, double horizontal_factor, double vertical_factor);
+
+// The engine with a kernel of the caller's: `kernel_table` has OVRA_KERNEL_TABLE_ENTRIES floats,
+// `taps` source pixels an axis (at least 4, at most what fits source, destination and region)
+// contribute to a destination pixel, and `stretch` widens the kernel (2 halves the step through the
+// table; distances beyond the table weigh 0). Weights are normalised and truncated to 10 fractional
+// bits; a set whose kernel values do not sum to a finite number other than 0 weighs 0 throughout.
+//
+// One scale serves both axes, the larger one of destination width by region width and of
+// destination height by region height: proportions are kept and the region is cut symmetrically
+// along the other axis. At a scale of exactly 1 between images of one size the first `height` rows
+// in memory are copied as they are, row padding included, wherever the region lies.
+//
+// Tap counts other than 4 to 8 and 16 may take further memory row by row on processors without
+// vector units; a row that gets none is left unwritten.
+OVRA_API OvraStatus OVRA_CALL
+OvraResizeImageCore(const uint8_t* source, int32_t source_width, int32_t source_height,
+                    uint8_t* destination, int32_t destination_width, int32_t destination_height,
+                    OvraPixelFormatCode format, int32_t x, int32_t y, int32_t width, int32_t height,
+                    const float* kernel_table, float stretch, int32_t taps);
+
+// The same with factors, stretches and tap counts of their own for the two axes. The copy takes
+// place when both factors are 1. Any other factor but 0 is accepted, however small or large. A
+// negative horizontal factor mirrors the picture; a negative vertical one does not: source rows are
+// read in rising order only, and every destination row is made of the rows around the first one's
+// centre.
+OVRA_API OvraStatus OVRA_CALL OvraResizeImageCoreVAR(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, double horizontal_factor, double vertical_factor,
+    const float* kernel_table, float horizontal_stretch, float vertical_stretch,
+    int32_t horizontal_taps, int32_t vertical_taps);
+
 #ifdef __cplusplus
 }
 #endif

@@ -53,19 +53,19 @@ Status FillTable(const Kernel& kernel, float* table) {
 
 // From this ratio on a kernel of so many taps serves, stretched by the reciprocal of the middle of
 // its band of ratios.
-struct KernelSupport {
+struct SupportBand {
   double min_ratio;
   uint32_t taps;
   float stretch;
 };
 
-constexpr KernelSupport kSupports[] = {
+constexpr SupportBand kSupports[] = {
     {0.917, 4, 1.0F},
     {0.771, 5, 0x1.2F514Ap0F},  // 1 / 0.844
     {0.648, 6, 0x1.68D146p0F},  // 1 / 0.7095
     {0.545, 7, 0x1.AD2B90p0F},  // 1 / 0.5965
 };
-constexpr KernelSupport kWidestSupport = {0.0, 8, 2.0F};
+constexpr SupportBand kWidestSupport = {0.0, 8, 2.0F};
 
 }  // namespace
 
@@ -78,10 +78,10 @@ Status CalcBSpline(float b, float* table) {
 }
 
 void SelectKernelSupport(float ratio, uint32_t* taps, float* stretch) {
-  const KernelSupport* const found = std::find_if(
+  const SupportBand* const found = std::find_if(
       std::begin(kSupports), std::end(kSupports),
-      [ratio](const KernelSupport& band) { return static_cast<double>(ratio) >= band.min_ratio; });
-  const KernelSupport& support = found == std::end(kSupports) ? kWidestSupport : *found;
+      [ratio](const SupportBand& band) { return static_cast<double>(ratio) >= band.min_ratio; });
+  const SupportBand& support = found == std::end(kSupports) ? kWidestSupport : *found;
   *taps = support.taps;
   *stretch = support.stretch;
 }

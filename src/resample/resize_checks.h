@@ -8,8 +8,8 @@
 
 namespace ovra {
 
-// Decodes the format word and asks whether it can be resized: 1 to 4 channels of at most 16 bits,
-// interleaved, with a colour model that fits the channel count.
+// Decodes the format word and asks whether it can be resized: 1, 3 or 4 channels of at most 16
+// bits, interleaved, with a colour model that fits the channel count. (No model has two channels.)
 Status CheckResizeFormat(PixelFormatCode code, PixelFormat* format);
 
 // OVRA_ERROR_RESIZE_ZERO_SIZE when there is nothing to measure a ratio by.
