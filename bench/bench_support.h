@@ -37,5 +37,6 @@ void RegisterTiers(const std::string& name, double pixels,
 void RegisterComposition();
 void RegisterDibRaw();
 void RegisterGeometry();
+void RegisterSmallResize();
 
 }  // namespace ovra_bench

@@ -67,6 +67,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterComposition();
   ovra_bench::RegisterDibRaw();
   ovra_bench::RegisterGeometry();
+  ovra_bench::RegisterSmallResize();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -2,7 +2,7 @@
 
 add_library(ovra_warnings INTERFACE)
 target_compile_options(ovra_warnings INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wformat=2 -Wundef -Wvla -Wdouble-promotion
+  -Wall -Wextra -Wpedantic -Wshadow -Wcast-qual -Wformat=2 -Wundef -Wvla
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual>
   $<$<COMPILE_LANGUAGE:C>:-Wstrict-prototypes -Wmissing-prototypes>
   $<$<BOOL:${OVRA_WARNINGS_AS_ERRORS}>:-Werror>)

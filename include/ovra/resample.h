@@ -122,6 +122,29 @@ OVRA_API OvraStatus OVRA_CALL OvraResizeImageCoreVAR(
     const float* kernel_table, float horizontal_stretch, float vertical_stretch,
     int32_t horizontal_taps, int32_t vertical_taps);
 
+// Strong reduction, for ratios below about a third, where an engine of few taps would miss pixels.
+// Resamples the region (x, y, width, height) of the source, in source pixels with y counted from
+// the picture's top, to the whole destination. One scale serves both axes: the larger of
+// destination_width / width and destination_height / height; the region is cut symmetrically along
+// the other axis. The kernel of the table is stretched over all source samples that it covers, with
+// weights of 22 fractional bits that sum to exactly 1, so that constant pictures stay constant;
+// taps beyond the source repeat its edge, taps beyond the region but inside the source read the
+// source. Time grows with the source pixels of the region, whatever the ratio. Ratios up to and
+// above 1 are accepted. A table whose values cannot be weights (their sum is 0 or not finite, or
+// their absolute sum is above 1.9 times it) gives black.
+//
+// source, destination: one format, 8 to 16 bits, grey, three-channel or four-channel; separate
+// buffers of the caller. kernel_table: OVRA_KERNEL_TABLE_ENTRIES values. Calls may run in parallel
+// on different destinations. Statuses, in the order of the checks: RESIZE_NULL_IMAGE,
+// RESIZE_NULL_TABLE, the pixel-format codes 129..134, RESIZE_CHANNELS, RESIZE_DEPTH,
+// RESIZE_COLOR_MODEL, RESIZE_ARRANGEMENT, RESIZE_ZERO_SIZE (source width or region is 0),
+// RESIZE_DESTINATION_SMALL (destination below 1 x 1), RESIZE_REGION_SIZE (region negative or larger
+// than the source), RESIZE_REGION_OUTSIDE; then NO_MEMORY, with nothing written.
+OVRA_API OvraStatus OVRA_CALL OvraSmallResizeImage(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, const float* kernel_table);
+
 #ifdef __cplusplus
 }
 #endif
