@@ -13,6 +13,108 @@
 extern "C" {
 #endif
 
+// Luminance unsharp mask.
+//
+// Sharpens or softens an image by its luminance. Every pixel gets a luminance Y of 10 bits, whatever
+// the depth of its samples; Y is blurred by a separable filter whose weights the caller gives; and
+// the difference Y - blur(Y), shaped by two response tables, is added to the pixel:
+//
+//   (amount - 1) * level(Y) * difference(Y - blur) * (Y - blur), scaled to the depth of the samples
+//
+// Formats: 8 to 14 bits a sample, any row alignment and row order, and one of
+//
+//   colour model  channels  luminance of 64 parts  corrected      copied
+//   GREY          1         the sample itself      the sample     -
+//   RGB           3         19, 38, 7              all            -
+//   BGR           3         7, 38, 19              all            -
+//   YCC           3         the first sample       first sample   second, third
+//   RGBA          4         19, 38, 7              first three    fourth
+//   BGRA          4         7, 38, 19              first three    fourth
+//
+// A malformed format word is answered with 129..134, a format that is not accepted with 118
+// (channels), 119 (depth), 120 (colour model) or 121 (arrangement), in this order. A sample above
+// its declared depth counts as the depth's maximum when the luminance is formed.
+//
+// Calls may run in parallel, also with one context.
+
+// A control point of a response curve.
+typedef struct OvraResponsePoint {
+  double x;
+  double y;
+} OvraResponsePoint;
+
+// Entries of the response tables.
+enum { OVRA_LEVEL_TABLE_SIZE = 1024, OVRA_DIFFERENCE_TABLE_SIZE = 2048 };
+
+// The greatest tap count of the luminance unsharp mask.
+enum { OVRA_YUSM_MAX_TAPS = 64 };
+
+// What OvraYUsm_Init prepares. Read only while a run uses it.
+typedef struct OvraYUsmContext OvraYUsmContext;
+
+// Makes the response tables from curves, in units of 1/128 (128 stands for 1.0). Both masks use them.
+//
+//   level curve       x in 0..1 is the luminance of the pixel, y the relative strength there;
+//                     entry i of level_table (1024 entries) stands at x = i / 1024
+//   difference curve  x in -1..1 is Y - blur, y the relative strength for that difference;
+//                     entry k of difference_table (2048 entries) stands at x = (k - 1024) / 1024
+//
+// Points are sorted by strictly increasing x and joined by straight lines; the first and the last
+// line go on to the ends of the table. A single point leaves its table as it was. The x of a curve's
+// last point may lie anywhere beyond its predecessor. format is checked and not used otherwise.
+//
+// 116 a table is null; 124 a count is not positive; 116 a points pointer is null; 125, 126 an x of
+// the level, difference curve out of range, not increasing or not a number; then the format. The
+// tables are written only when all checks are passed.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmMakeTable(OvraPixelFormatCode format,
+                                                int32_t level_point_count,
+                                                const OvraResponsePoint* level_points,
+                                                int32_t difference_point_count,
+                                                const OvraResponsePoint* difference_points,
+                                                int16_t* level_table, int16_t* difference_table);
+
+// Makes a context for images of one format.
+//
+//   tap_count, weights  the blur: weights that sum to 128, along rows and columns alike. Output x
+//                       takes columns x - (tap_count - 1 - tap_count / 2) .. x + tap_count / 2;
+//                       columns beyond an edge are mirrored about the edge sample. Neither the sum
+//                       nor the signs are checked; of each weight the low 16 bits are used, signed.
+//   amount              1.0 leaves the image unchanged, more sharpens, less softens
+//   level_table         1024 entries, difference_table 2048, as OvraYUsmMakeTable gives them; copied
+//   context             receives the context, or null on failure; release it with OvraYUsm_Free
+//
+// 116 context is null; then the format; 122 tap_count not 1..64 or weights null; 123 a table is
+// null; 40 no memory.
+OVRA_API OvraStatus OVRA_CALL OvraYUsm_Init(OvraPixelFormatCode format, int32_t tap_count,
+                                            const int32_t* weights, float amount,
+                                            const int16_t* level_table,
+                                            const int16_t* difference_table,
+                                            OvraYUsmContext** context);
+
+// Runs the mask. width and height are in pixels. source and destination are images of the same
+// format and size; they may be the same buffer and must not overlap otherwise. Row padding is not
+// touched. Work memory: about 4 * tap_count * width bytes, until the call returns.
+//
+// 116 a pointer is null; 117 width or height below the tap count; 122 the context has no taps; then
+// the format; 40 no memory, or a size above 2147483647.
+OVRA_API OvraStatus OVRA_CALL OvraYUsm(const uint8_t* source, uint8_t* destination, uint32_t width,
+                                       uint32_t height, OvraPixelFormatCode format,
+                                       const OvraYUsmContext* context);
+
+// Releases *context and sets it to null; a null *context stays null. 116 when context is null.
+OVRA_API OvraStatus OVRA_CALL OvraYUsm_Free(OvraYUsmContext** context);
+
+// OvraYUsm_Init, OvraYUsm and OvraYUsm_Free in one call, with their arguments.
+//
+// 116 an image pointer is null; 117 width or height below the tap count; 122 tap_count not 1..64 or
+// weights null; 123 a table is null; then the format; 40 no memory, or a size above 2147483647.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t* destination,
+                                                 uint32_t width, uint32_t height,
+                                                 OvraPixelFormatCode format, int32_t tap_count,
+                                                 const int32_t* weights, float amount,
+                                                 const int16_t* level_table,
+                                                 const int16_t* difference_table);
+
 #ifdef __cplusplus
 }
 #endif
