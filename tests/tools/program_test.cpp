@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+// The built program as a user runs it.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "image_io.h"
+#include "tools/temporary_folder.h"
+
+namespace {
+
+using ovra_host::FileFormat;
+using ovra_host::Image;
+using ovra_test::FileBytes;
+using ovra_test::TemporaryFolder;
+
+struct RunResult {
+  int exit_code;
+  std::string output;
+  std::string errors;
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  // Arguments are separated by spaces; file names are those in the test's folder, which is the
+  // program's current one.
+  RunResult Run(const std::string& arguments) const {
+    const std::string command = "cd '" + folder_.File("") + "' && '" OVRA_PROGRAM "' " + arguments +
+                                " >'" + logs_.File("out") + "' 2>'" + logs_.File("err") + "'";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text("out"), Text("err")};
+  }
+
+  void ExpectFailure(const std::string& arguments, const std::string& text) const {
+    const RunResult result = Run(arguments);
+    EXPECT_NE(result.exit_code, 0) << arguments;
+    EXPECT_NE(result.errors.find(text), std::string::npos) << arguments << "\n" << result.errors;
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    EXPECT_EQ(result.errors.rfind("ovra: ", 0), 0U) << result.errors;
+  }
+
+  Image Read(const std::string& name) const { return ovra_host::ReadImage(folder_.File(name)); }
+
+  void Write(const std::string& name, const Image& image) const {
+    ovra_host::WriteImage(image, folder_.File(name));
+  }
+
+  // Two pixels by three, all samples different.
+  static Image Counting(uint32_t depth_bits, uint32_t channels) {
+    Image image(2, 3, FileFormat(depth_bits, channels));
+    for (size_t i = 0; i < image.size_bytes(); ++i) image.data()[i] = static_cast<uint8_t>(i + 1);
+    return image;
+  }
+
+  TemporaryFolder folder_;
+
+ private:
+  std::string Text(const std::string& kind) const {
+    const FileBytes bytes = ovra_test::ReadBytes(logs_.File(kind));
+    return std::string(bytes.begin(), bytes.end());
+  }
+
+  TemporaryFolder logs_;
+};
+
+std::vector<uint8_t> Bytes(const Image& image) {
+  return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
+}
+
+TEST_F(ProgramTest, HelpHasAnExampleForEveryCommand) {
+  const RunResult all = Run("--help");
+  EXPECT_EQ(all.exit_code, 0);
+  const size_t list = all.output.find("Subcommands:\n");
+  ASSERT_NE(list, std::string::npos);
+  std::istringstream lines(all.output.substr(list));
+  std::string line;
+  std::getline(lines, line);
+  int commands = 0;
+  for (; std::getline(lines, line) && !line.empty();) {
+    if (line.rfind("   ", 0) == 0) continue;  // a description that runs on
+    const std::string name = line.substr(2, line.find(' ', 2) - 2);
+    const RunResult help = Run(name + " --help");
+    EXPECT_EQ(help.exit_code, 0) << name;
+    EXPECT_NE(help.output.find("\n  ovra " + name + " "), std::string::npos) << name;
+    ++commands;
+  }
+  EXPECT_GE(commands, 2);
+}
+
+TEST_F(ProgramTest, InfoTellsWhatTheFileIs) {
+  Write("a.tif", Counting(16, 3));
+  const RunResult result = Run("info a.tif");
+  EXPECT_EQ(result.exit_code, 0);
+  for (const char* text : {"2 x 3 pixels", "3 (RGB)", "16 bits", "0x00000128", "12 bytes"}) {
+    EXPECT_NE(result.output.find(text), std::string::npos) << text << "\n" << result.output;
+  }
+}
+
+TEST_F(ProgramTest, RotatesByNameAndByNumber) {
+  const Image image = Counting(8, 1);  // 1 2 / 3 4 / 5 6
+  Write("a.png", image);
+  ASSERT_EQ(Run("rotate --mode left a.png left.tif").exit_code, 0);
+  ASSERT_EQ(Run("rotate --mode 3 a.png right.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("left.tif")), (std::vector<uint8_t>{2, 4, 6, 1, 3, 5}));
+  EXPECT_EQ(Bytes(Read("right.png")), (std::vector<uint8_t>{5, 3, 1, 6, 4, 2}));
+  EXPECT_EQ(Read("left.tif").width(), 3);
+}
+
+TEST_F(ProgramTest, TimesTheLibraryCallOnRequest) {
+  Write("a.png", Counting(8, 3));
+  EXPECT_EQ(Run("rotate --mode half a.png b.png").output, "");
+  for (const char* arguments :
+       {"--time rotate --mode half a.png b.png", "rotate --mode half a.png b.png --time"}) {
+    const RunResult result = Run(arguments);
+    EXPECT_EQ(result.output.rfind("OvraRotateImage ", 0), 0U) << result.output;
+    EXPECT_NE(result.output.find(" ms\n"), std::string::npos);
+  }
+}
+
+TEST_F(ProgramTest, FailsWithOneLine) {
+  Write("a.png", Counting(16, 3));
+  ExpectFailure("", "subcommand");
+  ExpectFailure("frobnicate a.png", "");
+  ExpectFailure("info", "required");
+  ExpectFailure("info absent.png", "absent.png: No such file");
+  ExpectFailure("rotate --mode sideways a.png b.png", "sideways");
+  ExpectFailure("rotate --mode 8 a.png b.png", "--mode");
+  ExpectFailure("rotate --mode left a.png b.gif", "b.gif");
+  ExpectFailure("rotate --mode left a.png b.jpg", "8 bits");
+  ExpectFailure("rotate --mode left a.png b.png --quality 0", "quality");
+  EXPECT_EQ(folder_.FileCount(), 1U);
+}
+
+TEST_F(ProgramTest, FailureLeavesAnExistingOutputAsItWas) {
+  Write("a.png", Counting(16, 3));
+  const FileBytes before = {'k', 'e', 'e', 'p'};
+  for (const char* name : {"b.jpg", "b.png"}) ovra_test::WriteBytes(folder_.File(name), before);
+  ExpectFailure("rotate --mode left a.png b.jpg", "8 bits");  // found out when the file is open
+  ExpectFailure("rotate --mode left absent.png b.png", "absent.png");
+  for (const char* name : {"b.jpg", "b.png"}) {
+    EXPECT_EQ(ovra_test::ReadBytes(folder_.File(name)), before) << name;
+  }
+  EXPECT_EQ(folder_.FileCount(), 3U);
+}
+
+// The disk is full as far as the program can tell: no file may grow past a few bytes.
+TEST_F(ProgramTest, FullDiskLeavesAnExistingOutputAsItWas) {
+  Image image(600, 600, FileFormat(8, 3));
+  for (size_t i = 0; i < image.size_bytes(); ++i)
+    image.data()[i] = static_cast<uint8_t>(i * i >> 9);
+  Write("a.png", image);
+  const FileBytes before = {'k', 'e', 'e', 'p'};
+  for (const char* extension : {".png", ".jpg", ".tif", ".bmp"}) {
+    const std::string name = std::string("b") + extension;
+    ovra_test::WriteBytes(folder_.File(name), before);
+    const RunResult result = Run("info a.png >/dev/null; ulimit -f 8; trap '' XFSZ; '" OVRA_PROGRAM
+                                 "' rotate --mode half a.png " +
+                                 name);
+    EXPECT_EQ(result.exit_code, 1) << name;
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    EXPECT_EQ(ovra_test::ReadBytes(folder_.File(name)), before) << name;
+  }
+  EXPECT_EQ(folder_.FileCount(), 5U);
+}
+
+TEST_F(ProgramTest, InputMayBeItsOwnOutput) {
+  Write("a.png", Counting(8, 1));
+  ASSERT_EQ(Run("rotate --mode mirror a.png a.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("a.png")), (std::vector<uint8_t>{2, 1, 4, 3, 6, 5}));
+}
+
+}  // namespace

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: MIT
+// The subcommands, in the order in which --help lists them.
+#pragma once
+
+#include "command.h"
+
+namespace ovra_host {
+
+void AddInfoCommand(CLI::App& app, const CommonOptions& common);
+void AddRotateCommand(CLI::App& app, const CommonOptions& common);
+
+}  // namespace ovra_host
