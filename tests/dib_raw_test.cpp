@@ -35,6 +35,9 @@ TEST(DibRaw, RoundTripInsideTheBuffers) {
     ovra_test::FillSamples(random, raw.begin(), raw.end(), 255U);
     GuardedBuffer dib(stride * kHeight);
     OvraRaw2Dib(raw.data(), dib.data(), static_cast<uint32_t>(width), kHeight);
+    for (size_t end = stride; end <= dib.size(); end += stride) {
+      for (size_t i = 3 * width; i < stride; ++i) ASSERT_EQ(dib[end - stride + i], 0) << width;
+    }
     GuardedBuffer unpadded(stride * (kHeight - 1) + 3 * width);
     std::copy(dib.begin(), dib.begin() + unpadded.size(), unpadded.begin());
     GuardedBuffer back(raw.size());
@@ -44,13 +47,24 @@ TEST(DibRaw, RoundTripInsideTheBuffers) {
 }
 
 TEST(DibRaw, SizesOfZeroOrBeyondSignedDoNothing) {
+  GuardedBuffer dib(0);  // no byte may be touched
+  GuardedBuffer raw(0);
   const uint32_t sizes[] = {0, 0x80000000U, 0xFFFFFFFFU};
   for (const uint32_t size : sizes) {
-    OvraDib2Raw(nullptr, nullptr, size, 5);
-    OvraDib2Raw(nullptr, nullptr, 5, size);
-    OvraRaw2Dib(nullptr, nullptr, size, 5);
-    OvraRaw2Dib(nullptr, nullptr, 5, size);
+    OvraDib2Raw(dib.data(), raw.data(), size, 5);
+    OvraDib2Raw(dib.data(), raw.data(), 5, size);
+    OvraRaw2Dib(raw.data(), dib.data(), size, 5);
+    OvraRaw2Dib(raw.data(), dib.data(), 5, size);
   }
+}
+
+TEST(DibRaw, NullDoesNothing) {
+  Bytes buffer(8, 0xEE);
+  OvraDib2Raw(nullptr, buffer.data(), 1, 2);
+  OvraDib2Raw(buffer.data(), nullptr, 1, 2);
+  OvraRaw2Dib(nullptr, buffer.data(), 1, 2);
+  OvraRaw2Dib(buffer.data(), nullptr, 1, 2);
+  EXPECT_EQ(buffer, Bytes(8, 0xEE));
 }
 
 }  // namespace

@@ -14,25 +14,28 @@
 extern "C" {
 #endif
 
-// Composition: OvraCompositeImage and OvraCompositeImageWithMaskBlending place a source image into a
-// destination image, in place. Rows and pixels of the destination that the source does not cover,
+// Composition: OvraCompositeImage and OvraCompositeImageWithMaskBlending place a source image into
+// a destination image, in place. Rows and pixels of the destination that the source does not cover,
 // and all row padding, stay as they are.
 //
-// Sizes are in pixels, and rows follow each other at the distance that the format word and the width
-// give (ovra/pixel_format.h). Formats: 8 bits a sample, 1 to 4 channels, any row alignment and row
-// order, arrangement 0, and one of the colour models GREY, RGB, BGR, YCC, RGBA and BGRA, whatever the
-// channel count; the model does not change the arithmetic.
+// Sizes are in pixels, and rows follow each other at the distance that the format word and the
+// width give (ovra/pixel_format.h). Formats: 8 bits a sample, 1 to 4 channels, any row alignment
+// and row order, arrangement 0, and one of the colour models GREY, RGB, BGR, YCC, RGBA and BGRA,
+// whatever the channel count; the model does not change the arithmetic.
 //
-// (x, y) is where the top left corner of the source comes to lie in the destination picture, x to the
-// right and y down the picture, also where rows are stored bottom-up. What lies outside of the
+// (x, y) is where the top left corner of the source comes to lie in the destination picture, x to
+// the right and y down the picture, also where rows are stored bottom-up. What lies outside of the
 // destination at any side is clipped, with one exception: in bottom-up images a source that reaches
 // below the bottom of the destination (destination_height - source_height - y < 0) is refused with
-// 222. A source that lies outside altogether, or a negative size, writes nothing and gives 0 (or, in
-// bottom-up images, 222 by that same rule).
+// 222. A source that lies outside altogether, or a negative size, writes nothing and gives 0 (or,
+// in bottom-up images, 222 by that same rule).
 //
-// A blend weighs with integers: with the weight w (0..255), the sample p of the image that the weight
-// belongs to and the sample q of the other image, the result is ((w + 1) * p + (256 - w) * q) / 256,
-// rounded down. 255 gives p and 0 gives q, both exactly.
+// A blend of the sample p of the image that the weight w (0..255) belongs to with the sample q of
+// the other image gives
+//
+//   ((w + 1) * p + (256 - w) * q) / 256
+//
+// rounded down: 255 gives p and 0 gives q, both exactly.
 //
 // The buffers belong to the caller and need not be aligned. The destination must not overlap source
 // or mask; source and mask may be the same. Calls on different destinations may run in parallel.
@@ -55,8 +58,8 @@ typedef enum OvraBlendMode {
 //   220       destination or source is null
 //   221       destination and source are the same
 //   222       a width or height is 0
-//   129..134  a field of a format word is not a known one (ovra/status.h); the destination's word is
-//             checked against this and the next three before the source's
+//   129..134  a field of a format word is not a known one (ovra/status.h); this and the next three
+//             are checked for the destination's word first, then for the source's
 //   224       sample depth above 8 bits
 //   225       colour model not accepted
 //   226       arrangement not 0
@@ -74,8 +77,9 @@ OVRA_API OvraStatus OVRA_CALL OvraCompositeImage(uint8_t* destination, int32_t d
 // Blends the source into the destination by a mask, which holds one weight for every sample of the
 // source and is laid out like it: source_width, source_height and the one format are those of both.
 //
-// Returns the statuses of OvraCompositeImage in the same order, without 227 and 228. The mask is not
-// among the checks: it may be null where nothing is to be written, and else gives 220 after them.
+// Returns the statuses of OvraCompositeImage in the same order, without 227 and 228. The mask is
+// not among these checks: where nothing is to be written it may be null; where its weights are
+// needed, null gives 220 after all of them.
 OVRA_API OvraStatus OVRA_CALL OvraCompositeImageWithMaskBlending(
     uint8_t* destination, int32_t destination_width, int32_t destination_height,
     const uint8_t* source, const uint8_t* mask, int32_t source_width, int32_t source_height,
@@ -87,10 +91,10 @@ OVRA_API OvraStatus OVRA_CALL OvraCompositeImageWithMaskBlending(
 //   DIB   blue, green, red; bottom row first; each row padded to a multiple of 4 bytes
 //   raw   red, green, blue; top row first; no padding
 //
-// width and height are in pixels; 0, and values that are negative when read as signed, do nothing.
-// The buffers belong to the caller, must not overlap and need not be aligned. A DIB takes
-// ((3 * width + 3) / 4 * 4) * height bytes, a raw buffer 3 * width * height. Calls on different
-// destinations may run in parallel.
+// width and height are in pixels; 0, and values that are negative when read as signed, do nothing,
+// and so does a null pointer. The buffers belong to the caller, must not overlap and need not be
+// aligned. A DIB takes ((3 * width + 3) / 4 * 4) * height bytes, a raw buffer 3 * width * height.
+// Calls on different destinations may run in parallel.
 
 // Bytes of DIB row padding are not read; the padding of the last row need not exist.
 OVRA_API void OVRA_CALL OvraDib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Image composition, with the tier of kernels as an argument. The arguments and results are those of
-// the exports in ovra/basic.h.
+// Image composition, with the tier of kernels as an argument. The arguments and results are those
+// of the exports in ovra/basic.h.
 #pragma once
 
 #include <cstdint>

@@ -13,12 +13,12 @@ namespace ovra {
 // owner's sample exactly, w = 0 the other's, and equal samples keep their value.
 enum class WeightOf { kDestination, kSource };
 
-// Blends `pixels` pixels into the destination. A source pixel has one sample more than a destination
-// pixel: the last, which is the weight of the others.
+// Blends `pixels` pixels into the destination. A source pixel has one sample more than a
+// destination pixel: the last, which is the weight of the others.
 using AlphaBlendRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels);
 
-// Blends `samples` samples into the destination, each with a weight of its own. Since the samples do
-// not depend on each other, one kernel serves all channel counts.
+// Blends `samples` samples into the destination, each with a weight of its own. Since the samples
+// do not depend on each other, one kernel serves all channel counts.
 using MaskBlendRow = void(const uint8_t* source, const uint8_t* mask, uint8_t* destination,
                           std::ptrdiff_t samples);
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-// The kernels of the accelerated tiers, over a vector type of 16 bytes or of several such lanes. Each
-// tier's file includes this and is compiled with its own flags, hence the anonymous namespace.
+// The kernels of the accelerated tiers, over a vector type of 16 bytes or of several such lanes.
+// Each tier's file includes this and is compiled with its own flags, hence the anonymous namespace.
 //
 // A Vector has
 //   Register             the register type
@@ -31,9 +31,9 @@ const CompositionKernels::OfWeight& Rest() {
                                         : Vector::kNarrower.weight_of_destination;
 }
 
-// (w + 1) * owner + (256 - w) * other, shifted, is (w * (owner - other) + owner + 256 * other) >> 8.
-// Side by side in a 16-bit word the two samples are owner + 256 * other, as they stand; the sum fits
-// the word, so that products may wrap on the way.
+// (w + 1) * owner + (256 - w) * other = w * (owner - other) + (owner + 256 * other), and the last
+// term is what the two samples are side by side in a 16-bit word. The sum fits the word, so the
+// product may wrap on the way.
 template <class Vector>
 typename Vector::Register BlendWords(typename Vector::Register weight,
                                      typename Vector::Register owner_and_other) {
@@ -76,8 +76,8 @@ struct PixelShuffle {
 template <int kChannels>
 constexpr PixelShuffle<kChannels> kPixelShuffle;
 
-// Two and three channels: each lane takes the source pixels that fit it and writes their destination
-// bytes. It loads the destination bytes behind those too, so as many must follow in the row.
+// Two and three channels: each lane takes the source pixels that fit it and writes their bytes in
+// the destination. It also loads the bytes behind those, so as many must follow in the row.
 template <class Vector, int kChannels, WeightOf kWeightOf>
 struct AlphaBlend {
   static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {

@@ -35,6 +35,7 @@ Layout MakeLayout(uint32_t width, uint32_t height) {
 }  // namespace
 
 void Dib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width, uint32_t height, KernelTier tier) {
+  if (dib == nullptr || raw == nullptr) return;
   SwapRedBlueRow* const swap_row = SelectSwapRedBlue(tier);
   const Layout layout = MakeLayout(width, height);
   for (std::ptrdiff_t y = 0; y < layout.height; ++y) {
@@ -44,6 +45,7 @@ void Dib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width, uint32_t height, 
 }
 
 void Raw2Dib(const uint8_t* raw, uint8_t* dib, uint32_t width, uint32_t height, KernelTier tier) {
+  if (dib == nullptr || raw == nullptr) return;
   SwapRedBlueRow* const swap_row = SelectSwapRedBlue(tier);
   const Layout layout = MakeLayout(width, height);
   const auto padding = static_cast<size_t>(layout.dib_stride - layout.raw_stride);
