@@ -35,6 +35,7 @@ void RegisterTiers(const std::string& name, double pixels,
 
 // One function for each file of benchmarks, called by main.
 void RegisterComposition();
+void RegisterCube();
 void RegisterDibRaw();
 void RegisterGeometry();
 void RegisterSmallResize();

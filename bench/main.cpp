@@ -65,6 +65,7 @@ int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
   ovra_bench::RegisterComposition();
+  ovra_bench::RegisterCube();
   ovra_bench::RegisterDibRaw();
   ovra_bench::RegisterGeometry();
   ovra_bench::RegisterSmallResize();

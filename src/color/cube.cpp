@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+#include "color/cube.h"
+
+#include "color/handle.h"
+
+namespace ovra {
+namespace {
+
+// The cube comes in four variants, by the input's depth and the output's channel count. They differ
+// in what they accept, with which statuses, and in their channel order.
+struct CubeVariant {
+  FormatRules input_rules;
+  FormatRules output_rules;
+  bool ycc_is_reversed;  // as BGR always is
+
+  bool IsReversed(uint32_t color_model) const {
+    return color_model == OVRA_MODEL_BGR || (color_model == OVRA_MODEL_YCC && ycc_is_reversed);
+  }
+};
+
+constexpr uint32_t kMaxOutputDepth = 12;
+
+constexpr FormatRules InputRules(uint32_t max_depth_bits, Status depth_refused) {
+  return {3,
+          3,
+          OVRA_ERROR_CUBE_CHANNELS,
+          max_depth_bits,
+          depth_refused,
+          IsRgbBgrOrYcc,
+          OVRA_ERROR_CUBE_COLOR_MODEL,
+          OVRA_ERROR_CUBE_ARRANGEMENT};
+}
+
+// Four channels of output are CMYK alone. Three of that model pass the channel check and are
+// refused for their model.
+constexpr FormatRules OutputRules(uint32_t max_channels, Status channels_refused) {
+  return {3,
+          max_channels,
+          channels_refused,
+          kMaxOutputDepth,
+          OVRA_ERROR_CUBE_DEPTH,
+          max_channels == 3 ? IsRgbBgrOrYcc : IsFourChannelCmyk,
+          OVRA_ERROR_CUBE_COLOR_MODEL,
+          OVRA_ERROR_CUBE_ARRANGEMENT};
+}
+
+constexpr FormatRules kShallowInput = InputRules(12, OVRA_ERROR_CUBE_DEPTH);
+constexpr FormatRules kDeepInput = InputRules(16, OVRA_ERROR_CUBE_INPUT_DEPTH);
+
+constexpr CubeVariant kCube8x3 = {kShallowInput, OutputRules(3, OVRA_ERROR_CUBE_CHANNELS), false};
+constexpr CubeVariant kCube8x4 = {kShallowInput, OutputRules(4, OVRA_ERROR_CUBE_CHANNELS), true};
+constexpr CubeVariant kCube16x3 = {kDeepInput, OutputRules(3, OVRA_ERROR_CUBE_COLOR_MODEL), true};
+constexpr CubeVariant kCube16x4 = {kDeepInput, OutputRules(4, OVRA_ERROR_CUBE_COLOR_MODEL), true};
+
+// Chooses the variant by two fields of the formats that a call is made with; the others are not
+// looked at yet.
+Status SelectVariant(const FormatPair& formats, const CubeVariant** variant) {
+  uint32_t depth_bits = 0;
+  Status status = DecodeSampleDepth(formats.input, &depth_bits);
+  if (status != OVRA_OK) return status;
+  uint32_t channels = 0;
+  status = DecodeChannelCount(formats.output, &channels);
+  if (status != OVRA_OK) return status;
+  if (depth_bits <= 8) {
+    *variant = channels <= 3 ? &kCube8x3 : &kCube8x4;
+  } else {
+    *variant = channels <= 3 ? &kCube16x3 : &kCube16x4;
+  }
+  return OVRA_OK;
+}
+
+CubeLayout LayoutOf(const CubeVariant& variant, const DecodedFormatPair& formats) {
+  const bool reversed = variant.IsReversed(formats.input.color_model);
+  const bool three_channels = formats.output.channels == 3;
+  CubeLayout layout;
+  layout.input_depth_bits = formats.input.depth_bits;
+  layout.node_components = static_cast<int>(formats.output.channels);
+  layout.wide_if_needed = formats.input.depth_bits > 8;
+  // Truncated products make it matter which of the coordinates is x: the order of three channels
+  // is reversed in the tables, that of the samples of a pixel for four.
+  layout.reversed_tables = reversed && three_channels;
+  layout.reversed_samples = reversed && !three_channels;
+  return layout;
+}
+
+void RunRows(const ImagePair& images, const DecodedFormatPair& formats, const CubeMemory& memory,
+             KernelTier tier) {
+  CubeKernelShape shape;
+  shape.deep_input = formats.input.depth_bits > 8;
+  shape.deep_output = formats.output.depth_bits > 8;
+  shape.wide_coefficients = memory.HasWideCoefficients();
+  shape.four_channels = formats.output.channels == 4;
+  ConvertCubeRow* const convert_row = SelectCubeRow(shape, tier);
+  const CubeTables tables = memory.Tables(static_cast<int32_t>(formats.output.MaxSample()));
+  ForEachRow(images, formats, [&](const uint8_t* source, uint8_t* destination) {
+    convert_row(source, destination, images.width, tables);
+  });
+}
+
+}  // namespace
+
+Status MakeCubeContext(const FormatPair& formats, const OvraColorCube* cube,
+                       ContextPtr<CubeContext>* context) {
+  const CubeVariant* variant = nullptr;
+  Status status = SelectVariant(formats, &variant);
+  if (status != OVRA_OK) return status;
+  if (cube == nullptr) return OVRA_ERROR_CUBE_NULL;
+  ContextPtr<CubeContext> made = MakeContext<CubeContext>();
+  if (made == nullptr) return OVRA_ERROR_NO_MEMORY;
+  DecodedFormatPair decoded;
+  status = AcceptFormats(formats, variant->input_rules, variant->output_rules, &decoded);
+  if (status == OVRA_OK) status = made->memory.Build(*cube, LayoutOf(*variant, decoded));
+  if (status != OVRA_OK) return status;
+  made->formats = formats;
+  *context = std::move(made);
+  return OVRA_OK;
+}
+
+Status ConvColorCube(const ImagePair& images, const FormatPair& formats, const CubeContext* context,
+                     KernelTier tier) {
+  if (context == nullptr) return OVRA_ERROR_CUBE_NULL;
+  const CubeVariant* variant = nullptr;
+  Status status = SelectVariant(formats, &variant);
+  if (status != OVRA_OK) return status;
+  if (images.HasNull()) return OVRA_ERROR_CUBE_NULL;
+  if (images.HasZeroSide()) return OVRA_ERROR_CUBE_ZERO_SIZE;
+  // The formats of the handle, by the rules of the variant that this call asks for.
+  DecodedFormatPair decoded;
+  status = AcceptFormats(context->formats, variant->input_rules, variant->output_rules, &decoded);
+  if (status != OVRA_OK) return status;
+  if (formats != context->formats) return OVRA_ERROR_CUBE_FORMAT_CHANGED;
+  RunRows(images, decoded, context->memory, tier);
+  return OVRA_OK;
+}
+
+Status ConvColorCubeSingleStep(const ImagePair& images, const FormatPair& formats,
+                               const OvraColorCube* cube, KernelTier tier) {
+  if (cube == nullptr) return OVRA_ERROR_CUBE_NULL;
+  const CubeVariant* variant = nullptr;
+  Status status = SelectVariant(formats, &variant);
+  if (status != OVRA_OK) return status;
+  if (images.HasNull()) return OVRA_ERROR_CUBE_NULL;
+  if (images.HasZeroSide()) return OVRA_ERROR_CUBE_ZERO_SIZE;
+  ContextPtr<CubeContext> context;
+  status = MakeCubeContext(formats, cube, &context);
+  if (status != OVRA_OK) return status;
+  return ConvColorCube(images, formats, context.get(), tier);
+}
+
+}  // namespace ovra
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Init(OvraPixelFormatCode in_format,
+                                                     OvraPixelFormatCode out_format,
+                                                     const OvraColorCube* cube,
+                                                     uintptr_t* handle_out) {
+  return ovra::CreateHandle<ovra::CubeContext>(
+      handle_out, OVRA_ERROR_CUBE_NULL, [&](ovra::ContextPtr<ovra::CubeContext>* context) {
+        return ovra::MakeCubeContext({in_format, out_format}, cube, context);
+      });
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCube(const uint8_t* src, uint8_t* dst, int32_t width,
+                                                int32_t height, OvraPixelFormatCode in_format,
+                                                OvraPixelFormatCode out_format, uintptr_t handle) {
+  return ovra::ConvColorCube({src, dst, width, height}, {in_format, out_format},
+                             ovra::ContextOf<ovra::CubeContext>(handle), ovra::DetectedTier());
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Free(uintptr_t* handle) {
+  if (handle == nullptr || *handle == 0) return OVRA_ERROR_CUBE_NULL;
+  ovra::ReleaseHandle<ovra::CubeContext>(handle);
+  return OVRA_OK;
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(const uint8_t* src, uint8_t* dst,
+                                                          int32_t width, int32_t height,
+                                                          OvraPixelFormatCode in_format,
+                                                          OvraPixelFormatCode out_format,
+                                                          const OvraColorCube* cube) {
+  return ovra::ConvColorCubeSingleStep({src, dst, width, height}, {in_format, out_format}, cube,
+                                       ovra::DetectedTier());
+}

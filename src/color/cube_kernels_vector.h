@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// The accelerated cube kernel, written once for registers of one or two 128-bit lanes. Included by
+// one file for each tier, which is compiled with flags of its own: hence the anonymous namespace.
+//
+// A step takes four pixels a lane. Wide registers are handled lane by lane: lane 0 holds pixels 0
+// to 3 of the step, lane 1 pixels 4 to 7. Products of eight 16-bit coefficients with weights of at
+// most 4096 stay below 2^30 in sum; wide coefficients are multiplied and added modulo 2^32, as the
+// plain kernel does.
+#pragma once
+
+#include <smmintrin.h>
+
+#include <cstring>
+
+#include "color/cube_kernels.h"
+
+namespace ovra {
+namespace {
+
+// Positions of a strip of pixels are looked up one by one, then used by whole vectors. The strip is
+// long enough that the stores have left the pipeline when the vectors are loaded.
+constexpr std::ptrdiff_t kStripPixels = 256;
+
+struct Strip {
+  alignas(64) CubePosition positions[3][kStripPixels];
+};
+
+template <class Input>
+CubePosition LookUp(const CubeAxis& axis, Input sample, uint32_t max_input) {
+  uint32_t code = sample;
+  if (sizeof(Input) > 1 && code > max_input) code = max_input;
+  return axis.positions[code];
+}
+
+// Fills the strip from `pixels` pixels, and up to a multiple of `step` pixels with the origin.
+template <class Input>
+void FillStrip(const Input* source, std::ptrdiff_t pixels, std::ptrdiff_t step,
+               const CubeTables& tables, Strip* strip) {
+  const CubeAxis x = tables.axes[0];
+  const CubeAxis y = tables.axes[1];
+  const CubeAxis z = tables.axes[2];
+  const uint32_t max_input = tables.max_input;
+  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
+    strip->positions[0][i] = LookUp(x, source[3 * i + x.sample], max_input);
+    strip->positions[1][i] = LookUp(y, source[3 * i + y.sample], max_input);
+    strip->positions[2][i] = LookUp(z, source[3 * i + z.sample], max_input);
+  }
+  for (std::ptrdiff_t i = pixels; i % step != 0; ++i) {
+    for (CubePosition(&positions)[kStripPixels] : strip->positions) positions[i] = 0;
+  }
+}
+
+// The cells and the weights of one step. Each element of `weights` holds the weights of two
+// neighbouring slots.
+template <class V>
+struct StepWeights {
+  typename V::Register weights[kCubeSlots / 2];
+  alignas(32) uint32_t cells[V::kPixels];
+};
+
+template <class V>
+StepWeights<V> Weigh(const Strip& strip, std::ptrdiff_t first, const CubeTables& tables) {
+  using Register = typename V::Register;
+  constexpr int kOne = 1 << kCubeFractionBits;
+  const Register fraction_mask = V::Set32(kCubeFractionMask);
+  Register cells = V::Set32(0);
+  Register fractions[3];
+  for (int k = 0; k < 3; ++k) {
+    const Register positions = V::Load(strip.positions[k] + first);
+    const Register stride = V::Set32(static_cast<int>(tables.axes[k].cell_stride));
+    const Register steps = V::template ShiftRight<kCubeCellShift>(positions);
+    cells = V::Add(cells, V::Multiply32(steps, stride));
+    fractions[k] = V::And(positions, fraction_mask);
+  }
+  // The high half of every element is 0, so that a multiply-add of pairs is a product.
+  const auto product = [](Register a, Register b) {
+    return V::template ShiftRight<kCubeFractionBits>(V::MultiplyAddPairs(a, b));
+  };
+  const auto pair = [](Register low, Register high) {
+    return V::Or(low, V::template ShiftLeft<16>(high));
+  };
+  const auto [x, y, z] = fractions;
+  const Register xy = product(y, x);
+  StepWeights<V> result;
+  result.weights[0] = pair(V::Set32(kOne), product(xy, z));
+  result.weights[1] = pair(xy, product(z, y));
+  result.weights[2] = pair(product(z, x), x);
+  result.weights[3] = pair(y, z);
+  V::Store(result.cells, cells);
+  return result;
+}
+
+// Adds the products of one pair of slots, for pixel `kPixel` of each lane, to the sums of the four
+// channels.
+template <class V, int kPixel>
+typename V::Register AddPair(typename V::Register sums, const int16_t* coefficients,
+                             const StepWeights<V>& step, int pair) {
+  const auto weights = V::template Spread<kPixel>(step.weights[pair]);
+  const auto cells = V::LoadLanes(coefficients + pair * 2 * kCubeCellChannels, kCubeCellEntries,
+                                  step.cells + kPixel);
+  return V::Add(sums, V::MultiplyAddPairs(cells, weights));
+}
+
+template <class V, int kPixel>
+typename V::Register AddPair(typename V::Register sums, const int32_t* coefficients,
+                             const StepWeights<V>& step, int pair) {
+  const auto weights = V::template Spread<kPixel>(step.weights[pair]);
+  const int32_t* const low_slot = coefficients + pair * 2 * kCubeCellChannels;
+  const auto low = V::LoadLanes(low_slot, kCubeCellEntries, step.cells + kPixel);
+  const auto high =
+      V::LoadLanes(low_slot + kCubeCellChannels, kCubeCellEntries, step.cells + kPixel);
+  sums = V::Add(sums, V::Multiply32(low, V::And(weights, V::Set32(0xFFFF))));
+  return V::Add(sums, V::Multiply32(high, V::template ShiftRight<16>(weights)));
+}
+
+// The four channels of pixel `kPixel` of each lane, not yet clamped.
+template <class V, class Coefficient, int kPixel>
+typename V::Register Interpolate(const Coefficient* coefficients, const StepWeights<V>& step) {
+  typename V::Register sums = V::Set32(1 << (kCubeFractionBits - 1));
+  for (int pair = 0; pair < kCubeSlots / 2; ++pair) {
+    sums = AddPair<V, kPixel>(sums, coefficients, step, pair);
+  }
+  return V::template ShiftRightSigned<kCubeFractionBits>(sums);
+}
+
+// Clamps four pixels a lane and writes them channel by channel, lane 0 first. With three channels
+// each 16-byte store leaves 4 bytes of garbage behind its 12, the last one behind the step.
+template <class V, int kChannels>
+void StorePixels(const typename V::Register (&pixels)[4], typename V::Register max_output,
+                 uint16_t* destination) {
+  constexpr std::ptrdiff_t kHalf = 2 * kChannels;
+  auto first = V::Min16(V::Pack32Unsigned(pixels[0], pixels[1]), max_output);
+  auto second = V::Min16(V::Pack32Unsigned(pixels[2], pixels[3]), max_output);
+  if (kChannels == 3) {
+    const __m128i close = _mm_setr_epi8(0, 1, 2, 3, 4, 5, 8, 9, 10, 11, 12, 13, -1, -1, -1, -1);
+    first = V::ShuffleLanes(first, close);
+    second = V::ShuffleLanes(second, close);
+  }
+  for (int lane = 0; lane < V::kLanes; ++lane) {
+    V::StoreLane(destination + 2 * lane * kHalf, first, lane);
+    V::StoreLane(destination + (2 * lane + 1) * kHalf, second, lane);
+  }
+}
+
+// Saturation is the clamp: an output of one byte has 8 bits.
+template <class V, int kChannels>
+void StorePixels(const typename V::Register (&pixels)[4], typename V::Register /*max_output*/,
+                 uint8_t* destination) {
+  auto bytes = V::Pack16Unsigned(V::Pack32Signed(pixels[0], pixels[1]),
+                                 V::Pack32Signed(pixels[2], pixels[3]));
+  if (kChannels == 3) {
+    const __m128i close = _mm_setr_epi8(0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, -1, -1, -1, -1);
+    bytes = V::ShuffleLanes(bytes, close);
+  }
+  for (int lane = 0; lane < V::kLanes; ++lane) {
+    V::StoreLane(destination + 4 * kChannels * lane, bytes, lane);
+  }
+}
+
+template <class V, class Input, class Output, class Coefficient, int kChannels>
+struct VectorKernel {
+  static void Convert(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                      const CubeTables& tables) {
+    const auto* in = reinterpret_cast<const Input*>(source);
+    auto* out = reinterpret_cast<Output*>(destination);
+    Strip strip;
+    for (; pixels > 0; pixels -= kStripPixels) {
+      const std::ptrdiff_t count = pixels < kStripPixels ? pixels : kStripPixels;
+      FillStrip(in, count, V::kPixels, tables, &strip);
+      ConvertStrip(strip, count, tables, out);
+      in += 3 * count;
+      out += kChannels * count;
+    }
+  }
+
+ private:
+  static void ConvertStrip(const Strip& strip, std::ptrdiff_t pixels, const CubeTables& tables,
+                           Output* destination) {
+    // The garbage behind a step must lie within the strip: what follows the strip may be input
+    // that is still to be read, or not ours.
+    constexpr std::ptrdiff_t kGarbagePixels = 2;
+    std::ptrdiff_t i = 0;
+    for (; i + V::kPixels + kGarbagePixels <= pixels; i += V::kPixels) {
+      ConvertStep(strip, i, tables, destination + kChannels * i);
+    }
+    for (; i < pixels; i += V::kPixels) {
+      Output step[kChannels * (V::kPixels + kGarbagePixels)];
+      ConvertStep(strip, i, tables, step);
+      const std::ptrdiff_t left = pixels - i < V::kPixels ? pixels - i : V::kPixels;
+      std::memcpy(destination + kChannels * i, step,
+                  static_cast<size_t>(kChannels * left) * sizeof(Output));
+    }
+  }
+
+  static void ConvertStep(const Strip& strip, std::ptrdiff_t first, const CubeTables& tables,
+                          Output* destination) {
+    const auto* coefficients = static_cast<const Coefficient*>(tables.coefficients);
+    const StepWeights<V> step = Weigh<V>(strip, first, tables);
+    const typename V::Register pixels[4] = {Interpolate<V, Coefficient, 0>(coefficients, step),
+                                            Interpolate<V, Coefficient, 1>(coefficients, step),
+                                            Interpolate<V, Coefficient, 2>(coefficients, step),
+                                            Interpolate<V, Coefficient, 3>(coefficients, step)};
+    StorePixels<V, kChannels>(pixels, V::Set16(tables.max_output), destination);
+  }
+};
+
+}  // namespace
+}  // namespace ovra
