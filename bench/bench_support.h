@@ -39,5 +39,6 @@ void RegisterCube();
 void RegisterDibRaw();
 void RegisterGeometry();
 void RegisterSmallResize();
+void RegisterSmooth();
 
 }  // namespace ovra_bench

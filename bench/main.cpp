@@ -69,6 +69,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterDibRaw();
   ovra_bench::RegisterGeometry();
   ovra_bench::RegisterSmallResize();
+  ovra_bench::RegisterSmooth();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

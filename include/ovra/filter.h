@@ -114,6 +114,33 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t*
                                                  const int32_t* weights, float amount,
                                                  const int16_t* level_table,
                                                  const int16_t* difference_table);
+// Edge-preserving smoothing. Every pixel moves toward the mean of 49 neighbours (a 13 x 13 window,
+// every second row and column, edge pixels repeated), each weighted by its likeness: the weight is
+// full for colour differences (the sum over the channels) up to 19 and falls to none at 41, so
+// that nothing beyond an edge pulls. Pictures in which more than a fifth of the pixels lie in
+// colour detail of middling amplitude are smoothed more strongly: up to 33, and none at 69.
+//
+// source, destination  pixels of three 8-bit samples, rows of exactly 3 * width bytes: the row
+//                      alignment in `format` is not applied, nor is the row order. The buffers
+//                      belong to the caller and must not overlap.
+// width, height        in pixels
+// format               three channels of 8 bits; OVRA_MODEL_RGB, _BGR or _YCC
+//
+// Returns, the first that applies:
+//   OVRA_ERROR_EDGE_FILTER_NULL         source or destination is null
+//   OVRA_ERROR_EDGE_FILTER_IN_PLACE     source and destination are the same
+//   OVRA_ERROR_EDGE_FILTER_ZERO_SIZE    width or height is 0
+//   OVRA_ERROR_FORMAT_*                 the format word is malformed
+//   OVRA_ERROR_EDGE_FILTER_CHANNELS, _DEPTH, _COLOR_MODEL, _ARRANGEMENT   it is not an accepted one
+//   OVRA_ERROR_NO_MEMORY                there is no work memory (some hundred bytes times the
+//                                       width), or the picture exceeds what can be addressed
+//   OVRA_OK                             the destination is written
+//
+// When only the memory to judge the picture's detail is lacking, it is smoothed less strongly.
+// Calls on different destinations may run in parallel.
+OVRA_API OvraStatus OVRA_CALL OvraEFilterImage(const uint8_t* source, uint8_t* destination,
+                                               uint32_t width, uint32_t height,
+                                               OvraPixelFormatCode format);
 
 #ifdef __cplusplus
 }

@@ -43,9 +43,11 @@ class PlaneFilter {
     combine_(rows, kernel_, output, width_);
   }
 
-  // The same with the rows of a plane of `height` rows, for its row `y`.
-  void FilterColumns(const int16_t* plane, std::ptrdiff_t height, std::ptrdiff_t y,
-                     int16_t* output);
+  // The same for row `y` of a plane of `height` rows, those at its top and bottom repeated. Row i
+  // of the plane is row i % ring_rows of `ring`, which holds all rows that the kernel reaches from
+  // `y`; a whole plane is a ring of `height` rows.
+  void CombineRing(const int16_t* ring, std::ptrdiff_t ring_rows, std::ptrdiff_t height,
+                   std::ptrdiff_t y, int16_t* output);
 
  private:
   PlaneKernel kernel_ = {};
@@ -54,6 +56,7 @@ class PlaneFilter {
   WorkMemory<int16_t> line_;           // a row with its ends repeated
   WorkMemory<const int16_t*> shifts_;  // line_ as the taps see it
   WorkMemory<const int16_t*> rows_;
+  WorkMemory<int32_t> weight_pairs_;
 };
 
 // Filters a whole plane horizontally, then vertically. All three planes hold width * height

@@ -10,6 +10,9 @@ namespace ovra {
 
 struct PlaneKernel {
   const int32_t* weights;
+  // Weights 2i and 2i + 1 as the low and the high half of word i, a missing one 0. Null when a
+  // weight does not fit 16 bits.
+  const int32_t* weight_pairs;
   std::ptrdiff_t taps;
   int32_t sum;  // of the weights, modulo 2^32
 };
@@ -22,13 +25,20 @@ inline constexpr int32_t kPlaneUnitSum = 128;
 using CombineRowsKernel = void(const int16_t* const* rows, const PlaneKernel& kernel,
                                int16_t* output, std::ptrdiff_t width);
 
-CombineRowsKernel CombineRowsShiftPlain;   // for weights that sum to kPlaneUnitSum
-CombineRowsKernel CombineRowsDividePlain;  // to another positive number
-CombineRowsKernel CombineRowsZero;         // to zero or less
+CombineRowsKernel CombineRowsZero;  // for weights that sum to zero or less
 
-inline CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier /*tier*/) {
-  if (kernel.sum <= 0) return CombineRowsZero;
-  return kernel.sum == kPlaneUnitSum ? CombineRowsShiftPlain : CombineRowsDividePlain;
-}
+CombineRowsKernel CombineRowsShiftPlain;   // to kPlaneUnitSum
+CombineRowsKernel CombineRowsDividePlain;  // to another positive number
+
+// These need weight_pairs.
+CombineRowsKernel CombineRowsShiftSse;
+CombineRowsKernel CombineRowsShiftAvx2;
+CombineRowsKernel CombineRowsDivideSse;
+CombineRowsKernel CombineRowsDivideAvx2;
+
+CombineRowsKernel CombineRowsThreeTapsSse;  // for the weights 32, 64, 32
+CombineRowsKernel CombineRowsThreeTapsAvx2;
+
+CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier);
 
 }  // namespace ovra

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 #include <vector>
 
 #include "support/failing_malloc.h"
@@ -162,6 +163,60 @@ TEST(PlaneFilter, RowByRowEqualsWholePlane) {
     EXPECT_EQ(actual, Filter(plane, kWidth, weights, KernelTier::kPlain));
   }
 }
+
+class PlaneFilterKernels : public ovra_test::AcceleratedTierTest {};
+
+// The kernels that have an accelerated form get it: those with weights of 16 bits and a sum above 0.
+TEST_P(PlaneFilterKernels, EqualPlain) {
+  Random random(22);
+  const std::pair<size_t, ovra::CombineRowsKernel*> plain_forms[] = {
+      {0, &ovra::CombineRowsShiftPlain},
+      {1, &ovra::CombineRowsShiftPlain},
+      {5, &ovra::CombineRowsShiftPlain},
+      {7, &ovra::CombineRowsDividePlain},
+      {10, &ovra::CombineRowsDividePlain}};
+  for (const auto& [index, plain_form] : plain_forms) {
+    const Weights& weights = Kernels()[index];
+    ovra::PlaneKernel kernel = {weights.data(), weights.data(),
+                                static_cast<std::ptrdiff_t>(weights.size()),
+                                std::accumulate(weights.begin(), weights.end(), 0)};
+    EXPECT_NE(ovra::SelectCombineRows(kernel, GetParam()), plain_form);
+  }
+  for (const Weights& weights : Kernels()) {
+    for (size_t width = 1; width <= 40; ++width) {
+      const auto height = static_cast<size_t>(RandomInt(random, 1, 3));
+      for (const Plane& plane : {RandomPlane(random, width * height, -1020, 1020),
+                                 ExtremePlane(random, width * height)}) {
+        ASSERT_EQ(Filter(plane, width, weights, GetParam()),
+                  Filter(plane, width, weights, KernelTier::kPlain))
+            << testing::PrintToString(weights) << ' ' << width << " x " << height;
+      }
+    }
+  }
+}
+
+// Quotients just below and just above integers, with divisors from one end to the other.
+TEST_P(PlaneFilterKernels, DivideAsPlain) {
+  Random random(23);
+  constexpr size_t kWidth = 64;
+  for (int round = 0; round < 300; ++round) {
+    const int32_t divisor = RandomInt(random, 1, 1 << RandomInt(random, 1, 16));
+    Weights weights;  // large weights of both signs that sum to the divisor
+    int32_t rest = divisor;
+    while (rest != static_cast<int16_t>(rest) || weights.size() < 3) {
+      weights.push_back(RandomInt(random, -32768, 32767));
+      rest -= weights.back();
+    }
+    weights.push_back(rest);
+    const Plane plane = ExtremePlane(random, kWidth);
+    ASSERT_EQ(Filter(plane, kWidth, weights, GetParam()),
+              Filter(plane, kWidth, weights, KernelTier::kPlain))
+        << testing::PrintToString(weights);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tiers, PlaneFilterKernels, ovra_test::AcceleratedTiers(),
+                         ovra_test::TierParamName);
 
 TEST(PlaneFilter, FailingAllocationsAnswerNoMemory) {
   Plane plane(6, 5);
