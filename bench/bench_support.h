@@ -40,5 +40,6 @@ void RegisterDibRaw();
 void RegisterGeometry();
 void RegisterSmallResize();
 void RegisterSmooth();
+void RegisterYUsm();
 
 }  // namespace ovra_bench

@@ -70,6 +70,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterGeometry();
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterSmooth();
+  ovra_bench::RegisterYUsm();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

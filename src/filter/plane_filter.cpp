@@ -17,11 +17,6 @@ bool FitsPairs(const int32_t* weights, uint32_t tap_count) {
                      [](int32_t w) { return w == static_cast<int16_t>(w); });
 }
 
-int32_t WeightPair(int32_t first, int32_t second) {
-  return static_cast<int32_t>((static_cast<uint32_t>(first) & 0xFFFF) |
-                              static_cast<uint32_t>(second) << 16);
-}
-
 bool IsThreeTaps(const PlaneKernel& kernel) {
   const int32_t* const w = kernel.weights;
   return kernel.taps == 3 && w[0] == 32 && w[1] == 64 && w[2] == 32;

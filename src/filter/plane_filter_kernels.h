@@ -20,6 +20,15 @@ struct PlaneKernel {
 // Weights with this sum are applied with a shift.
 inline constexpr int32_t kPlaneUnitSum = 128;
 
+// The word of weight_pairs for two weights.
+constexpr int32_t WeightPair(int32_t first, int32_t second) {
+  return static_cast<int32_t>((static_cast<uint32_t>(first) & 0xFFFF) |
+                              static_cast<uint32_t>(second) << 16);
+}
+
+// The sum of weights[k] * rows[k][x] over the taps, modulo 2^32.
+int32_t WeightedSum(const int16_t* const* rows, const PlaneKernel& kernel, std::ptrdiff_t x);
+
 // Forms output[x], for x below `width`, from the sum of weights[k] * rows[k][x] over the taps. The
 // output overlaps no row; rows may overlap each other.
 using CombineRowsKernel = void(const int16_t* const* rows, const PlaneKernel& kernel,

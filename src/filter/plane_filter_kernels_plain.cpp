@@ -4,9 +4,8 @@
 #include "filter/plane_filter_kernels.h"
 
 namespace ovra {
-namespace {
 
-// Formed modulo 2^32: caller-given weights may overflow the sum.
+// Caller-given weights may overflow the sum.
 int32_t WeightedSum(const int16_t* const* rows, const PlaneKernel& kernel, std::ptrdiff_t x) {
   uint32_t sum = 0;
   for (std::ptrdiff_t k = 0; k < kernel.taps; ++k) {
@@ -15,8 +14,6 @@ int32_t WeightedSum(const int16_t* const* rows, const PlaneKernel& kernel, std::
   }
   return static_cast<int32_t>(sum);
 }
-
-}  // namespace
 
 void CombineRowsShiftPlain(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
                            std::ptrdiff_t width) {

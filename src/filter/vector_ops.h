@@ -40,6 +40,8 @@ struct Sse {
 
   static Reg Add16(Reg a, Reg b) { return _mm_add_epi16(a, b); }
   static Reg Sub16(Reg a, Reg b) { return _mm_sub_epi16(a, b); }
+  static Reg Min16(Reg a, Reg b) { return _mm_min_epi16(a, b); }
+  static Reg Max16(Reg a, Reg b) { return _mm_max_epi16(a, b); }
   static Reg MinU16(Reg a, Reg b) { return _mm_min_epu16(a, b); }
   static Reg Equal16(Reg a, Reg b) { return _mm_cmpeq_epi16(a, b); }
   static Reg Abs16(Reg a) { return _mm_abs_epi16(a); }
@@ -84,6 +86,8 @@ struct Avx2 {
 
   static Reg Add16(Reg a, Reg b) { return _mm256_add_epi16(a, b); }
   static Reg Sub16(Reg a, Reg b) { return _mm256_sub_epi16(a, b); }
+  static Reg Min16(Reg a, Reg b) { return _mm256_min_epi16(a, b); }
+  static Reg Max16(Reg a, Reg b) { return _mm256_max_epi16(a, b); }
   static Reg MinU16(Reg a, Reg b) { return _mm256_min_epu16(a, b); }
   static Reg Equal16(Reg a, Reg b) { return _mm256_cmpeq_epi16(a, b); }
   static Reg Abs16(Reg a) { return _mm256_abs_epi16(a); }

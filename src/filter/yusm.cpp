@@ -24,9 +24,9 @@ bool AreTapsAccepted(int32_t tap_count, const int32_t* weights) {
   return tap_count >= 1 && tap_count <= OVRA_YUSM_MAX_TAPS && weights != nullptr;
 }
 
-YUsmBlur RecognizeBlur(const int16_t* weights, int32_t taps) {
-  constexpr int16_t kThreeTapWeights[] = {32, 64, 32};
-  constexpr int16_t kFiveTapWeights[] = {8, 32, 48, 32, 8};
+YUsmBlur RecognizeBlur(const int32_t* weights, int32_t taps) {
+  constexpr int32_t kThreeTapWeights[] = {32, 64, 32};
+  constexpr int32_t kFiveTapWeights[] = {8, 32, 48, 32, 8};
   const auto are = [=](const auto& set) {
     return std::equal(weights, weights + taps, std::begin(set), std::end(set));
   };
@@ -57,13 +57,16 @@ class YUsmRun {
         depth_bits_(static_cast<int32_t>(format.depth_bits)),
         tables_{context.correction_table, context.level_table, depth_bits_ == 8 ? 16 : 14} {
     for (int32_t k = 0; k < taps_; ++k) weights_[k] = static_cast<int16_t>(context.weights[k]);
+    for (int32_t k = 0; k < taps_; k += 2) {
+      weight_pairs_[k / 2] = WeightPair(weights_[k], k + 1 < taps_ ? weights_[k + 1] : 0);
+    }
     luminance_kernels_ = SelectLuminanceKernels(format.color_model, depth_bits_, tier);
     kernels_ = SelectYUsmKernels(RecognizeBlur(weights_, taps_), tier);
   }
 
   bool Allocate() {
     // Whole vectors, so that every row starts as aligned as the first.
-    slot_size_ = (before_ + width_ + after_ + kWorkRowSlack + kRowUnit - 1) / kRowUnit * kRowUnit;
+    slot_size_ = (before_ + width_ + after_ + kRowUnit - 1) / kRowUnit * kRowUnit;
     const uint64_t ring_size = static_cast<uint64_t>(slot_size_) * static_cast<uint64_t>(taps_);
     return luminance_ring_.Allocate(ring_size) && filtered_ring_.Allocate(ring_size) &&
            blurred_.Allocate(static_cast<uint64_t>(slot_size_));
@@ -101,13 +104,15 @@ class YUsmRun {
     for (std::ptrdiff_t x = width_; x < width_ + after_; ++x) {
       luminance[x] = luminance[Mirror(x, width_)];
     }
-    kernels_.blur_along(slot, FilteredSlot(row), width_, weights_, taps_);
+    const int16_t* columns[OVRA_YUSM_MAX_TAPS];
+    for (int32_t k = 0; k < taps_; ++k) columns[k] = slot + k;
+    kernels_.blur_along(columns, blur_, FilteredSlot(row), width_);
   }
 
   void BlurRows(std::ptrdiff_t row) {
     const int16_t* rows[OVRA_YUSM_MAX_TAPS];
     for (int32_t k = 0; k < taps_; ++k) rows[k] = FilteredSlot(Mirror(row - before_ + k, height_));
-    kernels_.blur_across(rows, blurred_.data(), width_, weights_, taps_);
+    kernels_.blur_across(rows, blur_, blurred_.data(), width_);
   }
 
   void CorrectRow(const uint8_t* source_row, uint8_t* destination_row, std::ptrdiff_t row) {
@@ -123,7 +128,9 @@ class YUsmRun {
   const int32_t before_;  // left of and above it: one less for even counts
   const int32_t depth_bits_;
   const YUsmTables tables_;
-  int16_t weights_[OVRA_YUSM_MAX_TAPS];
+  int32_t weights_[OVRA_YUSM_MAX_TAPS];  // the low 16 bits, signed
+  int32_t weight_pairs_[OVRA_YUSM_MAX_TAPS / 2];
+  const PlaneKernel blur_ = {weights_, weight_pairs_, taps_, kPlaneUnitSum};
   LuminanceKernels luminance_kernels_;
   YUsmKernels kernels_;
   std::ptrdiff_t slot_size_ = 0;

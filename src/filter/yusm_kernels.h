@@ -1,26 +1,32 @@
 // SPDX-License-Identifier: MIT
-// Rows of the luminance unsharp mask's blur and correction.
+// Rows of the luminance unsharp mask's blur and correction. Both passes of the blur combine rows as
+// the plane filter does; along a row, "row" k is the row itself from its column k on.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
 #include "core/cpu.h"
+#include "filter/plane_filter_kernels.h"
 
 namespace ovra {
 
-// Rows of work memory go on for this many columns beyond their last: kernels may read and write
-// there, so that they work in whole vectors. What they find there has no meaning.
-inline constexpr std::ptrdiff_t kWorkRowSlack = 32;
+// The weight sets that have kernels of their own.
+enum class YUsmBlur {
+  kGeneral,
+  kThreeTaps,  // 32, 64, 32
+  kFiveTaps,   // 8, 32, 48, 32, 8: along the row it is the former twice, truncated in between
+};
 
-// Blurs a row along itself. Column x takes samples[x] .. samples[x + taps - 1]: the row begins with
-// the mirrored columns left of the first one.
-using BlurAlongRow = void(const int16_t* samples, int16_t* filtered, std::ptrdiff_t columns,
-                          const int16_t* weights, int32_t taps);
+// The weights 32, 64, 32 applied twice, truncated in between; five rows.
+CombineRowsKernel SmoothTwicePlain;
+CombineRowsKernel SmoothTwiceSse;
+CombineRowsKernel SmoothTwiceAvx2;
 
-// Blurs `taps` rows into one.
-using BlurAcrossRows = void(const int16_t* const* rows, int16_t* blurred, std::ptrdiff_t columns,
-                            const int16_t* weights, int32_t taps);
+// The weighted sums shifted right by 7 and limited to 0..1023.
+CombineRowsKernel CombineRowsLimitedPlain;
+CombineRowsKernel CombineRowsLimitedSse;
+CombineRowsKernel CombineRowsLimitedAvx2;
 
 struct YUsmTables {
   const int32_t* correction;  // 2048 entries, by luminance - blurred + 1024
@@ -33,24 +39,15 @@ struct YUsmTables {
 using FindDeltasRow = void(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
                            std::ptrdiff_t columns, const YUsmTables& tables);
 
+FindDeltasRow FindDeltasPlain;
+FindDeltasRow FindDeltasAvx2;
+
 struct YUsmKernels {
-  BlurAlongRow* blur_along;
-  BlurAcrossRows* blur_across;
+  CombineRowsKernel* blur_along;
+  CombineRowsKernel* blur_across;
   FindDeltasRow* find_deltas;
 };
 
-// The weight sets that have kernels of their own.
-enum class YUsmBlur {
-  kGeneral,
-  kThreeTaps,  // 32, 64, 32
-  kFiveTaps,   // 8, 32, 48, 32, 8: along the row it is the former twice, truncated in between
-};
-
-YUsmKernels YUsmKernelsPlain(YUsmBlur blur);
-
-inline YUsmKernels SelectYUsmKernels(YUsmBlur blur, KernelTier tier) {
-  (void)tier;
-  return YUsmKernelsPlain(blur);
-}
+YUsmKernels SelectYUsmKernels(YUsmBlur blur, KernelTier tier);
 
 }  // namespace ovra

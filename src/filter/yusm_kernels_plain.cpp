@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include "filter/yusm_kernels.h"
 
 namespace ovra {
@@ -8,90 +10,56 @@ constexpr int32_t kWeightBits = 7;  // weights are meant to sum to 128
 constexpr int32_t kMaxLuminance = 1023;
 constexpr int32_t kNoDifference = 1024;  // the entry of the correction table at difference 0
 
-// Products and sums wrap at 32 bits.
-uint32_t Product(int32_t a, int32_t b) {
-  return static_cast<uint32_t>(a) * static_cast<uint32_t>(b);
-}
-
-void BlurAlongGeneral(const int16_t* samples, int16_t* filtered, std::ptrdiff_t columns,
-                      const int16_t* weights, int32_t taps) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    uint32_t sum = 0;
-    for (int32_t k = 0; k < taps; ++k) sum += Product(weights[k], samples[x + k]);
-    filtered[x] = static_cast<int16_t>(static_cast<int32_t>(sum) >> kWeightBits);
-  }
-}
-
-// The weights 32, 64, 32, from the leftmost sample on.
-int32_t ThreeTaps(const int16_t* samples) {
-  return (samples[0] + 2 * samples[1] + samples[2]) >> 2;
-}
-
-void BlurAlongThreeTaps(const int16_t* samples, int16_t* filtered, std::ptrdiff_t columns,
-                        const int16_t* /*weights*/, int32_t /*taps*/) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    filtered[x] = static_cast<int16_t>(ThreeTaps(samples + x));
-  }
-}
-
-// The mirrored samples make the first pass symmetric about the edges, as the second one needs it.
-void BlurAlongFiveTaps(const int16_t* samples, int16_t* filtered, std::ptrdiff_t columns,
-                       const int16_t* /*weights*/, int32_t /*taps*/) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    const int32_t left = ThreeTaps(samples + x);
-    const int32_t middle = ThreeTaps(samples + x + 1);
-    const int32_t right = ThreeTaps(samples + x + 2);
-    filtered[x] = static_cast<int16_t>((left + 2 * middle + right) >> 2);
-  }
-}
-
-void BlurAcrossGeneral(const int16_t* const* rows, int16_t* blurred, std::ptrdiff_t columns,
-                       const int16_t* weights, int32_t taps) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    uint32_t wrapped_sum = 0;
-    for (int32_t k = 0; k < taps; ++k) wrapped_sum += Product(weights[k], rows[k][x]);
-    const auto sum = static_cast<int32_t>(wrapped_sum);
-    const bool is_beyond = sum >= kMaxLuminance << kWeightBits;
-    blurred[x] = static_cast<int16_t>(sum < 0 ? 0 : is_beyond ? kMaxLuminance : sum >> kWeightBits);
-  }
-}
-
-// With these two sets nothing leaves 0..1023.
-void BlurAcrossThreeTaps(const int16_t* const* rows, int16_t* blurred, std::ptrdiff_t columns,
-                         const int16_t* /*weights*/, int32_t /*taps*/) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    blurred[x] = static_cast<int16_t>((rows[0][x] + 2 * rows[1][x] + rows[2][x]) >> 2);
-  }
-}
-
-void BlurAcrossFiveTaps(const int16_t* const* rows, int16_t* blurred, std::ptrdiff_t columns,
-                        const int16_t* /*weights*/, int32_t /*taps*/) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    const int32_t inner = 6 * rows[2][x] + 4 * (rows[1][x] + rows[3][x]);
-    blurred[x] = static_cast<int16_t>((inner + rows[0][x] + rows[4][x]) >> 4);
-  }
-}
-
-void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
-                std::ptrdiff_t columns, const YUsmTables& tables) {
-  for (std::ptrdiff_t x = 0; x < columns; ++x) {
-    const int32_t correction = tables.correction[luminance[x] - blurred[x] + kNoDifference];
-    const auto product = static_cast<int32_t>(Product(correction, tables.level[luminance[x]]));
-    deltas[x] = static_cast<int16_t>(product >> tables.shift);
-  }
+int32_t Smooth(int32_t left, int32_t middle, int32_t right) {
+  return (left + 2 * middle + right) >> 2;
 }
 
 }  // namespace
 
-YUsmKernels YUsmKernelsPlain(YUsmBlur blur) {
-  switch (blur) {
-    case YUsmBlur::kThreeTaps:
-      return {BlurAlongThreeTaps, BlurAcrossThreeTaps, FindDeltas};
-    case YUsmBlur::kFiveTaps:
-      return {BlurAlongFiveTaps, BlurAcrossFiveTaps, FindDeltas};
-    default:
-      return {BlurAlongGeneral, BlurAcrossGeneral, FindDeltas};
+void SmoothTwicePlain(const int16_t* const* rows, const PlaneKernel& /*kernel*/, int16_t* output,
+                      std::ptrdiff_t width) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    const int32_t before = Smooth(rows[0][x], rows[1][x], rows[2][x]);
+    const int32_t middle = Smooth(rows[1][x], rows[2][x], rows[3][x]);
+    const int32_t after = Smooth(rows[2][x], rows[3][x], rows[4][x]);
+    output[x] = static_cast<int16_t>(Smooth(before, middle, after));
   }
+}
+
+void CombineRowsLimitedPlain(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                             std::ptrdiff_t width) {
+  for (std::ptrdiff_t x = 0; x < width; ++x) {
+    const int32_t value = WeightedSum(rows, kernel, x) >> kWeightBits;
+    output[x] = static_cast<int16_t>(std::clamp(value, 0, kMaxLuminance));
+  }
+}
+
+// The product wraps at 32 bits, the delta at 16.
+void FindDeltasPlain(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
+                     std::ptrdiff_t columns, const YUsmTables& tables) {
+  for (std::ptrdiff_t x = 0; x < columns; ++x) {
+    const int32_t difference = luminance[x] - blurred[x];
+    const uint32_t product = static_cast<uint32_t>(tables.correction[difference + kNoDifference]) *
+                             static_cast<uint32_t>(tables.level[luminance[x]]);
+    deltas[x] = static_cast<int16_t>(static_cast<int32_t>(product) >> tables.shift);
+  }
+}
+
+YUsmKernels SelectYUsmKernels(YUsmBlur blur, KernelTier tier) {
+  // Plainly, three taps are an ordinary sum: no rounding and no limit makes a difference.
+  if (tier == KernelTier::kPlain) {
+    return {blur == YUsmBlur::kFiveTaps ? SmoothTwicePlain : CombineRowsShiftPlain,
+            CombineRowsLimitedPlain, FindDeltasPlain};
+  }
+  const bool avx2 = tier == KernelTier::kAvx2;
+  FindDeltasRow* const find_deltas = avx2 ? FindDeltasAvx2 : FindDeltasPlain;
+  CombineRowsKernel* const three_taps = avx2 ? CombineRowsThreeTapsAvx2 : CombineRowsThreeTapsSse;
+  if (blur == YUsmBlur::kThreeTaps) return {three_taps, three_taps, find_deltas};
+  CombineRowsKernel* const limited = avx2 ? CombineRowsLimitedAvx2 : CombineRowsLimitedSse;
+  if (blur == YUsmBlur::kFiveTaps) {
+    return {avx2 ? SmoothTwiceAvx2 : SmoothTwiceSse, limited, find_deltas};
+  }
+  return {avx2 ? CombineRowsShiftAvx2 : CombineRowsShiftSse, limited, find_deltas};
 }
 
 }  // namespace ovra
