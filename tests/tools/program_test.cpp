@@ -89,7 +89,7 @@ TEST_F(ProgramTest, HelpHasAnExampleForEveryCommand) {
     EXPECT_NE(help.output.find("\n  ovra " + name + " "), std::string::npos) << name;
     ++commands;
   }
-  EXPECT_GE(commands, 2);
+  EXPECT_GE(commands, 4);
 }
 
 TEST_F(ProgramTest, InfoTellsWhatTheFileIs) {
@@ -109,6 +109,54 @@ TEST_F(ProgramTest, RotatesByNameAndByNumber) {
   EXPECT_EQ(Bytes(Read("left.tif")), (std::vector<uint8_t>{2, 4, 6, 1, 3, 5}));
   EXPECT_EQ(Bytes(Read("right.png")), (std::vector<uint8_t>{5, 3, 1, 6, 4, 2}));
   EXPECT_EQ(Read("left.tif").width(), 3);
+}
+
+TEST_F(ProgramTest, PlacesOnACanvas) {
+  Write("a.png", Counting(8, 1));
+  ASSERT_EQ(Run("canvas --size 4x3 --offset 2,0 --fill 9 a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), (std::vector<uint8_t>{9, 9, 1, 2, 9, 9, 3, 4, 9, 9, 5, 6}));
+  ASSERT_EQ(Run("canvas --size 4x5 a.png b.png").exit_code, 0);  // in the middle
+  EXPECT_EQ(Read("b.png").Row(1)[1], 1);
+  Write("c.tif", Counting(16, 3));
+  ASSERT_EQ(Run("canvas --size 3x3 --offset 1,0 --fill 1000,2000,60000 c.tif d.tif").exit_code, 0);
+  const Image wide = Read("d.tif");
+  EXPECT_EQ(std::vector<uint16_t>(wide.Row16(0), wide.Row16(0) + 3),
+            (std::vector<uint16_t>{1000, 2000, 60000}));
+  ExpectFailure("canvas --size 1x3 --offset 0,0 a.png b.png", "(status 194)");
+  ExpectFailure("canvas --size 4x5 --offset -1,0 a.png b.png", "(status 194)");
+  ExpectFailure("canvas --size 4x5 --fill 1,2 a.png b.png", "--fill");
+  ExpectFailure("canvas --size 4x5 --fill 70000 a.png b.png", "70000");
+  ExpectFailure("canvas --size 4by5 a.png b.png", "4by5");
+}
+
+TEST_F(ProgramTest, ComposesByCopyAlphaAndMask) {
+  Image background(2, 1, FileFormat(8, 3));
+  Image overlay(1, 1, FileFormat(8, 3));
+  Image alpha(1, 1, FileFormat(8, 4));
+  Image mask(1, 1, FileFormat(8, 1));
+  for (int c = 0; c < 3; ++c) overlay.data()[c] = alpha.data()[c] = 200;
+  alpha.data()[3] = mask.data()[0] = 63;  // a quarter
+  Write("back.png", background);
+  Write("over.png", overlay);
+  Write("alpha.png", alpha);
+  Write("mask.png", mask);
+  const struct {
+    const char* arguments;
+    uint8_t left;
+    uint8_t right;
+  } cases[] = {{"over.png out.png --at 1,0", 0, 200},
+               {"alpha.png out.png", 50, 0},
+               {"alpha.png out.png --weight-of background", 150, 0},
+               {"over.png out.png --at 1,0 --mask mask.png", 0, 50},
+               {"over.png out.png --at -1,0", 0, 0}};
+  for (const auto& c : cases) {
+    ASSERT_EQ(Run(std::string("compose back.png ") + c.arguments).exit_code, 0) << c.arguments;
+    const Image result = Read("out.png");
+    EXPECT_EQ(result.data()[0], c.left) << c.arguments;
+    EXPECT_EQ(result.data()[5], c.right) << c.arguments;
+  }
+  ExpectFailure("compose mask.png alpha.png out.png", "(status 228)");
+  ExpectFailure("compose back.png over.png out.png --mask back.png", "mask");
 }
 
 TEST_F(ProgramTest, TimesTheLibraryCallOnRequest) {

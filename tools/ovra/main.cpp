@@ -37,6 +37,8 @@ void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
 void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddInfoCommand(app, common);
   ovra_host::AddRotateCommand(app, common);
+  ovra_host::AddCanvasCommand(app, common);
+  ovra_host::AddComposeCommand(app, common);
 }
 
 int Run(int argc, char** argv) {

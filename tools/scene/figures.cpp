@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "figures.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "drawing.h"
+
+namespace ovra_scene {
+namespace {
+
+constexpr int32_t kSteps = 16;
+constexpr int32_t kCentreOnly = 1;
+constexpr int32_t kSmoothEdges = 3;
+
+Color Grey(double value) {
+  return {value, value, value};
+}
+
+// A fully saturated color; hue in turns.
+Color Hue(double hue) {
+  const auto part = [hue](double phase) {
+    const double position = hue + phase - std::floor(hue + phase);
+    return Clamp01(std::abs(6 * position - 3) - 1);
+  };
+  return {part(0), part(2.0 / 3), part(1.0 / 3)};
+}
+
+}  // namespace
+
+ovra_host::Image ZonePlate(int32_t width, int32_t height) {
+  // The phase k r^2 / 2 has the frequency k r / (2 pi), which is 1/2 at the nearest side.
+  const double k = 2 * std::numbers::pi / std::min(width, height);
+  return Draw(width, height, kCentreOnly, [=](double x, double y) {
+    const double dx = x - width / 2.0;
+    const double dy = y - height / 2.0;
+    return Grey(0.5 + 0.5 * std::cos(k * (dx * dx + dy * dy) / 2));
+  });
+}
+
+ovra_host::Image GreyRamp(int32_t width, int32_t height) {
+  return Draw(width, height, kCentreOnly, [=](double x, double y) {
+    const double value = (x - 0.5) / std::max(1, width - 1);
+    const double step = std::floor(x * kSteps / width) / (kSteps - 1);
+    return Grey(y < height / 2.0 ? value : step);
+  });
+}
+
+ovra_host::Image HueCircle(int32_t width, int32_t height) {
+  const double radius = 0.47 * std::min(width, height);
+  return Draw(width, height, kSmoothEdges, [=](double x, double y) {
+    const double dx = x - width / 2.0;
+    const double dy = height / 2.0 - y;
+    const double saturation = std::hypot(dx, dy) / radius;
+    if (saturation > 1) return Grey(0.5);
+    const double hue = std::atan2(dy, dx) / (2 * std::numbers::pi);
+    return Mix(Grey(1), Hue(hue), saturation);
+  });
+}
+
+}  // namespace ovra_scene
