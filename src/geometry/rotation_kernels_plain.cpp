@@ -6,6 +6,9 @@ namespace ovra {
 namespace {
 
 struct PlainMovers {
+  // So many source rows stay in the cache while each destination row gets a run of whole lines.
+  static constexpr std::ptrdiff_t kBlockColumns = 64;
+
   template <int kPixelBytes>
   static void ReverseRow(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
     ReversePixels<kPixelBytes>(source, destination, pixels);

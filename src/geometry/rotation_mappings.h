@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: MIT
 // The eight mappings as kernels over two movers of pixels, which each tier brings along:
 //
+//   Movers::kBlockColumns
+//     Destination columns that a transposing mapping fills at a time, from as many source rows.
+//
 //   Movers::ReverseRow<kPixelBytes>(source, destination, pixels)
 //     Copies a row of pixels in reversed order.
 //   Movers::TransposeBlock<kPixelBytes>(source, source_stride, destination, destination_stride,
 //                                       rows, columns)
 //     Copies pixel `column` of source row `row` to pixel `row` of destination row `column`, for
-//     1..kBlockColumns rows. Strides are in bytes and may be negative.
+//     up to kBlockColumns rows. Strides are in bytes and may be negative.
 //
 // A pixel is moved as a unit, so only its size in bytes matters: 1, 2, 3, 4, 6 or 8. Included by
 // each kernel file and compiled with that file's flags.
@@ -21,10 +24,6 @@
 
 namespace ovra {
 namespace {
-
-// Transposing mappings fill so many destination columns at a time, from as many source rows that
-// stay in the cache while each destination row gets a run of whole cache lines.
-constexpr std::ptrdiff_t kBlockColumns = 64;
 
 // Pixel bytes of a row, and the padding that follows them.
 struct RowLayout {
@@ -144,11 +143,11 @@ Status OrientTransposed(const uint8_t* source, uint8_t* destination, int32_t wid
   uint8_t* const first_out = out_forward ? destination : destination + (width - 1) * out.stride;
   const std::ptrdiff_t in_step = in_forward ? in.stride : -in.stride;
   const std::ptrdiff_t out_step = out_forward ? out.stride : -out.stride;
-  for (std::ptrdiff_t begin = 0; begin < height; begin += kBlockColumns) {
+  for (std::ptrdiff_t begin = 0; begin < height; begin += Movers::kBlockColumns) {
     const std::ptrdiff_t left = height - begin;
     TransposeBlock<Movers, kSampleBytes>(
         first_in + begin * in_step, in_step, first_out + begin * channels * kSampleBytes, out_step,
-        left < kBlockColumns ? left : kBlockColumns, width, channels);
+        left < Movers::kBlockColumns ? left : Movers::kBlockColumns, width, channels);
   }
   for (std::ptrdiff_t y = 0; y < width; ++y) out.ClearPadding(destination + y * out.stride);
   return OVRA_OK;

@@ -15,6 +15,8 @@
 // With one lane the second addresses are not used.
 #pragma once
 
+#include <xmmintrin.h>
+
 #include "geometry/rotation_mappings.h"
 #include "geometry/rotation_movers.h"
 
@@ -69,6 +71,9 @@ constexpr ByteTable PackingTable() {
 template <class Vector>
 class VectorMovers {
  public:
+  // Long runs in each destination row, since every row is on another page.
+  static constexpr std::ptrdiff_t kBlockColumns = 256;
+
   template <int kPixelBytes>
   static void ReverseRow(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
     constexpr std::ptrdiff_t kPixels = kLaneBytes / kPixelBytes;
@@ -92,17 +97,24 @@ class VectorMovers {
   static void TransposeBlock(const uint8_t* source, std::ptrdiff_t source_stride,
                              uint8_t* destination, std::ptrdiff_t destination_stride,
                              std::ptrdiff_t rows, std::ptrdiff_t columns) {
-    constexpr std::ptrdiff_t kColumns = kLaneBytes / CellBytes(kPixelBytes);
-    constexpr std::ptrdiff_t kRows = kColumns * Group(kPixelBytes) * Vector::kLanes;
+    constexpr std::ptrdiff_t kSide = kLaneBytes / CellBytes(kPixelBytes);
+    constexpr std::ptrdiff_t kRows = RowsOfSquares(kPixelBytes);
+    constexpr std::ptrdiff_t kLineColumns = kSide * kSquaresOfLine;
     const std::ptrdiff_t whole_rows = rows / kRows * kRows;
     // A lane that is not filled by its pixels reads on, but not beyond its row.
+    const auto square_fits = [columns](std::ptrdiff_t column) {
+      return column * kPixelBytes + kLaneBytes <= columns * kPixelBytes;
+    };
     std::ptrdiff_t column = 0;
-    for (; column * kPixelBytes + kLaneBytes <= columns * kPixelBytes; column += kColumns) {
-      for (std::ptrdiff_t row = 0; row < whole_rows; row += kRows) {
-        TransposeSquares<kPixelBytes>(
-            source + row * source_stride + column * kPixelBytes, source_stride,
-            destination + column * destination_stride + row * kPixelBytes, destination_stride);
-      }
+    for (; square_fits(column + kLineColumns - kSide); column += kLineColumns) {
+      TransposeStrip<kPixelBytes, kSquaresOfLine>(source + column * kPixelBytes, source_stride,
+                                                  destination + column * destination_stride,
+                                                  destination_stride, whole_rows);
+    }
+    for (; square_fits(column); column += kSide) {
+      TransposeStrip<kPixelBytes, 1>(source + column * kPixelBytes, source_stride,
+                                     destination + column * destination_stride, destination_stride,
+                                     whole_rows);
     }
     TransposePixels<kPixelBytes>(source + column * kPixelBytes, source_stride,
                                  destination + column * destination_stride, destination_stride,
@@ -121,9 +133,42 @@ class VectorMovers {
     return pixel_bytes == 3 ? 4 : pixel_bytes == 6 ? 8 : pixel_bytes;
   }
 
-  // Squares side by side that fill whole vectors: four times twelve bytes are three times sixteen.
+  // So many squares side by side are about a cache line of each source row: it is used up at once,
+  // which keeps rows a power of two apart from driving each other out of the cache.
+  static constexpr int kSquaresOfLine = 4;
+
+  // Squares one below the other that fill whole vectors: four times twelve bytes are three times sixteen.
   static constexpr int Group(int pixel_bytes) {
     return CellBytes(pixel_bytes) == pixel_bytes ? 1 : 4;
+  }
+
+  static constexpr int RowsOfSquares(int pixel_bytes) {
+    return kLaneBytes / CellBytes(pixel_bytes) * Group(pixel_bytes) * Vector::kLanes;
+  }
+
+  // Transposes `rows` source rows, a multiple of RowsOfSquares, of kSquares squares in width.
+  template <int kPixelBytes, int kSquares>
+  static void TransposeStrip(const uint8_t* source, std::ptrdiff_t source_stride,
+                             uint8_t* destination, std::ptrdiff_t destination_stride,
+                             std::ptrdiff_t rows) {
+    constexpr std::ptrdiff_t kSide = kLaneBytes / CellBytes(kPixelBytes);
+    constexpr std::ptrdiff_t kRows = RowsOfSquares(kPixelBytes);
+    for (std::ptrdiff_t row = 0; row < rows; row += kRows) {
+      for (std::ptrdiff_t i = 0; i < kRows; ++i) PrefetchAhead(source + (row + i) * source_stride);
+      for (std::ptrdiff_t x = 0; x < kSquares * kSide; x += kSide) {
+        TransposeSquares<kPixelBytes>(source + row * source_stride + x * kPixelBytes, source_stride,
+                                      destination + x * destination_stride + row * kPixelBytes,
+                                      destination_stride);
+      }
+    }
+  }
+
+  // Asks for what this row will need two lines further on: the rows of a block are more streams than
+  // a processor follows by itself. A prefetch cannot fault, wherever it points.
+  static void PrefetchAhead(const uint8_t* row) {
+    constexpr uintptr_t kDistance = 128;
+    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(row) + kDistance),
+                 _MM_HINT_T0);
   }
 
   // Interleaving the rows of the upper half with those of the lower, once for each bit of a row's
