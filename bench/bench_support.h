@@ -41,5 +41,6 @@ void RegisterGeometry();
 void RegisterSmallResize();
 void RegisterSmooth();
 void RegisterYUsm();
+void RegisterResize();
 
 }  // namespace ovra_bench

@@ -71,6 +71,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterSmooth();
   ovra_bench::RegisterYUsm();
+  ovra_bench::RegisterResize();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

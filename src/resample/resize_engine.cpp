@@ -78,7 +78,7 @@ void BuildAxes(const ResizeImages& images, const ResizePlan& plan, AxisWeights* 
 // rise or fall steadily, so that these columns stand side by side.
 void FindInnerColumns(int32_t pixels_read, HorizontalPass* pass) {
   const auto is_inner = [pass, pixels_read](int32_t column) {
-    const int64_t first = int64_t{pass->sets[column].centre} - TapsBeforeCentre(pass->taps);
+    const int64_t first = int64_t{pass->sets[column].centre} - pass->taps_before_centre;
     return first >= 0 && first + pixels_read <= pass->source_width;
   };
   int32_t begin = 0;
@@ -109,6 +109,7 @@ class RowDriver {
                         memory->horizontal.weights.data(),
                         memory->horizontal.weight_stride,
                         plan.horizontal.taps,
+                        TapsBeforeCentre(plan.horizontal.taps),
                         channels,
                         images.source_size.width,
                         images.destination_size.width,

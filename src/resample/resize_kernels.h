@@ -40,6 +40,7 @@ struct HorizontalPass {
   const int16_t* weights;
   int32_t weight_stride;
   int32_t taps;
+  int32_t taps_before_centre;
   int32_t channels;  // 1, 3 or 4: no two-channel format can be resized
   int32_t source_width;
   int32_t destination_width;
@@ -84,20 +85,53 @@ template <class Sample>
 void VerticalRowGeneric(const VerticalPass<Sample>& pass, int32_t* slots, int32_t* weights,
                         Sample* destination);
 
+// The choice of each tier. Horizontal vector forms exist for 4 to 8 and for 16 taps: `run` is null
+// for other counts. Plain vertical forms without work memory exist for the same counts: null stands
+// for the generic form.
 template <class Sample>
 HorizontalKernel<Sample> SelectHorizontalPlain(int32_t taps, int32_t channels);
+template <class Sample>
+HorizontalKernel<Sample> SelectHorizontalSse(int32_t taps, int32_t channels);
+template <class Sample>
+HorizontalKernel<Sample> SelectHorizontalAvx2(int32_t taps, int32_t channels);
 
-// Null for the tap counts that only the generic form serves.
 template <class Sample>
 VerticalRow<Sample>* SelectVerticalPlain(int32_t taps);
+template <class Sample>
+VerticalRow<Sample>* SelectVerticalSse(int32_t taps);
+template <class Sample>
+VerticalRow<Sample>* SelectVerticalAvx2(int32_t taps);
+
+// Explicit specialisations, so that each tier's file defines its own and no other does.
+template <>
+HorizontalKernel<uint8_t> SelectHorizontalSse(int32_t taps, int32_t channels);
+template <>
+HorizontalKernel<uint16_t> SelectHorizontalSse(int32_t taps, int32_t channels);
+template <>
+HorizontalKernel<uint8_t> SelectHorizontalAvx2(int32_t taps, int32_t channels);
+template <>
+HorizontalKernel<uint16_t> SelectHorizontalAvx2(int32_t taps, int32_t channels);
+template <>
+VerticalRow<uint8_t>* SelectVerticalSse(int32_t taps);
+template <>
+VerticalRow<uint16_t>* SelectVerticalSse(int32_t taps);
+template <>
+VerticalRow<uint8_t>* SelectVerticalAvx2(int32_t taps);
+template <>
+VerticalRow<uint16_t>* SelectVerticalAvx2(int32_t taps);
 
 template <class Sample>
-HorizontalKernel<Sample> SelectHorizontal(int32_t taps, int32_t channels, KernelTier) {
-  return SelectHorizontalPlain<Sample>(taps, channels);
+HorizontalKernel<Sample> SelectHorizontal(int32_t taps, int32_t channels, KernelTier tier) {
+  HorizontalKernel<Sample> kernel = {};
+  if (tier == KernelTier::kAvx2) kernel = SelectHorizontalAvx2<Sample>(taps, channels);
+  if (tier == KernelTier::kSse) kernel = SelectHorizontalSse<Sample>(taps, channels);
+  return kernel.run != nullptr ? kernel : SelectHorizontalPlain<Sample>(taps, channels);
 }
 
 template <class Sample>
-VerticalRow<Sample>* SelectVertical(int32_t taps, KernelTier) {
+VerticalRow<Sample>* SelectVertical(int32_t taps, KernelTier tier) {
+  if (tier == KernelTier::kAvx2) return SelectVerticalAvx2<Sample>(taps);
+  if (tier == KernelTier::kSse) return SelectVerticalSse<Sample>(taps);
   return SelectVerticalPlain<Sample>(taps);
 }
 

@@ -27,7 +27,7 @@ template <class Sample, int kChannels, bool kClamp>
 void Columns(const HorizontalPass& pass, int32_t begin, int32_t end, const Sample* source,
              Intermediate<Sample>* out) {
   for (int32_t i = begin; i < end; ++i) {
-    const int64_t first = int64_t{pass.sets[i].centre} - TapsBeforeCentre(pass.taps);
+    const int64_t first = int64_t{pass.sets[i].centre} - pass.taps_before_centre;
     const int16_t* const weights = pass.weights + std::ptrdiff_t{i} * pass.weight_stride;
     uint32_t sums[kChannels] = {};
     for (int32_t k = 0; k < pass.taps; ++k) {
