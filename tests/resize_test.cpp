@@ -63,6 +63,10 @@ struct Arguments {
         format, x, y, width, height, horizontal_factor, vertical_factor, table, horizontal_stretch,
         vertical_stretch, horizontal_taps, vertical_taps);
   }
+  OvraStatus Roi() const {
+    return OvraResizeImageROI(source, source_width, source_height, destination, destination_width,
+                              destination_height, format, x, y, width, height);
+  }
   OvraStatus RoiVar() const {
     return OvraResizeImageROIVAR(source, source_width, source_height, destination,
                                  destination_width, destination_height, format, x, y, width, height,
@@ -178,7 +182,58 @@ TEST_F(Resize, ExplicitFactorsAreCheckedBeforeAllButTheFormat) {
   EXPECT_EQ(arguments.RoiVar(), OVRA_ERROR_RESIZE_SOURCE_SMALL);
 }
 
-// A wedge under the whole pipeline of an export, against the definition.
+TEST_F(Resize, SizesAreCheckedFirstWhereTheyGiveTheRatio) {
+  Arguments arguments = Valid();
+  arguments.source = nullptr;
+  arguments.width = 0;
+  EXPECT_EQ(arguments.Roi(), OVRA_ERROR_RESIZE_ZERO_SIZE);
+  arguments.width = kSide;
+  arguments.height = 0;
+  EXPECT_EQ(arguments.Roi(), OVRA_ERROR_RESIZE_ZERO_SIZE);
+  arguments.format = 0x40;
+  EXPECT_EQ(arguments.Roi(), OVRA_ERROR_FORMAT_CHANNELS);
+  EXPECT_EQ(OvraResizeImage(nullptr, 0, 5, nullptr, 5, 5, kGrey8), OVRA_ERROR_RESIZE_ZERO_SIZE);
+  EXPECT_EQ(OvraResizeImage(nullptr, 5, 5, nullptr, 5, 5, kGrey8), OVRA_ERROR_RESIZE_NULL_IMAGE);
+  EXPECT_EQ(OvraResizeImage(source_.data(), 3, 3, destination_.data(), 5, 5, kGrey8),
+            OVRA_ERROR_RESIZE_SOURCE_SMALL);
+  EXPECT_EQ(OvraResizeImage(source_.data(), 20, 20, destination_.data(), 7, 7, kGrey8),
+            OVRA_ERROR_RESIZE_DESTINATION_SMALL);
+}
+
+// Below a ratio of 0.33 on both axes, and only there, the small-image resize does the work.
+TEST_F(Resize, StrongReductionsGoToTheSmallImageResize) {
+  ovra_test::Random random(4);
+  Bytes source(1000 * 100);
+  ovra_test::FillSamples(random, source.data(), source.data() + source.size(), 255U);
+  struct Case {
+    int32_t width;
+    int32_t height;
+    bool small;
+  };
+  // The last but one: the larger ratio is that of the heights.
+  const Case cases[] = {{300, 30, true}, {329, 32, true}, {329, 33, false}, {330, 120, false}};
+  for (const Case& c : cases) {
+    const auto size = static_cast<size_t>(c.width * c.height);
+    Bytes actual(size);
+    Bytes small(size);
+    Bytes engine(size);
+    ASSERT_EQ(OvraResizeImage(source.data(), 1000, 100, actual.data(), c.width, c.height, kGrey8),
+              OVRA_OK);
+    ASSERT_EQ(OvraSmallResizeImage(source.data(), 1000, 100, small.data(), c.width, c.height,
+                                   kGrey8, 0, 0, 1000, 100, table_.data()),
+              OVRA_OK);
+    const bool reduces = c.height < 100;
+    ASSERT_EQ(
+        OvraResizeImageCore(source.data(), 1000, 100, engine.data(), c.width, c.height, kGrey8, 0,
+                            0, 1000, 100, table_.data(), reduces ? 2.0F : 1.0F, reduces ? 8 : 4),
+        OVRA_OK);
+    EXPECT_NE(small, engine);
+    EXPECT_EQ(actual, c.small ? small : engine) << c.width << " x " << c.height;
+  }
+}
+
+// Odd sizes, a region that begins above the source and a 12-bit bottom-up format: every argument
+// shows in the result.
 TEST_F(Resize, ExportsPassEveryArgument) {
   ResizeCase c = {.source_width = 41,
                   .source_height = 37,
@@ -238,6 +293,8 @@ TEST_F(Resize, ExportsPassEveryArgument) {
   c.vertical_stretch = c.horizontal_stretch;
   ASSERT_EQ(arguments.Core(), OVRA_OK);
   expect_equal("Core");
+  ASSERT_EQ(arguments.Roi(), OVRA_OK);
+  expect_equal("ROI");
   c.x = c.y = 0;
   c.width = c.source_width;
   c.height = c.source_height;

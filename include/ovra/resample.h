@@ -62,6 +62,7 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table);
 //   OVRA_ERROR_FORMAT_...                  a field of the format word is not accepted (functions
 //                                          with a table: after the five checks that follow)
 //   OVRA_ERROR_NO_MEMORY                   no work memory
+//   OVRA_ERROR_RESIZE_ZERO_SIZE            without factors: source width or region is 0
 //   OVRA_ERROR_RESIZE_FACTOR               an explicit factor is below 0.33
 //   OVRA_ERROR_RESIZE_NULL_IMAGE           source or destination is null
 //   OVRA_ERROR_RESIZE_NULL_TABLE           the table is null
@@ -75,9 +76,28 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table);
 //   OVRA_ERROR_RESIZE_FACTOR               an explicit factor is 0 or not a number
 //   OVRA_ERROR_NO_MEMORY                   no work memory
 
+// Resizes the whole source. The scale follows from the sizes: one serves both axes, the larger one
+// of destination width by source width and of destination height by source height, so that
+// proportions are kept and what does not fit is cut off symmetrically along the other axis. The
+// kernel is cubic convolution with a = -0.75, of 4 taps, and of up to 8 for reductions; below a
+// ratio of 0.33 OvraSmallResizeImage takes over, which accepts sources and destinations of any size
+// from one pixel on.
+OVRA_API OvraStatus OVRA_CALL OvraResizeImage(const uint8_t* source, int32_t source_width,
+                                              int32_t source_height, uint8_t* destination,
+                                              int32_t destination_width, int32_t destination_height,
+                                              OvraPixelFormatCode format);
+
+// The same for a region of the source.
+OVRA_API OvraStatus OVRA_CALL OvraResizeImageROI(const uint8_t* source, int32_t source_width,
+                                                 int32_t source_height, uint8_t* destination,
+                                                 int32_t destination_width,
+                                                 int32_t destination_height,
+                                                 OvraPixelFormatCode format, int32_t x, int32_t y,
+                                                 int32_t width, int32_t height);
+
 // Resizes with explicit factors (destination by source; above 1 enlarges) of at least 0.33. They
-// need not agree with the sizes: what the destination has room for is shown. The kernel is cubic
-// convolution with a = -0.75, of 4 taps, and of up to 8 where a factor reduces.
+// need not agree with the sizes: what the destination has room for is shown. The kernel is that of
+// OvraResizeImage, of as many taps on each axis as its factor asks for.
 OVRA_API OvraStatus OVRA_CALL OvraResizeImageVAR(const uint8_t* source, int32_t source_width,
                                                  int32_t source_height, uint8_t* destination,
                                                  int32_t destination_width,

@@ -6,8 +6,11 @@
 
 namespace ovra {
 
-// Factors below this are refused where they are explicit.
+// The engine's taps cover reductions down to this ratio. Beyond it, factors that follow from the
+// sizes lead to the small-image resize, and explicit ones are refused.
 inline constexpr double kMinEngineRatio = 0.33;
+
+Status ResizeImage(const ResizeImages& images, KernelTier tier);
 
 Status ResizeImageVar(const ResizeImages& images, ResizeFactors factors, KernelTier tier);
 

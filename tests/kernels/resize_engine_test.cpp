@@ -8,7 +8,9 @@
 #include <limits>
 #include <vector>
 
+#include "ovra/resample.h"
 #include "resample/kernel_table.h"
+#include "resample/resize_kernels.h"
 #include "support/failing_malloc.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
@@ -114,6 +116,7 @@ void FillImage(Random& random, int32_t depth_bits, GuardedBuffer* image) {
 }
 
 class ResizeEngine : public ovra_test::AcceleratedTierTest {};
+using ResizeKernels = ResizeEngine;
 
 // Both guards: a row may be the first or the last thing in memory.
 TEST_P(ResizeEngine, EqualsTheDefinition) {
@@ -138,6 +141,26 @@ TEST_P(ResizeEngine, EqualsTheDefinition) {
 
 INSTANTIATE_TEST_SUITE_P(Tiers, ResizeEngine,
                          testing::Values(KernelTier::kPlain, KernelTier::kSse, KernelTier::kAvx2),
+                         ovra_test::TierParamName);
+
+TEST_P(ResizeKernels, AreOtherThanPlain) {
+  for (const int32_t taps : {4, 5, 6, 7, 8, 16}) {
+    for (const int32_t channels : {1, 3, 4}) {
+      EXPECT_NE(ovra::SelectHorizontal<uint8_t>(taps, channels, GetParam()).run,
+                ovra::SelectHorizontal<uint8_t>(taps, channels, KernelTier::kPlain).run);
+      EXPECT_NE(ovra::SelectHorizontal<uint16_t>(taps, channels, GetParam()).run,
+                ovra::SelectHorizontal<uint16_t>(taps, channels, KernelTier::kPlain).run);
+    }
+  }
+  for (const int32_t taps : {4, 5, 6, 7, 8, 9, 16, 17}) {
+    EXPECT_NE(ovra::SelectVertical<uint8_t>(taps, GetParam()),
+              ovra::SelectVertical<uint8_t>(taps, KernelTier::kPlain));
+    EXPECT_NE(ovra::SelectVertical<uint16_t>(taps, GetParam()),
+              ovra::SelectVertical<uint16_t>(taps, KernelTier::kPlain));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tiers, ResizeKernels, ovra_test::AcceleratedTiers(),
                          ovra_test::TierParamName);
 
 constexpr ResizeCase kSmallCase = {20, 20, 30,    30,  0,   0,    20,   20, 8,
@@ -166,6 +189,21 @@ TEST(ResizeMemory, EveryFailingBlockIsReportedAndNothingIsWritten) {
       EXPECT_EQ(untouched, number <= kWorkBlocks) << number;
     }
   }
+}
+
+TEST(ResizeMemory, TheTableComesBeforeTheSizesAndAfterTheFormat) {
+  const auto failing = [](ovra::PixelFormatCode format) {
+    const ovra_test::FailAllocationsFrom failure(1);
+    return OvraResizeImage(nullptr, 0, 0, nullptr, 0, 0, format);
+  };
+  EXPECT_EQ(failing(0), OVRA_ERROR_NO_MEMORY);
+  EXPECT_EQ(failing(0x40), OVRA_ERROR_FORMAT_CHANNELS);
+  ovra::Status status = -1;
+  {
+    const ovra_test::FailAllocationsFrom failure(1);
+    status = OvraResizeImageVAR(nullptr, 0, 0, nullptr, 0, 0, 0, 0.1, 0.1);
+  }
+  EXPECT_EQ(status, OVRA_ERROR_NO_MEMORY);
 }
 
 // Two arrays a row: the third and the fourth of them belong to the second row.
