@@ -29,7 +29,7 @@ struct Placement {
 };
 
 // Writes one pixel `count` times and answers the end of what it wrote. Doubling what stands there
-// already runs at the speed of memory without any vector code of its own.
+// already runs at the speed of memory, so that this operation has no tiers.
 uint8_t* FillPixels(uint8_t* begin, int64_t count, const void* pixel, size_t pixel_bytes) {
   constexpr size_t kMaxCopy = 4096;  // the copied bytes stay in the first-level cache
   const size_t bytes = static_cast<size_t>(count) * pixel_bytes;

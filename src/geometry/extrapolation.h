@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Placement of an image on a larger canvas of one color.
+// Placement of an image on a larger canvas of one colour.
 #pragma once
 
 #include <cstdint>
