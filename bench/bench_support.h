@@ -34,6 +34,7 @@ void RegisterTiers(const std::string& name, double pixels,
                    const std::function<void(ovra::KernelTier)>& run);
 
 // One function for each file of benchmarks, called by main.
+void RegisterColorTables();
 void RegisterComposition();
 void RegisterCube();
 void RegisterDibRaw();

@@ -104,6 +104,164 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(const uint8_t* src, ui
 OVRA_API OvraStatus OVRA_CALL OvraCascade3D(const OvraColorCube* first,
                                             const OvraColorCube* second);
 
+// --- Per-channel tables and polynomials ------------------------------------------------------
+//
+// Both families map every channel of a three-channel image through a table of its own. They share
+// one kind of handle; the conversion and the release of either take the handles of both. Only the
+// statuses of their first checks differ.
+//
+// Formats: channel count 3, depth 8 to 16 bits, colour model RGB, BGR or YCC, arrangement 0, each
+// for input and output. What is given by channel is in the order of RGB: where the *input* is BGR,
+// the entry of channel 2 serves the first sample of a pixel and that of channel 0 the third. The
+// output's colour model has no influence, and samples keep their positions.
+//
+// Images: `height` rows of 3 * width samples at src and dst, in memory order. The rows of *both*
+// start at multiples of the input's row alignment; the output's alignment field is not used. Row
+// padding is neither read nor written. The buffers belong to the caller and must not overlap.
+// A negative width or height converts nothing.
+//
+// Handles: an _Init function sets *handle_out to 0 and, on success, to a handle, which the caller
+// releases once with either _Free function. It is not changed by conversions: any number may run
+// on one handle at the same time. Tables, polynomials and matrices are copied, or used, before the
+// function that took them returns.
+//
+// Statuses of the formats, in all functions that take them; the input is judged first:
+//   129..134                        a field of a format word is not valid
+//   OVRA_ERROR_TABLE_CHANNELS       channel count not 3
+//   OVRA_ERROR_TABLE_DEPTH          depth above 16 bits
+//   OVRA_ERROR_TABLE_COLOR_MODEL    colour model not RGB, BGR or YCC
+//   OVRA_ERROR_TABLE_ARRANGEMENT    arrangement not 0
+
+// Channels 0, 1, 2: each table holds the output value of every input value, 2^depth entries.
+typedef struct OvraChannelTableSet {
+  const uint16_t* table[3];
+} OvraChannelTableSet;
+
+// Output = c0 + c1 * v + c2 * v * v of the input value v, in output values. 32 bytes.
+typedef struct OvraChannelPolynomial {
+  double c0;
+  double c1;
+  double c2;
+  double reserved;  // not read
+} OvraChannelPolynomial;
+
+// Makes a handle of three tables. Entries above the greatest value of the output depth count as
+// that value.
+//   OVRA_ERROR_TABLE_NULL        tables or handle_out is null
+//   OVRA_ERROR_TABLE_NULL_TABLE  one of the three tables is null
+//   statuses of the formats      see above
+//   OVRA_ERROR_NO_MEMORY         no memory for the handle or a table
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl_Init(OvraPixelFormatCode in_format,
+                                                      OvraPixelFormatCode out_format,
+                                                      const OvraChannelTableSet* tables,
+                                                      uintptr_t* handle_out);
+
+// Makes a handle of three polynomials, coefficients[0..2]. Values are rounded half up and limited
+// to the range of the output depth; a value that is not a number counts as 0.
+//   OVRA_ERROR_TABLE_NULL    coefficients or handle_out is null
+//   statuses of the formats  see above
+//   OVRA_ERROR_NO_MEMORY     no memory for the handle or a table
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Init(OvraPixelFormatCode in_format,
+                                                     OvraPixelFormatCode out_format,
+                                                     const OvraChannelPolynomial* coefficients,
+                                                     uintptr_t* handle_out);
+
+// Converts an image. The formats must be those given to the _Init function, bit for bit. An input
+// sample above the range of its depth counts as the greatest value of the range.
+//   OVRA_ERROR_TABLE_NULL            src, dst or handle is null
+//   OVRA_ERROR_TABLE_ZERO_SIZE       width or height is 0
+//   statuses of the formats          see above
+//   OVRA_ERROR_TABLE_FORMAT_CHANGED  a format is not the one given to the _Init function
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl(const uint8_t* src, uint8_t* dst, int32_t width,
+                                                 int32_t height, OvraPixelFormatCode in_format,
+                                                 OvraPixelFormatCode out_format, uintptr_t handle);
+
+// The same with the statuses OVRA_ERROR_COEFFICIENT_NULL, OVRA_ERROR_COEFFICIENT_ZERO_SIZE and
+// OVRA_ERROR_FORMAT_CHANGED.
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef(const uint8_t* src, uint8_t* dst, int32_t width,
+                                                int32_t height, OvraPixelFormatCode in_format,
+                                                OvraPixelFormatCode out_format, uintptr_t handle);
+
+// _Init, conversion and release in one call. src, dst and tables (null: OVRA_ERROR_TABLE_NULL) and
+// the sizes (0: OVRA_ERROR_TABLE_ZERO_SIZE) are judged first, then all as in _Init.
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* src, uint8_t* dst,
+                                                           int32_t width, int32_t height,
+                                                           OvraPixelFormatCode in_format,
+                                                           OvraPixelFormatCode out_format,
+                                                           const OvraChannelTableSet* tables);
+
+// The same with polynomials and the statuses OVRA_ERROR_COEFFICIENT_NULL and
+// OVRA_ERROR_COEFFICIENT_ZERO_SIZE.
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoefSingleStep(
+    const uint8_t* src, uint8_t* dst, int32_t width, int32_t height, OvraPixelFormatCode in_format,
+    OvraPixelFormatCode out_format, const OvraChannelPolynomial* coefficients);
+
+// Releases *handle and sets it to 0; a handle of 0 is left alone. OVRA_ERROR_TABLE_NULL when
+// `handle` is null. The two are one and the same operation.
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl_Free(uintptr_t* handle);
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Free(uintptr_t* handle);
+
+// --- Colour matrices -------------------------------------------------------------------------
+//
+// A second-order polynomial in the three samples of a pixel for each output channel. Formats,
+// images and handles are as with the tables above, but samples are taken and written in memory
+// order whatever the colour model. Statuses of the formats:
+//   129..134                         a field of a format word is not valid
+//   OVRA_ERROR_MATRIX_CHANNELS       channel count not 3
+//   OVRA_ERROR_MATRIX_DEPTH          depth above 16 bits
+//   OVRA_ERROR_MATRIX_COLOR_MODEL    colour model not RGB, BGR or YCC
+//   OVRA_ERROR_MATRIX_ARRANGEMENT    arrangement not 0
+
+// The record is packed to 4 bytes, so that it has 244 of them on every platform.
+#pragma pack(push, 4)
+// rows[k][t] is the weight of term t in output channel k. With the input samples x0, x1, x2 the
+// terms are
+//   x0, x1, x2, 1, x0 * x0, x1 * x1, x2 * x2, x0 * x1, x1 * x2, x2 * x0
+// where the constant is in output values.
+typedef struct OvraColorMatrix {
+  double rows[3][10];
+  uint32_t reserved;  // not read
+} OvraColorMatrix;
+#pragma pack(pop)
+
+// Makes a handle of a matrix.
+//   OVRA_ERROR_MATRIX_NULL   matrix or handle_out is null
+//   statuses of the formats  see above
+//   OVRA_ERROR_NO_MEMORY     no memory for the handle
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Init(OvraPixelFormatCode in_format,
+                                                    OvraPixelFormatCode out_format,
+                                                    const OvraColorMatrix* matrix,
+                                                    uintptr_t* handle_out);
+
+// Converts an image. The formats must be those given to OvraConvColorMtx_Init, bit for bit.
+//
+// Where no second-order weight is other than 0, the sums are formed in 32-bit fixed point: weights
+// are truncated to 1/512 (8 and 16 bits) .. 1/8192 (12 bits), the constant to an integer, and the
+// sum is rounded half up. Sums beyond 32 bits wrap round; weights beyond them are limited and
+// weights that are not numbers count as 0. With any second-order weight, however small, the sums
+// are formed in double precision in the order of the terms and rounded half up; a sum that is not
+// a number gives 0. Either way results are limited to the range of the output depth. Infinite
+// second-order weights, and those that are not numbers, do not ask for double precision.
+//   OVRA_ERROR_MATRIX_NULL       src, dst or handle is null
+//   OVRA_ERROR_MATRIX_ZERO_SIZE  width or height is 0
+//   statuses of the formats      see above
+//   OVRA_ERROR_FORMAT_CHANGED    a format is not the one given to OvraConvColorMtx_Init
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx(const uint8_t* src, uint8_t* dst, int32_t width,
+                                               int32_t height, OvraPixelFormatCode in_format,
+                                               OvraPixelFormatCode out_format, uintptr_t handle);
+
+// _Init, conversion and release in one call. src, dst and matrix (null: OVRA_ERROR_MATRIX_NULL) and
+// the sizes (0: OVRA_ERROR_MATRIX_ZERO_SIZE) are judged first, then all as in _Init.
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtxSingleStep(const uint8_t* src, uint8_t* dst,
+                                                         int32_t width, int32_t height,
+                                                         OvraPixelFormatCode in_format,
+                                                         OvraPixelFormatCode out_format,
+                                                         const OvraColorMatrix* matrix);
+
+// Releases *handle and sets it to 0; a handle of 0 is left alone. OVRA_ERROR_MATRIX_NULL when
+// `handle` is null.
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Free(uintptr_t* handle);
+
 #ifdef __cplusplus
 }
 #endif

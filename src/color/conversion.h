@@ -71,4 +71,17 @@ void ForEachRow(const ImagePair& images, const DecodedFormatPair& formats, const
   }
 }
 
+// Calls visit.operator()<In, Out>() with the sample types of formats of at most 16 bits.
+template <class Visit>
+void WithSampleTypes(const DecodedFormatPair& formats, const Visit& visit) {
+  const bool wide_output = formats.output.depth_bits > 8;
+  if (formats.input.depth_bits > 8) {
+    wide_output ? visit.template operator()<uint16_t, uint16_t>()
+                : visit.template operator()<uint16_t, uint8_t>();
+  } else {
+    wide_output ? visit.template operator()<uint8_t, uint16_t>()
+                : visit.template operator()<uint8_t, uint8_t>();
+  }
+}
+
 }  // namespace ovra
