@@ -2,7 +2,7 @@
 #include "bench_support.h"
 #include "filter/edge_classifier.h"
 #include "filter/edge_filter.h"
-#include "filter/plane_filter.h"
+#include "filter/soft_focus.h"
 
 namespace ovra_bench {
 namespace {
@@ -24,10 +24,31 @@ void RegisterEdgeFilter() {
   RegisterMemcpy("edge_filter", kBytes, kBytes, kPixels);
 }
 
+void RegisterSoftFocus() {
+  for (const int32_t radius : {20, 100}) {
+    for (const bool in_place : {false, true}) {
+      const std::string name =
+          "soft_focus/radius" + std::to_string(radius) + (in_place ? "/in_place" : "");
+      RegisterTiers(name, kPixels, [radius, in_place](ovra::KernelTier tier) {
+        ovra::SoftFocusParams params = {};
+        params.radius = radius;
+        params.decay_base = 0.1;
+        params.decay_exponent = 1;
+        params.mix = 0.5;
+        uint8_t* const destination = Destination(kBytes);
+        ovra::SoftFocus(in_place ? destination : Source(kBytes), destination, kWidth, kHeight,
+                        &params, tier);
+      });
+    }
+  }
+  RegisterMemcpy("soft_focus", kBytes, kBytes, kPixels);
+}
+
 }  // namespace
 
 void RegisterSmooth() {
   RegisterEdgeFilter();
+  RegisterSoftFocus();
 }
 
 }  // namespace ovra_bench

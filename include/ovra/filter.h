@@ -142,6 +142,45 @@ OVRA_API OvraStatus OVRA_CALL OvraEFilterImage(const uint8_t* source, uint8_t* d
                                                uint32_t width, uint32_t height,
                                                OvraPixelFormatCode format);
 
+// Parameters of OvraSoftFocus. 40 bytes on every platform.
+//
+// The blur is exponential: from its centre the response falls by the same factor from pixel to
+// pixel, to decay_base ^ decay_exponent at the radius. A base of 0.1 and an exponent of 1 let a
+// tenth be left there.
+typedef struct OvraSoftFocusParams {
+  // Length of the blur in pixels, for a picture whose shorter side has 2503 pixels; scaled with the
+  // shorter side for others, and rounded. Where that gives 0 or less the picture is copied.
+  int32_t radius;
+  int32_t decay_exponent;
+  // A decay that is not a number between 0 and 1, both excluded, copies the picture.
+  double decay_base;
+  uint8_t reserved[16];  // not read
+  double mix;            // share of the blurred picture, limited to 0..1; not a number counts as 0
+} OvraSoftFocusParams;
+
+// Soft focus: a copy of the picture, blurred along rows and then along columns, is mixed with it.
+// Beyond the right and the lower edge the blur sees the edge pixels repeated `radius` times, beyond
+// the left and the upper edge a picture that goes on evenly. The gain of the blur is a rounded
+// integer, so flat areas may change by a step.
+//
+// source, destination  pixels of three 8-bit samples, rows of exactly 3 * width bytes; they belong to
+//                      the caller, and may be the same buffer but must not overlap otherwise
+// width, height        in pixels; nothing is done when one of them is 0
+//
+// Work memory: 48 times the width plus 96 times the longer side with the radius, in bytes, and 3
+// bytes a pixel in place. A blur that keeps 1 - 1/131072 or more from pixel to pixel is too long for
+// the fixed point: its outcome is black.
+//
+// Returns, the first that applies:
+//   OVRA_ERROR_SOFT_FOCUS_NULL  source, destination or params is null
+//   OVRA_ERROR_NO_MEMORY        no work memory, or a picture that exceeds what can be addressed
+//   OVRA_OK                     the destination is written
+//
+// Calls on different destinations may run in parallel.
+OVRA_API OvraStatus OVRA_CALL OvraSoftFocus(const uint8_t* source, uint8_t* destination,
+                                            uint32_t width, uint32_t height,
+                                            const OvraSoftFocusParams* params);
+
 #ifdef __cplusplus
 }
 #endif

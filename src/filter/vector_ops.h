@@ -20,6 +20,13 @@ struct Sse {
 
   static Reg Load(const void* p) { return _mm_loadu_si128(static_cast<const Reg*>(p)); }
   static void Store(void* p, Reg a) { _mm_storeu_si128(static_cast<Reg*>(p), a); }
+  // As many bytes as there are 16-bit lanes; stored bytes saturate.
+  static Reg LoadBytes(const void* p) {
+    return _mm_cvtepu8_epi16(_mm_loadl_epi64(static_cast<const __m128i*>(p)));
+  }
+  static void StoreBytes(void* p, Reg a) {
+    _mm_storel_epi64(static_cast<__m128i*>(p), _mm_packus_epi16(a, a));
+  }
   // 16 bytes, the same in all lanes.
   static Reg LoadLanes(const void* p) { return Load(p); }
 
@@ -29,6 +36,7 @@ struct Sse {
   static Reg Set32(int32_t v) { return _mm_set1_epi32(v); }
 
   static Reg And(Reg a, Reg b) { return _mm_and_si128(a, b); }
+  static Reg AndNot(Reg a, Reg b) { return _mm_andnot_si128(a, b); }  // b without a
   static Reg Xor(Reg a, Reg b) { return _mm_xor_si128(a, b); }
 
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm_shuffle_epi8(bytes, order); }
@@ -43,9 +51,11 @@ struct Sse {
   static Reg Min16(Reg a, Reg b) { return _mm_min_epi16(a, b); }
   static Reg Max16(Reg a, Reg b) { return _mm_max_epi16(a, b); }
   static Reg MinU16(Reg a, Reg b) { return _mm_min_epu16(a, b); }
+  static Reg MaxU16(Reg a, Reg b) { return _mm_max_epu16(a, b); }
   static Reg Equal16(Reg a, Reg b) { return _mm_cmpeq_epi16(a, b); }
   static Reg Abs16(Reg a) { return _mm_abs_epi16(a); }
   static Reg MulHigh16(Reg a, Reg b) { return _mm_mulhi_epi16(a, b); }
+  static Reg MulHighU16(Reg a, Reg b) { return _mm_mulhi_epu16(a, b); }
   static Reg MulLow16(Reg a, Reg b) { return _mm_mullo_epi16(a, b); }
   static Reg MulAdd16(Reg a, Reg b) { return _mm_madd_epi16(a, b); }
   static Reg ShiftRightU16(Reg a, int n) { return _mm_srli_epi16(a, n); }
@@ -67,6 +77,10 @@ struct Avx2 {
 
   static Reg Load(const void* p) { return _mm256_loadu_si256(static_cast<const Reg*>(p)); }
   static void Store(void* p, Reg a) { _mm256_storeu_si256(static_cast<Reg*>(p), a); }
+  static Reg LoadBytes(const void* p) { return _mm256_cvtepu8_epi16(Sse::Load(p)); }
+  static void StoreBytes(void* p, Reg a) {
+    Sse::Store(p, _mm_packus_epi16(_mm256_castsi256_si128(a), _mm256_extracti128_si256(a, 1)));
+  }
   static Reg LoadLanes(const void* p) { return _mm256_broadcastsi128_si256(Sse::Load(p)); }
 
   static Reg Zero() { return _mm256_setzero_si256(); }
@@ -75,6 +89,7 @@ struct Avx2 {
   static Reg Set32(int32_t v) { return _mm256_set1_epi32(v); }
 
   static Reg And(Reg a, Reg b) { return _mm256_and_si256(a, b); }
+  static Reg AndNot(Reg a, Reg b) { return _mm256_andnot_si256(a, b); }  // b without a
   static Reg Xor(Reg a, Reg b) { return _mm256_xor_si256(a, b); }
 
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm256_shuffle_epi8(bytes, order); }
@@ -89,9 +104,11 @@ struct Avx2 {
   static Reg Min16(Reg a, Reg b) { return _mm256_min_epi16(a, b); }
   static Reg Max16(Reg a, Reg b) { return _mm256_max_epi16(a, b); }
   static Reg MinU16(Reg a, Reg b) { return _mm256_min_epu16(a, b); }
+  static Reg MaxU16(Reg a, Reg b) { return _mm256_max_epu16(a, b); }
   static Reg Equal16(Reg a, Reg b) { return _mm256_cmpeq_epi16(a, b); }
   static Reg Abs16(Reg a) { return _mm256_abs_epi16(a); }
   static Reg MulHigh16(Reg a, Reg b) { return _mm256_mulhi_epi16(a, b); }
+  static Reg MulHighU16(Reg a, Reg b) { return _mm256_mulhi_epu16(a, b); }
   static Reg MulLow16(Reg a, Reg b) { return _mm256_mullo_epi16(a, b); }
   static Reg MulAdd16(Reg a, Reg b) { return _mm256_madd_epi16(a, b); }
   static Reg ShiftRightU16(Reg a, int n) { return _mm256_srli_epi16(a, n); }
