@@ -6,10 +6,11 @@ import argparse
 import sys
 from pathlib import Path
 
+import color_cube
 import geometry
 from page import Page
 
-SECTIONS = [geometry]
+SECTIONS = [geometry, color_cube]
 
 
 def main():

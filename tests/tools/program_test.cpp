@@ -50,6 +50,10 @@ class ProgramTest : public testing::Test {
     ovra_host::WriteImage(image, folder_.File(name));
   }
 
+  void WriteText(const std::string& name, const std::string& text) const {
+    ovra_test::WriteBytes(folder_.File(name), FileBytes(text.begin(), text.end()));
+  }
+
   // Two pixels by three, all samples different.
   static Image Counting(uint32_t depth_bits, uint32_t channels) {
     Image image(2, 3, FileFormat(depth_bits, channels));
@@ -220,6 +224,105 @@ TEST_F(ProgramTest, InputMayBeItsOwnOutput) {
   Write("a.png", Counting(8, 1));
   ASSERT_EQ(Run("rotate --mode mirror a.png a.png").exit_code, 0);
   EXPECT_EQ(Bytes(Read("a.png")), (std::vector<uint8_t>{2, 1, 4, 3, 6, 5}));
+}
+
+// --- Looks -----------------------------------------------------------------------------------
+
+// A .cube file of two points an axis: each output channel is the inverse of one input channel.
+std::string InvertingCube() {
+  std::string text = "LUT_3D_SIZE 2\n";
+  for (int row = 0; row < 8; ++row) {
+    text += row & 1 ? "0 " : "1 ";
+    text += row & 2 ? "0 " : "1 ";
+    text += row & 4 ? "0\n" : "1\n";
+  }
+  return text;
+}
+
+// All 8-bit values, or the 16-bit ones made of equal bytes, in each channel.
+Image AllCodes(uint32_t depth_bits) {
+  Image image(256, 3, FileFormat(depth_bits, 3));
+  const size_t sample_bytes = image.bytes_per_sample();
+  for (size_t i = 0; i < image.size_bytes(); ++i) {
+    const size_t row = i / image.row_bytes();
+    const size_t sample = i % image.row_bytes() / sample_bytes;
+    const bool rising = sample % 3 == row;
+    image.data()[i] = static_cast<uint8_t>(rising ? sample / 3 : 255 - sample / 3);
+  }
+  return image;
+}
+
+TEST_F(ProgramTest, LutAppliesCubes) {
+  WriteText("invert.cube", InvertingCube());
+  for (const uint32_t depth_bits : {8U, 16U}) {
+    const Image image = AllCodes(depth_bits);
+    Write("a.png", image);
+    ASSERT_EQ(Run("lut --cube invert.cube a.png b.png").exit_code, 0);
+    const Image result = Read("b.png");
+    ASSERT_EQ(result.format(), image.format());
+    for (size_t i = 0; i < image.size_bytes() / image.bytes_per_sample(); ++i) {
+      if (depth_bits == 8) {
+        ASSERT_EQ(result.data()[i], 255 - image.data()[i]) << i;
+      } else {  // 12 bits: a truncated fraction is off by up to a step, rounding by half of one
+        ASSERT_NEAR(result.Row16(0)[i], 65535 - image.Row16(0)[i], 24) << i;
+      }
+    }
+  }
+}
+
+TEST_F(ProgramTest, LutAppliesCurvesToEachChannel) {
+  WriteText("curve.cube", "LUT_1D_SIZE 2\n1 0 0\n0 1 0\n");
+  const Image image = AllCodes(16);
+  Write("a.tif", image);
+  ASSERT_EQ(Run("lut --cube curve.cube a.tif b.tif").exit_code, 0);
+  const Image result = Read("b.tif");
+  for (size_t i = 0; i < image.size_bytes() / 2; i += 3) {
+    ASSERT_EQ(result.Row16(0)[i], 65535 - image.Row16(0)[i]);
+    ASSERT_EQ(result.Row16(0)[i + 1], image.Row16(0)[i + 1]);
+    ASSERT_EQ(result.Row16(0)[i + 2], 0);
+  }
+}
+
+TEST_F(ProgramTest, LutTakesGreyPicturesAsColor) {
+  WriteText("curve.cube", "LUT_1D_SIZE 2\n1 0 .5\n0 1 .5\n");
+  Write("a.png", Counting(8, 1));
+  ASSERT_EQ(Run("lut --cube curve.cube a.png b.png").exit_code, 0);
+  const std::vector<uint8_t> result = Bytes(Read("b.png"));
+  ASSERT_EQ(result.size(), 18U);
+  EXPECT_EQ(std::vector<uint8_t>(result.begin(), result.begin() + 6),
+            (std::vector<uint8_t>{254, 1, 128, 253, 2, 128}));
+}
+
+TEST_F(ProgramTest, CascadeJoinsTwoLooks) {
+  WriteText("invert.cube", InvertingCube());
+  std::string dim = "DOMAIN_MAX 1 1 1\nLUT_3D_SIZE 2\n";
+  for (int row = 0; row < 8; ++row) {
+    dim += std::string(row & 1 ? ".5 " : "0 ") + (row & 2 ? ".25 " : "0 ") + (row & 4 ? "1" : "0") +
+           "\n";
+  }
+  WriteText("dim.cube", dim);
+  ASSERT_EQ(Run("cascade invert.cube dim.cube both.cube").exit_code, 0);
+  Write("a.png", AllCodes(8));
+  ASSERT_EQ(Run("lut --cube invert.cube a.png b.png").exit_code, 0);
+  ASSERT_EQ(Run("lut --cube dim.cube b.png c.png").exit_code, 0);
+  ASSERT_EQ(Run("lut --cube both.cube a.png d.png").exit_code, 0);
+  const std::vector<uint8_t> in_turn = Bytes(Read("c.png"));
+  const std::vector<uint8_t> joined = Bytes(Read("d.png"));
+  for (size_t i = 0; i < joined.size(); ++i) ASSERT_NEAR(joined[i], in_turn[i], 1) << i;
+}
+
+TEST_F(ProgramTest, LooksThatCannotBeAppliedLeaveNoOutput) {
+  WriteText("invert.cube", InvertingCube());
+  WriteText("curve.cube", "LUT_1D_SIZE 2\n1 0 0\n0 1 0\n");
+  WriteText("broken.cube", "# a comment\nLUT_3D_SIZE 2\n0 0 zero\n");
+  Write("a.png", Counting(8, 3));
+  Write("alpha.png", Counting(8, 4));
+  ExpectFailure("lut --cube broken.cube a.png b.png", "broken.cube:3: expected 3 numbers");
+  ExpectFailure("lut --cube none.cube a.png b.png", "none.cube: ");
+  ExpectFailure("lut --cube invert.cube alpha.png b.png", "alpha.png: has an alpha channel");
+  ExpectFailure("cascade invert.cube curve.cube b.cube", "curve.cube: is not a table of three");
+  ExpectFailure("cascade broken.cube invert.cube b.cube", "broken.cube:3");
+  EXPECT_EQ(folder_.FileCount(), 5U);
 }
 
 }  // namespace

@@ -10,5 +10,7 @@ void AddInfoCommand(CLI::App& app, const CommonOptions& common);
 void AddRotateCommand(CLI::App& app, const CommonOptions& common);
 void AddCanvasCommand(CLI::App& app, const CommonOptions& common);
 void AddComposeCommand(CLI::App& app, const CommonOptions& common);
+void AddLutCommand(CLI::App& app, const CommonOptions& common);
+void AddCascadeCommand(CLI::App& app, const CommonOptions& common);
 
 }  // namespace ovra_host

@@ -39,6 +39,8 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddRotateCommand(app, common);
   ovra_host::AddCanvasCommand(app, common);
   ovra_host::AddComposeCommand(app, common);
+  ovra_host::AddLutCommand(app, common);
+  ovra_host::AddCascadeCommand(app, common);
 }
 
 int Run(int argc, char** argv) {

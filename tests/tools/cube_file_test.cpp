@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: MIT
+// .cube files, and what the library gets of them.
+#include "cube_file.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "color_tables.h"
+#include "error.h"
+#include "tools/temporary_folder.h"
+
+namespace {
+
+using ovra_host::CubeFile;
+using ovra_host::CubeLattice;
+using ovra_host::ParseCubeFile;
+using ovra_host::Triple;
+
+// Eight rows of a table of two points an axis: output = input, red varying fastest.
+const std::string kIdentityRows = "0 0 0\n1 0 0\n0 1 0\n1 1 0\n0 0 1\n1 0 1\n0 1 1\n1 1 1\n";
+
+std::string ErrorOf(const std::string& text) {
+  try {
+    ParseCubeFile(text, "x.cube");
+  } catch (const ovra_host::Error& error) {
+    return error.what();
+  }
+  return "";
+}
+
+TEST(CubeFile, ReadsEverythingThatFilesHold) {
+  const CubeFile cube = ParseCubeFile(
+      "# made by hand\r\nTITLE \"Warm look\"\r\n\r\nDOMAIN_MIN -0.5 0 0\nDOMAIN_MAX 1.5 2 1\n"
+      "LUT_3D_SIZE 2\n # rows\n" +
+          kIdentityRows + "\n# end",
+      "x.cube");
+  EXPECT_EQ(cube.title, "Warm look");
+  EXPECT_EQ(cube.dimensions, 3);
+  EXPECT_EQ(cube.points, 2);
+  EXPECT_EQ(cube.domain_min, (Triple{-0.5, 0, 0}));
+  EXPECT_EQ(cube.domain_max, (Triple{1.5, 2, 1}));
+  ASSERT_EQ(cube.rows.size(), 8U);
+  EXPECT_EQ(cube.rows[1], (Triple{1, 0, 0}));
+
+  const CubeFile curve = ParseCubeFile(
+      "LUT_1D_SIZE 3\nLUT_1D_INPUT_RANGE 0.0 2.0\n0 +1e-1 0.5\n\t.25 .5 0.5\n1 1 0.5", "x.cube");
+  EXPECT_EQ(curve.dimensions, 1);
+  EXPECT_EQ(curve.domain_max, (Triple{2, 2, 2}));
+  EXPECT_EQ(curve.rows[0], (Triple{0, 0.1, 0.5}));
+}
+
+TEST(CubeFile, NamesTheLineThatIsWrong) {
+  struct Case {
+    const char* text;
+    const char* error;
+  };
+  const Case cases[] = {
+      {"", "x.cube:0: neither LUT_1D_SIZE nor LUT_3D_SIZE is given"},
+      {"# nothing\n", "x.cube:1: neither"},
+      {"0 0 0\n", "x.cube:1: a row before"},
+      {"LUT_3D_SIZE 66\n", "x.cube:1: the size is not a whole number from 2 to 65"},
+      {"LUT_3D_SIZE 1\n", "x.cube:1: the size"},
+      {"LUT_3D_SIZE 2.5\n", "x.cube:1: the size"},
+      {"LUT_1D_SIZE 65537\n", "x.cube:1: the size is not a whole number from 2 to 65536"},
+      {"LUT_1D_SIZE\n", "x.cube:1: expected 1 numbers"},
+      {"LUT_1D_SIZE 2\nLUT_3D_SIZE 2\n", "x.cube:2: a second size"},
+      {"LUT_1D_SIZE 2\n0 0 0\n", "x.cube:2: ends after 1 of 2 rows"},
+      {"LUT_1D_SIZE 2\n0 0 0\n1 1 1\n\n2 2 2\n", "x.cube:5: more than 2 of 2 rows"},
+      {"LUT_1D_SIZE 2\n0 0\n", "x.cube:2: expected 3 numbers"},
+      {"LUT_1D_SIZE 2\n0 0 0 0\n", "x.cube:2: expected 3 numbers"},
+      {"LUT_1D_SIZE 2\n0 0 0x1\n", "x.cube:2: expected 3 numbers"},
+      {"LUT_1D_SIZE 2\n0 1e999 0\n", "x.cube:2: expected 3 numbers"},
+      {"LUT_1D_SIZE 2\n0 0 -nan\n", "x.cube:2: expected 3 numbers"},
+      {"LUT_1D_SIZE 2\n0 0 0\nTITLE \"late\"\n", "x.cube:3: a keyword stands among"},
+      {"TITLE late\n", "x.cube:1: a title stands in quotation marks"},
+      {"LUT_4D_SIZE 2\n", "x.cube:1: unknown keyword"},
+      {"LUT_1D_SIZE 2\nDOMAIN_MIN 0 1 0\n0 0 0\n1 1 1\n", "minimum is not below its maximum"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_NE(ErrorOf(c.text).find(c.error), std::string::npos) << c.text << "\n"
+                                                                << ErrorOf(c.text);
+  }
+}
+
+TEST(CubeFile, WrittenFilesReadBack) {
+  const ovra_test::TemporaryFolder folder;
+  CubeFile cube =
+      ParseCubeFile("TITLE \"T\"\nDOMAIN_MAX 1 2 3\nLUT_3D_SIZE 2\n" + kIdentityRows, "x.cube");
+  cube.rows[3] = {0.125, -1.5, 1e-7};
+  ovra_host::WriteCubeFile(cube, folder.File("a.cube"));
+  const CubeFile back = ovra_host::ReadCubeFile(folder.File("a.cube"));
+  EXPECT_EQ(back.title, cube.title);
+  EXPECT_EQ(back.domain_max, cube.domain_max);
+  EXPECT_EQ(back.rows, cube.rows);
+}
+
+TEST(CubeFile, InterpolatesBetweenPointsAndEndsAtTheDomain) {
+  CubeFile cube = ParseCubeFile("DOMAIN_MAX 1 1 2\nLUT_3D_SIZE 2\n" + kIdentityRows, "x.cube");
+  cube.rows[7] = {1, 1, 3};
+  const Triple between = cube.Evaluate({0.25, 0.5, 1.5});
+  EXPECT_DOUBLE_EQ(between[0], 0.25);
+  EXPECT_DOUBLE_EQ(between[1], 0.5);
+  EXPECT_DOUBLE_EQ(between[2], 0.75 + 2 * 0.25 * 0.5 * 0.75);
+  EXPECT_EQ(cube.Evaluate({-1, 7, 9}), (Triple{0, 1, 1}));
+
+  const CubeFile curve = ParseCubeFile("LUT_1D_SIZE 3\n0 1 0\n.5 .5 0\n1 0 1\n", "x.cube");
+  EXPECT_EQ(curve.Evaluate({0.25, 0.25, 0.75}), (Triple{0.25, 0.75, 0.5}));
+}
+
+// The library's axis 0 is red and varies slowest.
+TEST(CubeLattice, ReordersAxes) {
+  CubeFile file = ParseCubeFile("LUT_3D_SIZE 2\n" + kIdentityRows, "x.cube");
+  CubeLattice lattice(file, 255, 100);
+  const OvraColorCube record = lattice.Record();
+  const std::vector<uint16_t> nodes(record.lattice, record.lattice + 8 * 3);
+  EXPECT_EQ(nodes, (std::vector<uint16_t>{0,   0, 0, 0,   0, 100, 0,   100, 0, 0,   100, 100,
+                                          100, 0, 0, 100, 0, 100, 100, 100, 0, 100, 100, 100}));
+  EXPECT_EQ(record.count0, 2U);
+  EXPECT_EQ(record.grid0[1], 255);
+}
+
+TEST(CubeLattice, GridsStandAtWholeCodesInsideTheRange) {
+  struct Case {
+    const char* domain;
+    std::vector<uint16_t> red_grid;
+  };
+  const Case cases[] = {
+      {"DOMAIN_MIN 0 0 0\n", {0, 128, 255}},
+      {"DOMAIN_MIN -1 0 0\n", {0, 255}},
+      {"DOMAIN_MIN -2 0 0\nDOMAIN_MAX 4 1 1\n", {0, 255}},
+      {"DOMAIN_MIN 0.2 0 0\nDOMAIN_MAX 0.4 1 1\n", {51, 77, 102}},
+      {"DOMAIN_MIN 0.2 0 0\nDOMAIN_MAX 0.2001 1 1\n", {50, 51}},
+      {"DOMAIN_MIN -2 0 0\nDOMAIN_MAX -1 1 1\n", {0, 1}},
+      {"DOMAIN_MIN 8 0 0\nDOMAIN_MAX 9 1 1\n", {254, 255}},
+  };
+  std::string rows;
+  for (int i = 0; i < 27; ++i) rows += std::to_string(i % 3 / 2.0) + " 0 0\n";
+  for (const Case& c : cases) {
+    const CubeFile file = ParseCubeFile(c.domain + ("LUT_3D_SIZE 3\n" + rows), "x.cube");
+    CubeLattice lattice(file, 255, 4095);
+    const OvraColorCube record = lattice.Record();
+    EXPECT_EQ(std::vector<uint16_t>(record.grid0, record.grid0 + record.count0), c.red_grid)
+        << c.domain;
+    // The first node is the table's value at the first grid position.
+    const double first = file.Evaluate({c.red_grid[0] / 255.0, 0, 0})[0];
+    EXPECT_EQ(record.lattice[0], ovra_host::ToSample(first, 4095)) << c.domain;
+  }
+}
+
+TEST(ChannelTables, HoldEveryCode) {
+  const CubeFile curve = ParseCubeFile("LUT_1D_SIZE 2\n0 1 0\n1 0 2\n", "x.cube");
+  const ovra_host::ChannelTables tables = ovra_host::MakeChannelTables(curve, 255, 65535);
+  ASSERT_EQ(tables.tables[0].size(), 256U);
+  EXPECT_EQ(tables.tables[0][1], 257);
+  EXPECT_EQ(tables.tables[1][1], 65535 - 257);
+  EXPECT_EQ(tables.tables[2][200], 65535);
+  EXPECT_EQ(ovra_host::MakeScalingTables(4095, 65535).tables[1][2048], 32776);
+}
+
+}  // namespace

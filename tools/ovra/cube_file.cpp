@@ -1,0 +1,225 @@
+// SPDX-License-Identifier: MIT
+#include "cube_file.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+#include "error.h"
+#include "files.h"
+
+namespace ovra_host {
+namespace {
+
+// Longer than any file of kMaxPoints3D cubed rows.
+constexpr uint64_t kMaxFileBytes = uint64_t{64} << 20;
+
+// Colours are fractions of full scale; far larger numbers are no colours, and would overflow sums.
+constexpr double kMaxNumber = 1e9;
+
+constexpr std::string_view kSpaces = " \t\r";
+
+std::string_view Trim(std::string_view text) {
+  const size_t first = text.find_first_not_of(kSpaces);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(kSpaces) - first + 1);
+}
+
+// Takes the first word off the text.
+std::string_view TakeWord(std::string_view* text) {
+  *text = Trim(*text);
+  const std::string_view word = text->substr(0, text->find_first_of(kSpaces));
+  text->remove_prefix(word.size());
+  return word;
+}
+
+bool IsLetter(char c) {
+  return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+bool ParseNumber(std::string_view word, double* number) {
+  if (word.size() > 1 && word[0] == '+' && word[1] != '-') word.remove_prefix(1);
+  const char* const end = word.data() + word.size();
+  const auto [stop, error] = std::from_chars(word.data(), end, *number);
+  return error == std::errc() && stop == end && std::abs(*number) <= kMaxNumber;
+}
+
+class Parser {
+ public:
+  explicit Parser(const std::string& name) : name_(name) {}
+
+  CubeFile Parse(std::string_view text) {
+    while (!text.empty()) {
+      const size_t length = std::min(text.find('\n'), text.size());
+      ++line_;
+      ParseLine(Trim(text.substr(0, length)));
+      text.remove_prefix(std::min(length + 1, text.size()));
+    }
+    if (cube_.dimensions == 0) Refuse("neither LUT_1D_SIZE nor LUT_3D_SIZE is given");
+    if (cube_.rows.size() < RowCount()) Refuse("ends after " + RowsOfCount());
+    CheckDomain();
+    return std::move(cube_);
+  }
+
+ private:
+  [[noreturn]] void Refuse(const std::string& reason) const {
+    throw Error(name_ + ":" + std::to_string(line_) + ": " + reason);
+  }
+
+  size_t RowCount() const {
+    const auto points = static_cast<size_t>(cube_.points);
+    return cube_.dimensions == 3 ? points * points * points : points;
+  }
+
+  std::string RowsOfCount() const {
+    return std::to_string(cube_.rows.size()) + " of " + std::to_string(RowCount()) + " rows";
+  }
+
+  void ParseLine(std::string_view line) {
+    if (line.empty() || line[0] == '#') return;
+    if (!IsLetter(line[0])) return ParseRow(line);
+    if (!cube_.rows.empty()) Refuse("a keyword stands among the rows of numbers");
+    const std::string_view keyword = TakeWord(&line);
+    if (keyword == "TITLE") {
+      ParseTitle(Trim(line));
+    } else if (keyword == "DOMAIN_MIN") {
+      cube_.domain_min = ParseNumbers<3>(line);
+    } else if (keyword == "DOMAIN_MAX") {
+      cube_.domain_max = ParseNumbers<3>(line);
+    } else if (keyword == "LUT_1D_INPUT_RANGE" || keyword == "LUT_3D_INPUT_RANGE") {
+      const std::array<double, 2> range = ParseNumbers<2>(line);
+      cube_.domain_min.fill(range[0]);
+      cube_.domain_max.fill(range[1]);
+    } else if (keyword == "LUT_1D_SIZE") {
+      ParseSize(1, CubeFile::kMaxPoints1D, line);
+    } else if (keyword == "LUT_3D_SIZE") {
+      ParseSize(3, CubeFile::kMaxPoints3D, line);
+    } else {
+      Refuse("unknown keyword");
+    }
+  }
+
+  void ParseTitle(std::string_view quoted) {
+    if (quoted.size() < 2 || quoted.front() != '"' || quoted.back() != '"') {
+      Refuse("a title stands in quotation marks");
+    }
+    cube_.title = quoted.substr(1, quoted.size() - 2);
+  }
+
+  template <size_t kCount>
+  std::array<double, kCount> ParseNumbers(std::string_view text) const {
+    std::array<double, kCount> numbers;
+    for (double& number : numbers) {
+      if (!ParseNumber(TakeWord(&text), &number)) RefuseNumbers(kCount);
+    }
+    if (!Trim(text).empty()) RefuseNumbers(kCount);
+    return numbers;
+  }
+
+  [[noreturn]] void RefuseNumbers(size_t count) const {
+    Refuse("expected " + std::to_string(count) + " numbers");
+  }
+
+  void ParseSize(int dimensions, int max_points, std::string_view text) {
+    if (cube_.dimensions != 0) Refuse("a second size; a file holds one table");
+    const double size = ParseNumbers<1>(text)[0];
+    if (size < 2 || size > max_points || size != std::floor(size)) {
+      Refuse("the size is not a whole number from 2 to " + std::to_string(max_points));
+    }
+    cube_.dimensions = dimensions;
+    cube_.points = static_cast<int>(size);
+  }
+
+  void ParseRow(std::string_view line) {
+    if (cube_.dimensions == 0) Refuse("a row before LUT_1D_SIZE or LUT_3D_SIZE");
+    if (cube_.rows.size() == RowCount()) Refuse("more than " + RowsOfCount());
+    cube_.rows.push_back(ParseNumbers<3>(line));
+  }
+
+  void CheckDomain() const {
+    for (size_t k = 0; k < 3; ++k) {
+      if (!(cube_.domain_min[k] < cube_.domain_max[k])) {
+        throw Error(name_ + ": the domain's minimum is not below its maximum");
+      }
+    }
+  }
+
+  std::string name_;
+  int line_ = 0;
+  CubeFile cube_;
+};
+
+// Where an input stands on an axis: between point `low` and the next one.
+struct Coordinate {
+  size_t low;
+  double fraction;
+};
+
+Coordinate Locate(const CubeFile& cube, size_t channel, double input) {
+  const double min = cube.domain_min[channel];
+  const double last = cube.points - 1;
+  const double place = (input - min) / (cube.domain_max[channel] - min) * last;
+  const double inside = std::clamp(place, 0.0, last);
+  const double low = std::min(std::floor(inside), last - 1);
+  return {static_cast<size_t>(low), inside - low};
+}
+
+}  // namespace
+
+Triple CubeFile::Evaluate(const Triple& input) const {
+  Coordinate at[3];
+  for (size_t k = 0; k < 3; ++k) at[k] = Locate(*this, k, input[k]);
+  Triple output;
+  if (dimensions == 1) {
+    for (size_t k = 0; k < 3; ++k) {
+      const double low = rows[at[k].low][k];
+      const double high = rows[at[k].low + 1][k];
+      output[k] = low + (high - low) * at[k].fraction;
+    }
+    return output;
+  }
+  output.fill(0);
+  const auto side = static_cast<size_t>(points);
+  for (size_t corner = 0; corner < 8; ++corner) {
+    size_t row = 0;
+    double weight = 1;
+    for (size_t k = 3; k-- > 0;) {
+      const size_t far = corner >> k & 1;
+      row = row * side + at[k].low + far;
+      weight *= far != 0 ? at[k].fraction : 1 - at[k].fraction;
+    }
+    for (size_t k = 0; k < 3; ++k) output[k] += weight * rows[row][k];
+  }
+  return output;
+}
+
+CubeFile ParseCubeFile(const std::string& text, const std::string& name) {
+  return Parser(name).Parse(text);
+}
+
+CubeFile ReadCubeFile(const std::string& path) {
+  const InputFile file(path);
+  if (file.size() > kMaxFileBytes) file.Refuse("is too large for a .cube file");
+  std::string text(static_cast<size_t>(file.size()), '\0');
+  if (std::fread(text.data(), 1, text.size(), file.stream()) != text.size()) {
+    file.Refuse("cannot be read");
+  }
+  return ParseCubeFile(text, path);
+}
+
+void WriteCubeFile(const CubeFile& cube, const std::string& path) {
+  OutputFile file(path);
+  std::FILE* const stream = file.stream();
+  if (!cube.title.empty()) std::fprintf(stream, "TITLE \"%s\"\n", cube.title.c_str());
+  std::fprintf(stream, "LUT_%dD_SIZE %d\n", cube.dimensions, cube.points);
+  const auto print = [stream](const char* keyword, const Triple& values) {
+    std::fprintf(stream, "%s%.9g %.9g %.9g\n", keyword, values[0], values[1], values[2]);
+  };
+  print("DOMAIN_MIN ", cube.domain_min);
+  print("DOMAIN_MAX ", cube.domain_max);
+  for (const Triple& row : cube.rows) print("", row);
+  file.Commit();
+}
+
+}  // namespace ovra_host
