@@ -43,5 +43,6 @@ void RegisterSmallResize();
 void RegisterSmooth();
 void RegisterYUsm();
 void RegisterResize();
+void RegisterYUsmDouble();
 
 }  // namespace ovra_bench

@@ -73,6 +73,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterSmooth();
   ovra_bench::RegisterYUsm();
   ovra_bench::RegisterResize();
+  ovra_bench::RegisterYUsmDouble();
   benchmark::RunSpecifiedBenchmarks();
   benchmark::Shutdown();
 }

@@ -114,6 +114,73 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t*
                                                  const int32_t* weights, float amount,
                                                  const int16_t* level_table,
                                                  const int16_t* difference_table);
+
+// Double unsharp mask.
+//
+// Sharpens or softens two bands of detail at once. Two blurs of the 10-bit luminance Y, a coarse one
+// (1) and a fine one (2), split it into a base, a middle band and a fine band; each band is scaled
+// by its own amount and response tables, and the change of luminance is added to the pixel:
+//
+//   blur1 + amount1 * level1(Y) * difference1(blur2 - blur1) * (blur2 - blur1)
+//         + amount2 * level2(Y) * difference2(Y - blur2) * (Y - blur2)  - Y
+//
+// Both amounts 1.0 with tables of 128 throughout leave the image as it is, but for the rounding of a
+// few steps.
+//
+// Formats: exactly 0x120 (RGB: all samples change) and 0x320 (YCC: the first sample changes): 8-bit
+// samples, packed rows, top row first; any other word is answered with 201.
+//
+// source and destination hold 3 * width * height bytes and may be the same buffer; they must not
+// overlap otherwise. width and height are in pixels. Work memory: up to 2139 x 1536 pixels (or
+// 1536 x 2139) 8 bytes a pixel, beyond that about 4 * (tap_count1 + tap_count2) bytes times the
+// width. Calls may run in parallel, also with one context.
+
+// The greatest tap count that a context holds.
+enum { OVRA_YUSM_DOUBLE_MAX_TAPS = 25 };
+
+// What OvraYUsmDouble_Init copies. Read only while a run uses it.
+typedef struct OvraYUsmDoubleContext OvraYUsmDoubleContext;
+
+// Makes a context.
+//
+//   tap_count, weights  a blur, along rows and columns alike: output x takes columns
+//                       x - (tap_count - 1) / 2 .. x + tap_count / 2; edge samples are repeated.
+//                       Weighted sums are divided by the sum of the weights; a sum of zero or less
+//                       gives a blur of 0. weights may be null when tap_count is 0.
+//   amount              1.0 keeps the band, more enlarges it, less reduces it
+//   level_table         1024 entries, difference_table 2048, as OvraYUsmMakeTable gives them
+//   context             receives the context, or null on failure (but with 203 it is not touched);
+//                       release it with OvraYUsmDouble_Free
+//
+// 203 a tap count is above 25; 201 format; 202 a pointer is null; 40 no memory.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble_Init(
+    OvraPixelFormatCode format, uint32_t tap_count1, const int32_t* weights1, uint32_t tap_count2,
+    const int32_t* weights2, float amount1, const int16_t* level_table1,
+    const int16_t* difference_table1, float amount2, const int16_t* level_table2,
+    const int16_t* difference_table2, OvraYUsmDoubleContext** context);
+
+// Runs the mask. 201 format; 202 a pointer is null, or width or height is 0 or below a tap count;
+// 40 no memory, or a size above 2147483647.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble(const uint8_t* source, uint8_t* destination,
+                                             uint32_t width, uint32_t height,
+                                             OvraPixelFormatCode format,
+                                             const OvraYUsmDoubleContext* context);
+
+// The same in one call and without a context, hence with tap counts up to the size of the image. No
+// pixels and no taps are answered with 0.
+//
+// 202 width or height below a tap count; 201 format; 202 a pointer is null; 40 no memory, or a size
+// above 2147483647.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmDoubleSingleStep(
+    const uint8_t* source, uint8_t* destination, uint32_t width, uint32_t height,
+    OvraPixelFormatCode format, uint32_t tap_count1, const int32_t* weights1, uint32_t tap_count2,
+    const int32_t* weights2, float amount1, const int16_t* level_table1,
+    const int16_t* difference_table1, float amount2, const int16_t* level_table2,
+    const int16_t* difference_table2);
+
+// Releases *context and sets it to null; a null *context, or a null context, does nothing. Always 0.
+OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble_Free(OvraYUsmDoubleContext** context);
+
 // Edge-preserving smoothing. Every pixel moves toward the mean of 49 neighbours (a 13 x 13 window,
 // every second row and column, edge pixels repeated), each weighted by its likeness: the weight is
 // full for colour differences (the sum over the channels) up to 19 and falls to none at 41, so

@@ -11,6 +11,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "core/status.h"
+
 namespace ovra {
 
 // A block of `count` elements that starts at a cache line, so that aligned vector loads of every
@@ -84,6 +86,13 @@ ContextPtr<Context> MakeContext() {
 template <class Context>
 void ReleaseContext(Context** context) {
   ContextPtr<Context>(std::exchange(*context, nullptr)).reset();
+}
+
+// The _Free of families that have no status for a null argument: it does nothing then.
+template <class Context>
+Status FreeAnyContext(Context** context) {
+  if (context != nullptr) ReleaseContext(context);
+  return OVRA_OK;
 }
 
 }  // namespace ovra
