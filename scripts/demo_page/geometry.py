@@ -36,24 +36,27 @@ def add_canvas(page, pictures):
 
 
 def add_composition(page, pictures):
-    page.section("Composed", "One picture placed in another: copied, or blended by a mask that "
-                             "holds a weight for every pixel.")
+    page.section("Composed", "One picture placed in another: copied, or blended by its own alpha, or "
+                             "by a mask that holds a weight for every pixel.")
     background = next((p for p in pictures if is_plain_color(page, p)), None)
     if background is None:
         page.paragraph("This needs a picture of 8 bits a sample in color.")
         return
     width, height = page.size(background)
     side = max(16, min(width, height) // 2)
-    place = f"{(width - side) // 2},{(height - side) // 2}"
-    page.run("ovra_scene", "--hue-circle", "--width", side, "--height", side, "circle.png")
-    page.run("ovra_scene", "--grey-ramp", "--width", side, "--height", side, "weights.png")
-    copied = page.ovra("compose", background, "circle.png", "compose-copy.png", "--at", place)
-    blended = page.ovra("compose", background, "circle.png", "compose-mask.png", "--at", place,
+    place = ("--at", f"{(width - side) // 2},{(height - side) // 2}")
+    drawn = {"--hue-circle": "circle.png", "--hue-spot": "spot.png", "--grey-ramp": "weights.png"}
+    for kind, name in drawn.items():
+        page.run("ovra_scene", kind, "--width", side, "--height", side, name)
+    copied = page.ovra("compose", background, "circle.png", "compose-copy.png", *place)
+    by_alpha = page.ovra("compose", background, "spot.png", "compose-alpha.png", *place)
+    by_mask = page.ovra("compose", background, "circle.png", "compose-mask.png", *place,
                         "--mask", "weights.png")
-    page.figures(page.figure(background, "Background"), page.figure("circle.png", "Overlay"),
-                 page.figure("weights.png", "Mask"),
-                 page.figure("compose-copy.png", "Copied", copied),
-                 page.figure("compose-mask.png", "Blended by the mask", blended))
+    page.figures(page.figure("circle.png", "Overlay"), page.figure("spot.png", "Overlay with alpha"),
+                 page.figure("weights.png", "Mask for the first overlay"))
+    page.figures(page.figure("compose-copy.png", "Copied", copied),
+                 page.figure("compose-alpha.png", "Blended by alpha", by_alpha),
+                 page.figure("compose-mask.png", "Blended by the mask", by_mask))
 
 
 def is_plain_color(page, picture):

@@ -102,9 +102,9 @@ class Page:
         """A picture with its title and, when a step made it, the command line and its time.
         Above 1, scale repeats each pixel so many times."""
         width, height = self.size(name)
-        pixels = ' class="pixels"' if scale != 1 else ""
-        picture = (f'<img src="{html.escape(name)}" width="{width * scale}" '
-                   f'height="{height * scale}" loading="lazy" alt="{html.escape(title)}"{pixels}>')
+        pixels = f' class="pixels" style="width: {width * scale}px"' if scale != 1 else ""
+        picture = (f'<img src="{html.escape(name)}" width="{width}" height="{height}" '
+                   f'loading="lazy" alt="{html.escape(title)}"{pixels}>')
         note = f"{width}&thinsp;&times;&thinsp;{height}"
         if scale != 1:
             note += f", shown {scale} times as large"

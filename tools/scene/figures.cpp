@@ -27,6 +27,10 @@ Color Hue(double hue) {
   return {part(0), part(2.0 / 3), part(1.0 / 3)};
 }
 
+double CircleRadius(int32_t width, int32_t height) {
+  return 0.47 * std::min(width, height);
+}
+
 }  // namespace
 
 ovra_host::Image ZonePlate(int32_t width, int32_t height) {
@@ -48,7 +52,7 @@ ovra_host::Image GreyRamp(int32_t width, int32_t height) {
 }
 
 ovra_host::Image HueCircle(int32_t width, int32_t height) {
-  const double radius = 0.47 * std::min(width, height);
+  const double radius = CircleRadius(width, height);
   return Draw(width, height, kSmoothEdges, [=](double x, double y) {
     const double dx = x - width / 2.0;
     const double dy = height / 2.0 - y;
@@ -57,6 +61,22 @@ ovra_host::Image HueCircle(int32_t width, int32_t height) {
     const double hue = std::atan2(dy, dx) / (2 * std::numbers::pi);
     return Mix(Grey(1), Hue(hue), saturation);
   });
+}
+
+ovra_host::Image HueSpot(int32_t width, int32_t height) {
+  const ovra_host::Image colors = HueCircle(width, height);
+  const double radius = CircleRadius(width, height);
+  ovra_host::Image spot(width, height, ovra_host::FileFormat(8, 4));
+  for (int32_t y = 0; y < height; ++y) {
+    const uint8_t* color = colors.Row(y);
+    uint8_t* pixel = spot.Row(y);
+    for (int32_t x = 0; x < width; ++x, color += 3, pixel += 4) {
+      std::copy_n(color, 3, pixel);
+      const double distance = std::hypot(x + 0.5 - width / 2.0, y + 0.5 - height / 2.0);
+      pixel[3] = static_cast<uint8_t>(std::lround(255 * SmoothStep(1, 0.5, distance / radius)));
+    }
+  }
+  return spot;
 }
 
 }  // namespace ovra_scene

@@ -16,4 +16,7 @@ ovra_host::Image GreyRamp(int32_t width, int32_t height);
 // Hue by angle and saturation by distance, on grey.
 ovra_host::Image HueCircle(int32_t width, int32_t height);
 
+// The hue circle with alpha: opaque in the middle, fading out to its rim.
+ovra_host::Image HueSpot(int32_t width, int32_t height);
+
 }  // namespace ovra_scene

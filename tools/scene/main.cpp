@@ -12,7 +12,8 @@ namespace {
 using Drawer = ovra_host::Image (*)(int32_t width, int32_t height);
 
 int Run(int argc, char** argv) {
-  CLI::App app("Draws a test scene, or one of the single pictures, as 8-bit RGB.", "ovra_scene");
+  CLI::App app("Draws a test scene, or one of the single pictures, with 8 bits a sample.",
+               "ovra_scene");
   std::string output;
   int32_t width = 1200;
   int32_t height = 900;
@@ -24,6 +25,7 @@ int Run(int argc, char** argv) {
   app.add_flag_callback("--zone-plate", choose(ovra_scene::ZonePlate), "rings, ever finer");
   app.add_flag_callback("--grey-ramp", choose(ovra_scene::GreyRamp), "black to white");
   app.add_flag_callback("--hue-circle", choose(ovra_scene::HueCircle), "all hues");
+  app.add_flag_callback("--hue-spot", choose(ovra_scene::HueSpot), "all hues, fading out by alpha");
   app.footer("Example:\n  ovra_scene --width 6000 --height 4000 scene.png");
   CLI11_PARSE(app, argc, argv);
   ovra_host::WriteImage(draw(width, height), output);
