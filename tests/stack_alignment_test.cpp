@@ -36,16 +36,24 @@ uint32_t Word(T* pointer) {
   return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(pointer));
 }
 
+// The resize engine is the deepest call: double arithmetic, work memory, wide kernels.
 TEST(StackAlignment, ExportsRealignTheStack) {
   constexpr uint32_t kWidth = 64;
-  constexpr uint32_t kHeight = 16;
-  std::vector<uint8_t> raw(3 * kWidth * kHeight, 1);
-  std::vector<uint8_t> dib(raw.size());
-  const uint32_t arguments[] = {Word(raw.data()), Word(dib.data()), kWidth, kHeight};
+  constexpr uint32_t kHeight = 48;
+  constexpr uint32_t kRgb = 0x120;
+  std::vector<uint8_t> source(3 * kWidth * kHeight);
+  for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>(i * 7);
+  std::vector<uint8_t> expected(source.size() / 4);
+  std::vector<uint8_t> result(expected.size());
+  ASSERT_EQ(OvraResizeImage(source.data(), kWidth, kHeight, expected.data(), kWidth / 2,
+                            kHeight / 2, kRgb),
+            OVRA_OK);
+  const uint32_t arguments[] = {Word(source.data()), kWidth,      kHeight, Word(result.data()),
+                                kWidth / 2,          kHeight / 2, kRgb};
   for (const int offset : {0, 4, 8, 12}) {
-    dib.assign(dib.size(), 0);
-    CallWithStackOffset(Word(OvraRaw2Dib), arguments, 4, offset);
-    EXPECT_EQ(dib, raw);
+    result.assign(result.size(), 0);
+    EXPECT_EQ(CallWithStackOffset(Word(OvraResizeImage), arguments, 7, offset), uint32_t{OVRA_OK});
+    EXPECT_EQ(result, expected) << offset;
   }
 }
 
