@@ -7,10 +7,11 @@ import sys
 from pathlib import Path
 
 import color_cube
+import color_curve
 import geometry
 from page import Page
 
-SECTIONS = [geometry, color_cube]
+SECTIONS = [geometry, color_cube, color_curve]
 
 
 def main():

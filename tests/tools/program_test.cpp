@@ -325,4 +325,79 @@ TEST_F(ProgramTest, LooksThatCannotBeAppliedLeaveNoOutput) {
   EXPECT_EQ(folder_.FileCount(), 5U);
 }
 
+TEST_F(ProgramTest, ChangesTonesByCurves) {
+  Image image(2, 1, FileFormat(8, 3));
+  const std::vector<uint8_t> samples = {0, 51, 102, 153, 204, 255};
+  std::copy(samples.begin(), samples.end(), image.data());
+  Write("a.png", image);
+  const struct {
+    const char* options;
+    std::vector<uint8_t> expected;
+  } cases[] = {
+      {"--points 0:0,1:1", samples},
+      {"--gamma 1", samples},
+      {"--points 0:1,1:0", {255, 204, 153, 102, 51, 0}},
+      {"--linear --points 0.2:0,0.6:1", {0, 0, 128, 255, 255, 255}},  // 127.5 is rounded up
+      {"--gamma 2,1,0.5", {0, 51, 41, 198, 204, 255}},                // 255 sqrt(0.6), 255 * 0.16
+      {"--red 0:1,1:1 --blue 0:0,1:0", {255, 51, 0, 255, 204, 0}},
+      {"--linear --points 0:1,1:0 --green 0:0,1:0.25", {255, 51, 153, 102, 13, 0}},
+      // The slope is 1 at (0, 0), 0 at (0.6, 0.6) as the curve turns, -1.5 at the end.
+      {"--points 0:0,0.6:0.6,1:0", {0, 62, 125, 153, 96, 0}},
+  };
+  for (const auto& c : cases) {
+    ASSERT_EQ(Run(std::string("curve a.png b.png ") + c.options).exit_code, 0) << c.options;
+    EXPECT_EQ(Bytes(Read("b.png")), c.expected) << c.options;
+  }
+  Image wide(1, 1, FileFormat(16, 3));
+  for (int k = 0; k < 3; ++k) wide.Row16(0)[k] = 16384;
+  Write("wide.tif", wide);
+  ASSERT_EQ(Run("curve --gamma 2 wide.tif out.tif").exit_code, 0);
+  EXPECT_EQ(Read("out.tif").Row16(0)[0], 32768);  // 65535 * sqrt(16384 / 65535) = 32767.75
+  ExpectFailure("curve a.png b.png", "is required");
+  ExpectFailure("curve --gamma 1,2 a.png b.png", "--gamma");
+  ExpectFailure("curve --points 0:0 a.png b.png", "two points");
+  ExpectFailure("curve --points 0:0,2:1 a.png b.png", "0..1");
+  Write("alpha.png", Counting(8, 4));
+  ExpectFailure("curve --gamma 2 alpha.png b.png", "alpha.png: has an alpha channel");
+}
+
+TEST_F(ProgramTest, MixesChannelsByAMatrix) {
+  Image image(1, 1, FileFormat(8, 3));
+  const std::vector<uint8_t> samples = {100, 50, 200};
+  std::copy(samples.begin(), samples.end(), image.data());
+  Write("a.png", image);
+  const struct {
+    const char* options;
+    std::vector<uint8_t> expected;
+  } cases[] = {
+      {"--saturation 1", {100, 50, 200}},
+      {"--saturation 0", {71, 71, 71}},  // 0.2126 * 100 + 0.7152 * 50 + 0.0722 * 200 = 71.46
+      {"--gains 0.5,2,2", {50, 100, 255}},
+      {"--sepia", {115, 103, 80}},  // 115.55, 102.8, 80.1, less what weights lose in 1/512
+  };
+  for (const auto& c : cases) {
+    ASSERT_EQ(Run(std::string("matrix a.png b.png ") + c.options).exit_code, 0) << c.options;
+    EXPECT_EQ(Bytes(Read("b.png")), c.expected) << c.options;
+  }
+  WriteText("m.txt", "# exchanged\n0 1 0\n\n1,0,0\n0 0 0.5");
+  ASSERT_EQ(Run("matrix --file m.txt a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), (std::vector<uint8_t>{50, 100, 100}));
+  WriteText("m.txt", "0 0 0 .5 0 0 0 0 0 0\n0 0 0 0 1 0 0 0 0 0 # squares\n0 0 0 0 0 0 0 0 0 1\n");
+  ASSERT_EQ(Run("matrix --file m.txt a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), (std::vector<uint8_t>{128, 39, 78}));  // 100², 200 * 100 / 255
+  const struct {
+    const char* text;
+    const char* error;
+  } refused[] = {{"1 0 0\n0 1 0\n", "less than three"}, {"1 0 0\n0 1 0\n0 0 1\n1 1 1\n", "line 4"},
+                 {"1 0 0\n\n0 1\n0 0 1\n", "line 3"},   {"1 0\n0 1\n0 0\n", "line 1"},
+                 {"1 0 0\n0 one 0\n0 0 1\n", "line 2"}, {"1 0 inf\n0 1 0\n0 0 1\n", "line 1"}};
+  for (const auto& c : refused) {
+    WriteText("m.txt", c.text);
+    ExpectFailure("matrix --file m.txt a.png b.png", c.error);
+  }
+  ExpectFailure("matrix a.png b.png", "Exactly 1 option");
+  ExpectFailure("matrix --sepia --saturation 2 a.png b.png", "2 were given");
+  ExpectFailure("matrix --gains 1,2 a.png b.png", "--gains");
+}
+
 }  // namespace

@@ -23,16 +23,6 @@ std::vector<uint16_t> GridCodes(const CubeFile& file, size_t channel, uint32_t m
   return codes;
 }
 
-template <class Curve>  // Triple curve(double input), the input for all three channels
-ChannelTables TabulateChannels(uint32_t max_input, uint32_t max_output, const Curve& curve) {
-  ChannelTables result;
-  for (uint32_t code = 0; code <= max_input; ++code) {
-    const Triple values = curve(double{1} * code / max_input);
-    for (size_t k = 0; k < 3; ++k) result.tables[k].push_back(ToSample(values[k], max_output));
-  }
-  return result;
-}
-
 }  // namespace
 
 uint16_t ToSample(double value, uint32_t max) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The tables of a .cube file in the units and the order of the library.
+// Tables and cubes in the units and the order of the library.
 #pragma once
 
 #include <array>
@@ -38,6 +38,18 @@ struct ChannelTables {
     return {{tables[0].data(), tables[1].data(), tables[2].data()}};
   }
 };
+
+// Tables of `curve`: Triple curve(double), which answers the outputs of all three channels for one
+// input of 0..1.
+template <class Curve>
+ChannelTables TabulateChannels(uint32_t max_input, uint32_t max_output, const Curve& curve) {
+  ChannelTables result;
+  for (uint32_t code = 0; code <= max_input; ++code) {
+    const Triple values = curve(double{1} * code / max_input);
+    for (size_t k = 0; k < 3; ++k) result.tables[k].push_back(ToSample(values[k], max_output));
+  }
+  return result;
+}
 
 // The channels of a table of one dimension.
 ChannelTables MakeChannelTables(const CubeFile& file, uint32_t max_input, uint32_t max_output);

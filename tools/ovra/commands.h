@@ -12,5 +12,7 @@ void AddCanvasCommand(CLI::App& app, const CommonOptions& common);
 void AddComposeCommand(CLI::App& app, const CommonOptions& common);
 void AddLutCommand(CLI::App& app, const CommonOptions& common);
 void AddCascadeCommand(CLI::App& app, const CommonOptions& common);
+void AddCurveCommand(CLI::App& app, const CommonOptions& common);
+void AddMatrixCommand(CLI::App& app, const CommonOptions& common);
 
 }  // namespace ovra_host

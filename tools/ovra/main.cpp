@@ -41,6 +41,8 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddComposeCommand(app, common);
   ovra_host::AddLutCommand(app, common);
   ovra_host::AddCascadeCommand(app, common);
+  ovra_host::AddCurveCommand(app, common);
+  ovra_host::AddMatrixCommand(app, common);
 }
 
 int Run(int argc, char** argv) {
