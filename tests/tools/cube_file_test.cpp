@@ -9,6 +9,7 @@
 
 #include "color_tables.h"
 #include "error.h"
+#include "support/random.h"
 #include "tools/temporary_folder.h"
 
 namespace {
@@ -82,6 +83,34 @@ TEST(CubeFile, NamesTheLineThatIsWrong) {
     EXPECT_NE(ErrorOf(c.text).find(c.error), std::string::npos) << c.text << "\n"
                                                                 << ErrorOf(c.text);
   }
+}
+
+// Whatever bytes a file holds, it is refused or read as what it says.
+TEST(CubeFile, SurvivesDamage) {
+  const std::string whole = "TITLE \"T\"\nDOMAIN_MAX 1 2 3\nLUT_3D_SIZE 2\n" + kIdentityRows;
+  ovra_test::Random random(71);
+  int accepted = 0;
+  for (int i = 0; i < 3000; ++i) {
+    std::string text = whole;
+    for (int k = ovra_test::RandomInt(random, 1, 3); k > 0; --k) {
+      const auto place = static_cast<size_t>(random() % text.size());
+      if (random() % 3 == 0) {
+        text.erase(place, 1 + random() % 5);
+      } else {
+        text[place] =
+            random() % 2 == 0 ? whole[random() % whole.size()] : static_cast<char>(random());
+      }
+    }
+    try {
+      const CubeFile cube = ParseCubeFile(text, "x.cube");
+      EXPECT_EQ(cube.rows.size(), cube.dimensions == 3 ? 8U : static_cast<size_t>(cube.points));
+      const CubeLattice lattice(cube, 255, 255);
+      ++accepted;
+    } catch (const ovra_host::Error& error) {
+      EXPECT_EQ(std::string(error.what()).rfind("x.cube:", 0), 0U) << error.what();
+    }
+  }
+  EXPECT_GT(accepted, 50);  // most damage shows
 }
 
 TEST(CubeFile, WrittenFilesReadBack) {
