@@ -9,9 +9,10 @@ from pathlib import Path
 import color_cube
 import color_curve
 import geometry
+import resample
 from page import Page
 
-SECTIONS = [geometry, color_cube, color_curve]
+SECTIONS = [geometry, resample, color_cube, color_curve]
 
 
 def main():

@@ -115,6 +115,37 @@ TEST_F(ProgramTest, RotatesByNameAndByNumber) {
   EXPECT_EQ(Read("left.tif").width(), 3);
 }
 
+TEST_F(ProgramTest, ResizesToTheSizeAskedFor) {
+  Image image(40, 20, FileFormat(16, 3));
+  for (int32_t y = 0; y < 20; ++y)
+    std::fill_n(image.Row16(y), 120, static_cast<uint16_t>(y * 3000));
+  Write("a.tif", image);
+  const struct {
+    const char* options;
+    int32_t width;
+    int32_t height;
+  } cases[] = {{"--width 60", 60, 30},
+               {"--height 5", 10, 5},
+               {"--width 12 --height 30", 12, 30},
+               {"--scale 0.05", 2, 1},
+               {"--fit 60x60", 60, 30},
+               {"--fit 60x15", 30, 15},
+               {"--crop 3,5,10,8", 10, 8},
+               {"--crop 3,5,10,8 --scale 2.5", 25, 20}};
+  for (const auto& c : cases) {
+    ASSERT_EQ(Run(std::string("resize a.tif b.tif ") + c.options).exit_code, 0) << c.options;
+    const Image result = Read("b.tif");
+    EXPECT_EQ(result.width(), c.width) << c.options;
+    EXPECT_EQ(result.height(), c.height) << c.options;
+    EXPECT_EQ(result.format(), image.format()) << c.options;
+  }
+  ASSERT_EQ(Run("resize a.tif b.tif --crop 3,5,10,8").exit_code, 0);
+  EXPECT_EQ(Read("b.tif").Row16(2)[0], 7 * 3000);  // a part without a size stays as it is
+  ExpectFailure("resize a.tif b.tif --crop 35,5,10,8", "(status 114)");
+  ExpectFailure("resize a.tif b.tif --scale 0.5 --fit 9x9", "--fit");
+  ExpectFailure("resize a.tif b.tif --width 0", "--width");
+}
+
 TEST_F(ProgramTest, PlacesOnACanvas) {
   Write("a.png", Counting(8, 1));
   ASSERT_EQ(Run("canvas --size 4x3 --offset 2,0 --fill 9 a.png b.png").exit_code, 0);
