@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "image_io.h"
+#include "ovra/filter.h"
 #include "tools/temporary_folder.h"
 
 namespace {
@@ -192,6 +193,51 @@ TEST_F(ProgramTest, ComposesByCopyAlphaAndMask) {
   }
   ExpectFailure("compose mask.png alpha.png out.png", "(status 228)");
   ExpectFailure("compose back.png over.png out.png --mask back.png", "mask");
+}
+
+// Each command hands its options over: compared with calls of the library.
+TEST_F(ProgramTest, SmoothsAndSoftens) {
+  Image image(30, 20, FileFormat(8, 3));
+  for (size_t i = 0; i < image.size_bytes(); ++i) {
+    image.data()[i] = static_cast<uint8_t>(i * i % 37 * 6);
+  }
+  Write("a.png", image);
+  Image expected(30, 20, FileFormat(8, 3));
+  ASSERT_EQ(OvraEFilterImage(image.data(), expected.data(), 30, 20, image.format()), OVRA_OK);
+  ASSERT_EQ(Run("smooth a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), Bytes(expected));
+  OvraSoftFocusParams params = {};
+  params.radius = 500;
+  params.decay_exponent = 1;
+  params.decay_base = 0.2;
+  params.mix = 0.8;
+  ASSERT_EQ(OvraSoftFocus(image.data(), expected.data(), 30, 20, &params), OVRA_OK);
+  ASSERT_EQ(Run("softfocus --radius 500 --decay 0.2 --mix 0.8 a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), Bytes(expected));
+  Write("alpha.png", Counting(8, 4));
+  ExpectFailure("smooth alpha.png b.png", "(status 233)");
+  ExpectFailure("softfocus alpha.png b.png", "alpha.png");
+  ExpectFailure("softfocus --decay 1 a.png b.png", "--decay");
+}
+
+TEST_F(ProgramTest, ShowsDifferences) {
+  Image first(4, 1, FileFormat(8, 1));
+  Image second(4, 1, FileFormat(8, 1));
+  const uint8_t changes[] = {0, 1, 9, 80};
+  for (size_t i = 0; i < 4; ++i) {
+    first.data()[i] = 100;
+    second.data()[i] = static_cast<uint8_t>(100 + changes[i]);
+  }
+  Write("a.png", first);
+  Write("b.png", second);
+  ASSERT_EQ(Run("difference --gain 10 a.png b.png d.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("d.png")), (std::vector<uint8_t>{128, 138, 218, 255}));
+  ASSERT_EQ(Run("difference --gain 10 b.png a.png d.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("d.png")), (std::vector<uint8_t>{128, 118, 38, 0}));
+  Write("c.tif", Counting(16, 1));
+  ASSERT_EQ(Run("difference c.tif c.tif d.tif").exit_code, 0);
+  EXPECT_EQ(*Read("d.tif").Row16(2), 32768);
+  ExpectFailure("difference a.png c.tif d.png", "one size and format");
 }
 
 TEST_F(ProgramTest, TimesTheLibraryCallOnRequest) {

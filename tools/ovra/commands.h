@@ -15,5 +15,8 @@ void AddLutCommand(CLI::App& app, const CommonOptions& common);
 void AddCascadeCommand(CLI::App& app, const CommonOptions& common);
 void AddCurveCommand(CLI::App& app, const CommonOptions& common);
 void AddMatrixCommand(CLI::App& app, const CommonOptions& common);
+void AddSmoothCommand(CLI::App& app, const CommonOptions& common);
+void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common);
+void AddDifferenceCommand(CLI::App& app, const CommonOptions& common);
 
 }  // namespace ovra_host

@@ -44,6 +44,9 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddCascadeCommand(app, common);
   ovra_host::AddCurveCommand(app, common);
   ovra_host::AddMatrixCommand(app, common);
+  ovra_host::AddSmoothCommand(app, common);
+  ovra_host::AddSoftFocusCommand(app, common);
+  ovra_host::AddDifferenceCommand(app, common);
 }
 
 int Run(int argc, char** argv) {

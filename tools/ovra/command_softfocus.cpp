@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+#include "commands.h"
+#include "ovra/filter.h"
+
+namespace ovra_host {
+namespace {
+
+struct SoftFocusOptions {
+  std::string input;
+  std::string output;
+  int32_t radius = 60;
+  double decay = 0.1;
+  double mix = 0.5;
+};
+
+void SoftFocus(const SoftFocusOptions& options, const CommonOptions& common) {
+  const Image source = ReadImage(options.input);
+  if (source.channels() != 3 || source.depth_bits() != 8) {
+    throw Error(options.input + ": softfocus needs a picture of 8 bits a sample in color");
+  }
+  Image result(source.width(), source.height(), source.format());
+  OvraSoftFocusParams params = {};
+  params.radius = options.radius;
+  params.decay_exponent = 1;
+  params.decay_base = options.decay;
+  params.mix = options.mix;
+  CallLibrary(common, "OvraSoftFocus", [&] {
+    return OvraSoftFocus(source.data(), result.data(), static_cast<uint32_t>(source.width()),
+                         static_cast<uint32_t>(source.height()), &params);
+  });
+  WriteImage(result, options.output, common.write);
+}
+
+}  // namespace
+
+void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
+  constexpr int32_t kMaxRadius = 100'000;
+  CLI::App* const command = app.add_subcommand("softfocus", "Mix in a blurred copy, for a glow");
+  const auto options = std::make_shared<SoftFocusOptions>();
+  AddInput(*command, "input", options->input, "picture of 8 bits a sample in color");
+  AddOutput(*command, "output", options->output);
+  command
+      ->add_option("--radius", options->radius,
+                   "Length of the blur in pixels for a shorter side of 2503; scaled for others")
+      ->check(CLI::Range(1, kMaxRadius))
+      ->type_name("PIXELS")
+      ->capture_default_str();
+  command->add_option("--decay", options->decay, "What is left of a point's light at the radius")
+      ->check(CLI::Range(1e-9, 0.999999))
+      ->type_name("0..1")
+      ->capture_default_str();
+  command->add_option("--mix", options->mix, "Share of the blurred copy in the result")
+      ->check(CLI::Range(0.0, 1.0))
+      ->type_name("0..1")
+      ->capture_default_str();
+  command->footer(
+      "Example:\n  ovra softfocus portrait.jpg soft.jpg\n"
+      "  ovra softfocus --radius 150 --mix 0.7 portrait.jpg dream.jpg");
+  command->callback([options, &common] { SoftFocus(*options, common); });
+}
+
+}  // namespace ovra_host
