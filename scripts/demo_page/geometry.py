@@ -36,8 +36,8 @@ def add_canvas(page, pictures):
 
 
 def add_composition(page, pictures):
-    page.section("Composed", "One picture placed in another: copied, or blended by its own alpha, or "
-                             "by a mask that holds a weight for every pixel.")
+    page.section("Composed", "One picture placed in another: copied, or blended by its own alpha, "
+                             "or by a mask that holds a weight for every pixel.")
     background = next((p for p in pictures if is_plain_color(page, p)), None)
     if background is None:
         page.paragraph("This needs a picture of 8 bits a sample in color.")
@@ -52,7 +52,8 @@ def add_composition(page, pictures):
     by_alpha = page.ovra("compose", background, "spot.png", "compose-alpha.png", *place)
     by_mask = page.ovra("compose", background, "circle.png", "compose-mask.png", *place,
                         "--mask", "weights.png")
-    page.figures(page.figure("circle.png", "Overlay"), page.figure("spot.png", "Overlay with alpha"),
+    page.figures(page.figure("circle.png", "Overlay"),
+                 page.figure("spot.png", "Overlay with alpha"),
                  page.figure("weights.png", "Mask for the first overlay"))
     page.figures(page.figure("compose-copy.png", "Copied", copied),
                  page.figure("compose-alpha.png", "Blended by alpha", by_alpha),

@@ -108,8 +108,8 @@ class Page:
         note = f"{width}&thinsp;&times;&thinsp;{height}"
         if scale != 1:
             note += f", shown {scale} times as large"
-        return self._figure(picture, f'<b>{html.escape(title)}</b> <span class="note">{note}</span>',
-                            step)
+        caption = f'<b>{html.escape(title)}</b> <span class="note">{note}</span>'
+        return self._figure(picture, caption, step)
 
     def plot(self, title, curves, step=None, x_range=(0, 1), y_range=(0, 1), size=320):
         """Curves as inline SVG; curves: list of (label, color, [(x, y), ...])."""

@@ -29,10 +29,11 @@ struct RunResult {
 class ProgramTest : public testing::Test {
  protected:
   // Arguments are separated by spaces; file names are those in the test's folder, which is the
-  // program's current one.
-  RunResult Run(const std::string& arguments) const {
-    const std::string command = "cd '" + folder_.File("") + "' && '" OVRA_PROGRAM "' " + arguments +
-                                " >'" + logs_.File("out") + "' 2>'" + logs_.File("err") + "'";
+  // program's current one. `before` are shell commands that prepare the ground.
+  RunResult Run(const std::string& arguments, const std::string& before = "true") const {
+    const std::string command = "cd '" + folder_.File("") + "' && " + before +
+                                " && '" OVRA_PROGRAM "' " + arguments + " >'" + logs_.File("out") +
+                                "' 2>'" + logs_.File("err") + "'";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text("out"), Text("err")};
   }
@@ -287,9 +288,7 @@ TEST_F(ProgramTest, FullDiskLeavesAnExistingOutputAsItWas) {
   for (const char* extension : {".png", ".jpg", ".tif", ".bmp"}) {
     const std::string name = std::string("b") + extension;
     ovra_test::WriteBytes(folder_.File(name), before);
-    const RunResult result = Run("info a.png >/dev/null; ulimit -f 8; trap '' XFSZ; '" OVRA_PROGRAM
-                                 "' rotate --mode half a.png " +
-                                 name);
+    const RunResult result = Run("rotate --mode half a.png " + name, "ulimit -f 8 && trap '' XFSZ");
     EXPECT_EQ(result.exit_code, 1) << name;
     EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
     EXPECT_EQ(ovra_test::ReadBytes(folder_.File(name)), before) << name;

@@ -36,8 +36,8 @@ struct JpegErrors {
   std::longjmp(errors->jump, 1);
 }
 
-// Warnings (below 0) tell of missing or damaged data, which libjpeg would replace by grey; a picture
-// is read whole or not at all. Superfluous bytes and odd version numbers do no harm.
+// Warnings (below 0) tell of missing or damaged data, which libjpeg would replace by grey; a
+// picture is read whole or not at all. Superfluous bytes and odd version numbers do no harm.
 void OnMessage(j_common_ptr codec, int level) {
   const int code = codec->err->msg_code;
   const bool harmless =

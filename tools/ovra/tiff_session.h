@@ -13,7 +13,8 @@ namespace ovra_host {
 
 class TiffSession {
  public:
-  // The stream stays its owner's; libtiff works on a copy of its descriptor. mode as TIFFOpen has it.
+  // The stream stays its owner's; libtiff works on a copy of its descriptor. The mode is one of
+  // TIFFOpen's.
   TiffSession(std::FILE* stream, const std::string& path, const char* mode);
 
   TIFF* get() const { return tiff_.get(); }

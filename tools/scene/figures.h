@@ -6,8 +6,8 @@
 
 namespace ovra_scene {
 
-// Rings whose frequency grows with the distance from the middle, up to one half cycle a pixel at the
-// middle of the sides. Sampled at the pixel centres, as it is meant to be.
+// Rings whose frequency grows with the distance from the middle, up to one half cycle a pixel at
+// the middle of the sides. Sampled at the pixel centres, as it is meant to be.
 ovra_host::Image ZonePlate(int32_t width, int32_t height);
 
 // Black to white from left to right; the lower half in sixteen steps.
