@@ -33,7 +33,7 @@ DEEPER = """# r g b 1 r*r g*g b*b r*g g*b b*r
 def add(page, pictures):
     pictures = [picture for picture in pictures if is_plain_color(page, picture)]
     page.run("ovra_scene", "--grey-ramp", "--width", 320, "--height", 80, "ramp.png")
-    page.run("ovra_scene", "--grey-ramp", "--width", 256, "--height", 1, "tones.png")
+    page.run("ovra_scene", "--grey-ramp", "--width", 256, "--height", 2, "tones.png")
     page.run("ovra_scene", "--hue-circle", "--width", 320, "--height", 320, "hues.png")
     page.section("Curves", "A table for each channel. Curves run smoothly through their points; the "
                            "plots show what became of all 256 tones.")
@@ -61,19 +61,19 @@ def plot_tones(page, command, name, title, options):
     """A plot of the channels of a grey ramp of all tones, as the library has changed them."""
     result = f"{command}-{name}-tones.bmp"
     page.ovra(command, *options, "tones.png", result)
-    before = [blue / 255 for blue, _, _ in read_row(page, "tones.png")]
-    after = read_row(page, result)
-    return page.plot(title, [
-        (channel, color, [(x, pixel[2 - k] / 255) for x, pixel in zip(before, after)])
-        for k, (channel, color) in enumerate(CHANNELS)])
+    page.ovra("rotate", "--mode", "none", "tones.png", "tones.bmp")
+    before = read_top_row(page.out / "tones.bmp")
+    after = read_top_row(page.out / result)
+    curves = [[(x[k] / 255, y[k] / 255) for x, y in zip(before, after)] for k in range(3)]
+    if curves[0] == curves[1] == curves[2]:
+        return page.plot(title, [("all channels", "#333", curves[0])])
+    return page.plot(title, [(*channel, curve) for channel, curve in zip(CHANNELS, curves)])
 
 
-def read_row(page, name):
-    """The pixels of a picture of one row, as (blue, green, red)."""
-    if not name.endswith(".bmp"):
-        page.ovra("rotate", "--mode", "none", name, "row.bmp")
-        name = "row.bmp"
-    data = (page.out / name).read_bytes()
+def read_top_row(path):
+    """The first pixels of a BMP file, which holds the bottom row first, as (red, green, blue)."""
+    data = path.read_bytes()
     start, = struct.unpack_from("<I", data, 10)
-    width, = struct.unpack_from("<i", data, 18)
-    return [tuple(data[start + 3 * x:start + 3 * x + 3]) for x in range(width)]
+    width, height = struct.unpack_from("<ii", data, 18)
+    row = start + (height - 1) * ((3 * width + 3) // 4 * 4)
+    return [tuple(reversed(data[row + 3 * x:row + 3 * x + 3])) for x in range(width)]
