@@ -9,22 +9,17 @@
 #include <vector>
 
 #include "ovra/color.h"
+#include "support/color_images.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
-#include "support/rows.h"
 
 namespace {
 
+using ovra_test::ColorFormat;
 using ovra_test::GuardedBuffer;
-using ovra_test::RandomInt;
 using ovra_test::RowLayout;
 using Bytes = std::vector<uint8_t>;
 using Polynomials = std::array<OvraChannelPolynomial, 3>;
-
-OvraPixelFormatCode Format(uint32_t depth_bits, OvraColorModel model = OVRA_MODEL_RGB,
-                           uint32_t alignment = 1) {
-  return OvraMakePixelFormat(depth_bits, 3, model, alignment, OVRA_ROWS_TOP_DOWN);
-}
 
 // Three tables of random entries, some beyond every output depth below 16 bits.
 struct Tables {
@@ -41,39 +36,28 @@ struct Tables {
   OvraChannelTableSet set;
 };
 
-// Every depth pair, alignment, model and size of a few pixels or vectors. Samples reach beyond
-// their depth; padding must keep its bytes; buffers end at the last sample.
 TEST(ChannelTables, MapsEverySampleThroughItsTable) {
   ovra_test::Random random(1);
   for (int round = 0; round < 300; ++round) {
-    const auto input_depth = static_cast<uint32_t>(round % 2 ? 8 : RandomInt(random, 9, 16));
-    const auto output_depth = static_cast<uint32_t>(round % 4 < 2 ? 8 : RandomInt(random, 9, 16));
-    const auto model = static_cast<OvraColorModel>(RandomInt(random, 1, 3) << 8);
-    const uint32_t alignment = 1U << RandomInt(random, 0, 2);
-    const auto width = static_cast<size_t>(RandomInt(random, 1, 70));
-    const auto height = static_cast<size_t>(RandomInt(random, 1, 3));
-    const RowLayout in = {3 * width, height, input_depth, alignment};
-    const RowLayout out = {3 * width, height, output_depth, alignment};
-    const Tables tables(random, input_depth);
-    GuardedBuffer source(in.UnpaddedSize());
-    for (uint8_t& byte : source) byte = static_cast<uint8_t>(random() >> 8);
-    GuardedBuffer destination(out.UnpaddedSize());
-    ASSERT_EQ(OvraConvColor1DTblSingleStep(
-                  source.data(), destination.data(), static_cast<int32_t>(width),
-                  static_cast<int32_t>(height), Format(input_depth, model, alignment),
-                  Format(output_depth, OVRA_MODEL_YCC, 4 / alignment), &tables.set),
+    ovra_test::RandomColorImages images(random, round);
+    const Tables tables(random, images.in.depth_bits);
+    ASSERT_EQ(OvraConvColor1DTblSingleStep(images.source.data(), images.destination.data(),
+                                           images.width, images.height, images.in_format,
+                                           images.out_format, &tables.set),
               OVRA_OK);
-    Bytes expected(destination.size(), GuardedBuffer::kFill);
-    for (size_t y = 0; y < height; ++y) {
-      for (size_t i = 0; i < in.samples; ++i) {
-        const size_t k = model == OVRA_MODEL_BGR ? 2 - i % 3 : i % 3;
-        const uint32_t index = std::min(in.At(source.data(), y, i), (1U << input_depth) - 1);
-        const uint32_t entry = tables.entries[k][index];
-        out.Set(expected.data(), y, i, std::min(entry, (1U << output_depth) - 1));
+    const uint32_t last = (1U << images.in.depth_bits) - 1;
+    const uint32_t max = (1U << images.out.depth_bits) - 1;
+    Bytes expected(images.destination.size(), GuardedBuffer::kFill);
+    for (size_t y = 0; y < images.in.height; ++y) {
+      for (size_t i = 0; i < images.in.samples; ++i) {
+        const size_t k = images.model == OVRA_MODEL_BGR ? 2 - i % 3 : i % 3;
+        const uint32_t entry = tables.entries[k][std::min(images.SourceSample(y, i), last)];
+        images.out.Set(expected.data(), y, i, std::min(entry, max));
       }
     }
-    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), destination.begin()))
-        << input_depth << " to " << output_depth << " bits, width " << width;
+    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), images.destination.begin()))
+        << "round " << round << ", " << images.in.depth_bits << " to " << images.out.depth_bits
+        << " bits";
   }
 }
 
@@ -88,10 +72,10 @@ std::vector<uint32_t> Curve(const Polynomials& coefficients, uint32_t input_dept
   for (size_t i = 0; i < 3 * width; ++i) {
     in.Set(source.data(), 0, i, static_cast<uint32_t>(i / 3));
   }
-  EXPECT_EQ(
-      OvraConvColorCoefSingleStep(source.data(), destination.data(), static_cast<int32_t>(width), 1,
-                                  Format(input_depth), Format(output_depth), coefficients.data()),
-      OVRA_OK);
+  EXPECT_EQ(OvraConvColorCoefSingleStep(source.data(), destination.data(),
+                                        static_cast<int32_t>(width), 1, ColorFormat(input_depth),
+                                        ColorFormat(output_depth), coefficients.data()),
+            OVRA_OK);
   std::vector<uint32_t> values;
   for (size_t i = 0; i < 3 * width; ++i) values.push_back(out.At(destination.data(), 0, i));
   return values;
@@ -140,9 +124,10 @@ TEST(ChannelPolynomials, ServeTheirChannels) {
   for (const auto& [model, expected] : {std::pair{OVRA_MODEL_RGB, Bytes{1, 2, 3}},
                                         {OVRA_MODEL_BGR, Bytes{3, 2, 1}},
                                         {OVRA_MODEL_YCC, Bytes{1, 2, 3}}}) {
-    EXPECT_EQ(OvraConvColorCoefSingleStep(source.data(), destination.data(), 1, 1, Format(8, model),
-                                          Format(8), coefficients.data()),
-              OVRA_OK);
+    EXPECT_EQ(
+        OvraConvColorCoefSingleStep(source.data(), destination.data(), 1, 1, ColorFormat(8, model),
+                                    ColorFormat(8), coefficients.data()),
+        OVRA_OK);
     EXPECT_EQ(destination, expected);
   }
 }
@@ -151,7 +136,8 @@ TEST(ChannelPolynomials, ServeTheirChannels) {
 class ChannelTableStatus : public testing::Test {
  protected:
   ChannelTableStatus() {
-    EXPECT_EQ(OvraConvColor1DTbl_Init(Format(8), Format(8), &tables_.set, &handle_), OVRA_OK);
+    EXPECT_EQ(OvraConvColor1DTbl_Init(ColorFormat(8), ColorFormat(8), &tables_.set, &handle_),
+              OVRA_OK);
   }
   ~ChannelTableStatus() override { EXPECT_EQ(OvraConvColorCoef_Free(&handle_), OVRA_OK); }
 
@@ -228,7 +214,8 @@ TEST_F(ChannelTableStatus, InitAndFree) {
   EXPECT_EQ(OvraConvColor1DTbl_Free(nullptr), OVRA_ERROR_TABLE_NULL);
   EXPECT_EQ(OvraConvColorCoef_Free(nullptr), OVRA_ERROR_TABLE_NULL);
   EXPECT_EQ(OvraConvColor1DTbl_Free(&word), OVRA_OK);
-  EXPECT_EQ(OvraConvColorCoef_Init(Format(9), Format(16), coefficients_.data(), &word), OVRA_OK);
+  EXPECT_EQ(OvraConvColorCoef_Init(ColorFormat(9), ColorFormat(16), coefficients_.data(), &word),
+            OVRA_OK);
   EXPECT_NE(word, 0U);
   EXPECT_EQ(OvraConvColor1DTbl_Free(&word), OVRA_OK);
   EXPECT_EQ(word, 0U);
@@ -255,16 +242,19 @@ TEST_F(ChannelTableStatus, Conversion) {
     EXPECT_EQ(f.convert(src, dst, 0, 0, kBad, kBad, 0), f.null);
     EXPECT_EQ(f.convert(src, dst, 0, 1, kBad, kBad, handle_), f.zero_size);
     EXPECT_EQ(f.convert(src, dst, 1, 0, kBad, kBad, handle_), f.zero_size);
-    EXPECT_EQ(f.convert(src, dst, -2, 1, Format(8), kBad, handle_), OVRA_ERROR_TABLE_CHANNELS);
+    EXPECT_EQ(f.convert(src, dst, -2, 1, ColorFormat(8), kBad, handle_), OVRA_ERROR_TABLE_CHANNELS);
     // Bits 28..31 mean nothing, and are compared.
-    EXPECT_EQ(f.convert(src, dst, 2, 1, Format(8) | 1U << 31, Format(8), handle_), f.changed);
-    EXPECT_EQ(f.convert(src, dst, 2, 1, Format(8), Format(8) | 1U << 28, handle_), f.changed);
-    EXPECT_EQ(f.convert(src, dst, 2, 1, Format(8), Format(9), handle_), f.changed);
-    EXPECT_EQ(f.convert(src, dst, 2, -1, Format(8), Format(8), handle_), OVRA_OK);
-    EXPECT_EQ(f.convert(src, dst, -2, 1, Format(8), Format(8), handle_), OVRA_OK);
-    EXPECT_EQ(f.convert(src, dst, INT32_MIN, INT32_MIN, Format(8), Format(8), handle_), OVRA_OK);
+    EXPECT_EQ(f.convert(src, dst, 2, 1, ColorFormat(8) | 1U << 31, ColorFormat(8), handle_),
+              f.changed);
+    EXPECT_EQ(f.convert(src, dst, 2, 1, ColorFormat(8), ColorFormat(8) | 1U << 28, handle_),
+              f.changed);
+    EXPECT_EQ(f.convert(src, dst, 2, 1, ColorFormat(8), ColorFormat(9), handle_), f.changed);
+    EXPECT_EQ(f.convert(src, dst, 2, -1, ColorFormat(8), ColorFormat(8), handle_), OVRA_OK);
+    EXPECT_EQ(f.convert(src, dst, -2, 1, ColorFormat(8), ColorFormat(8), handle_), OVRA_OK);
+    EXPECT_EQ(f.convert(src, dst, INT32_MIN, INT32_MIN, ColorFormat(8), ColorFormat(8), handle_),
+              OVRA_OK);
     EXPECT_EQ(destination_, Bytes(6, 77));
-    EXPECT_EQ(f.convert(src, dst, 2, 1, Format(8), Format(8), handle_), OVRA_OK);
+    EXPECT_EQ(f.convert(src, dst, 2, 1, ColorFormat(8), ColorFormat(8), handle_), OVRA_OK);
     EXPECT_NE(destination_, Bytes(6, 77));
     destination_.assign(6, 77);
   }
@@ -280,8 +270,8 @@ TEST_F(ChannelTableStatus, SingleStep) {
     EXPECT_EQ(convert(src, dst, 0, 0, kBad, kBad, nullptr), null);
     EXPECT_EQ(convert(src, dst, 0, 1, kBad, kBad, given), zero_size);
     EXPECT_EQ(convert(src, dst, 1, 0, kBad, kBad, given), zero_size);
-    EXPECT_EQ(convert(src, dst, -2, 1, Format(8), Format(8), given), OVRA_OK);
-    EXPECT_EQ(convert(src, dst, 2, -1, Format(8), Format(8), given), OVRA_OK);
+    EXPECT_EQ(convert(src, dst, -2, 1, ColorFormat(8), ColorFormat(8), given), OVRA_OK);
+    EXPECT_EQ(convert(src, dst, 2, -1, ColorFormat(8), ColorFormat(8), given), OVRA_OK);
   };
   check(OvraConvColor1DTblSingleStep, &tables_.set, OVRA_ERROR_TABLE_NULL,
         OVRA_ERROR_TABLE_ZERO_SIZE);

@@ -7,12 +7,13 @@
 #include <vector>
 
 #include "ovra/color.h"
+#include "support/color_images.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
-#include "support/rows.h"
 
 namespace {
 
+using ovra_test::ColorFormat;
 using ovra_test::GuardedBuffer;
 using ovra_test::RandomInt;
 using ovra_test::RowLayout;
@@ -22,11 +23,6 @@ using Words = std::vector<uint32_t>;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kDenormal = 4.9406564584124654e-324;
-
-OvraPixelFormatCode Format(uint32_t depth_bits, OvraColorModel model = OVRA_MODEL_RGB,
-                           uint32_t alignment = 1) {
-  return OvraMakePixelFormat(depth_bits, 3, model, alignment, OVRA_ROWS_TOP_DOWN);
-}
 
 OvraColorMatrix Diagonal(double gain) {
   OvraColorMatrix matrix = {};
@@ -90,44 +86,33 @@ OvraColorMatrix RandomMatrix(ovra_test::Random& random, uint32_t input_depth, bo
   return matrix;
 }
 
-// Depth pairs, alignments and sizes of a few pixels or vectors; samples beyond their depth, padding
-// that must stay, buffers that end at the last sample. Samples count in memory order.
 TEST(ColorMatrix, ComputesEverySample) {
   ovra_test::Random random(3);
   for (int round = 0; round < 800; ++round) {
-    const auto input_depth = static_cast<uint32_t>(round % 2 ? 8 : RandomInt(random, 9, 16));
-    const auto output_depth = static_cast<uint32_t>(round % 4 < 2 ? 8 : RandomInt(random, 9, 16));
+    ovra_test::RandomColorImages images(random, round);
     const bool second_order = round % 8 < 4;
-    const OvraColorMatrix matrix = RandomMatrix(random, input_depth, second_order);
-    const auto model = static_cast<OvraColorModel>(RandomInt(random, 1, 3) << 8);
-    const uint32_t alignment = 1U << RandomInt(random, 0, 2);
-    const auto width = static_cast<size_t>(RandomInt(random, 1, 70));
-    const auto height = static_cast<size_t>(RandomInt(random, 1, 3));
-    const RowLayout in = {3 * width, height, input_depth, alignment};
-    const RowLayout out = {3 * width, height, output_depth, alignment};
-    GuardedBuffer source(in.UnpaddedSize());
-    for (uint8_t& byte : source) byte = static_cast<uint8_t>(random() >> 8);
-    GuardedBuffer destination(out.UnpaddedSize());
-    ASSERT_EQ(OvraConvColorMtxSingleStep(
-                  source.data(), destination.data(), static_cast<int32_t>(width),
-                  static_cast<int32_t>(height), Format(input_depth, model, alignment),
-                  Format(output_depth, OVRA_MODEL_BGR, 4 / alignment), &matrix),
-              OVRA_OK);
-    Bytes expected(destination.size(), GuardedBuffer::kFill);
-    for (size_t y = 0; y < height; ++y) {
-      for (size_t i = 0; i < in.samples; i += 3) {
-        const uint32_t x[] = {in.At(source.data(), y, i), in.At(source.data(), y, i + 1),
-                              in.At(source.data(), y, i + 2)};
+    const OvraColorMatrix matrix = RandomMatrix(random, images.in.depth_bits, second_order);
+    ASSERT_EQ(
+        OvraConvColorMtxSingleStep(images.source.data(), images.destination.data(), images.width,
+                                   images.height, images.in_format, images.out_format, &matrix),
+        OVRA_OK);
+    Bytes expected(images.destination.size(), GuardedBuffer::kFill);
+    for (size_t y = 0; y < images.in.height; ++y) {
+      for (size_t i = 0; i < images.in.samples; i += 3) {
+        const uint32_t x[] = {images.SourceSample(y, i), images.SourceSample(y, i + 1),
+                              images.SourceSample(y, i + 2)};
         for (size_t k = 0; k < 3; ++k) {
           double row[10];
           for (int t = 0; t < 10; ++t) row[t] = matrix.rows[k][t];
-          out.Set(expected.data(), y, i + k,
-                  Expected(row, x, input_depth, output_depth, second_order));
+          images.out.Set(
+              expected.data(), y, i + k,
+              Expected(row, x, images.in.depth_bits, images.out.depth_bits, second_order));
         }
       }
     }
-    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), destination.begin()))
-        << "round " << round << ", " << input_depth << " to " << output_depth << " bits";
+    ASSERT_TRUE(std::equal(expected.begin(), expected.end(), images.destination.begin()))
+        << "round " << round << ", " << images.in.depth_bits << " to " << images.out.depth_bits
+        << " bits";
   }
 }
 
@@ -136,8 +121,8 @@ Words ConvertPixel(const OvraColorMatrix& matrix, const Words& pixel, uint32_t d
   Bytes source(layout.Size());
   Bytes destination(layout.Size());
   for (size_t i = 0; i < 3; ++i) layout.Set(source.data(), 0, i, pixel[i]);
-  EXPECT_EQ(OvraConvColorMtxSingleStep(source.data(), destination.data(), 1, 1, Format(depth_bits),
-                                       Format(depth_bits), &matrix),
+  EXPECT_EQ(OvraConvColorMtxSingleStep(source.data(), destination.data(), 1, 1,
+                                       ColorFormat(depth_bits), ColorFormat(depth_bits), &matrix),
             OVRA_OK);
   Words out;
   for (size_t i = 0; i < 3; ++i) out.push_back(layout.At(destination.data(), 0, i));
@@ -237,7 +222,7 @@ TEST(ColorMatrix, JudgesFormatsInOrder) {
 
 TEST(ColorMatrix, AnswersStatusesInOrder) {
   constexpr OvraPixelFormatCode kBad = 0x110;
-  const OvraPixelFormatCode good = Format(8);
+  const OvraPixelFormatCode good = ColorFormat(8);
   OvraColorMatrix matrix = Diagonal(1);
   uintptr_t handle = 1;
   EXPECT_EQ(OvraConvColorMtx_Init(kBad, kBad, nullptr, &handle), OVRA_ERROR_MATRIX_NULL);
@@ -260,7 +245,7 @@ TEST(ColorMatrix, AnswersStatusesInOrder) {
   EXPECT_EQ(run(src, dst, 0, 1, kBad, kBad, handle), OVRA_ERROR_MATRIX_ZERO_SIZE);
   EXPECT_EQ(run(src, dst, 1, 0, kBad, kBad, handle), OVRA_ERROR_MATRIX_ZERO_SIZE);
   EXPECT_EQ(run(src, dst, 2, 1, good | 1U << 31, good, handle), OVRA_ERROR_FORMAT_CHANGED);
-  EXPECT_EQ(run(src, dst, 2, 1, good, Format(9), handle), OVRA_ERROR_FORMAT_CHANGED);
+  EXPECT_EQ(run(src, dst, 2, 1, good, ColorFormat(9), handle), OVRA_ERROR_FORMAT_CHANGED);
   EXPECT_EQ(run(src, dst, 2, -1, good, good, handle), OVRA_OK);
   EXPECT_EQ(run(src, dst, INT32_MIN, 1, good, good, handle), OVRA_OK);
   EXPECT_EQ(destination, Bytes(6, 77));
