@@ -198,8 +198,8 @@ TEST(EdgeFilter, FlatPicturesAndSharpEdgesStay) {
   EXPECT_EQ(Filtered(picture), picture.samples);
 }
 
-// A picture with upright stripes in one channel at its left, and so wide that the columns of
-// middling amplitude are `fifths` / 5 of it, less `fewer_columns` flat ones.
+// A picture with upright stripes in one channel at its left, and so wide that a fifth of its columns
+// are of middling amplitude, less `fewer_columns` flat ones.
 Picture Stripes(int32_t channel, int32_t step, int32_t fewer_columns) {
   constexpr int32_t kStripes = 60;
   constexpr int32_t kPeriod = 12;
