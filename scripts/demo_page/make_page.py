@@ -8,12 +8,13 @@ from pathlib import Path
 
 import color_cube
 import color_curve
+import filter_sharpen
 import filter_smooth
 import geometry
 import resample
 from page import Page
 
-SECTIONS = [geometry, resample, filter_smooth, color_cube, color_curve]
+SECTIONS = [geometry, resample, filter_sharpen, filter_smooth, color_cube, color_curve]
 
 
 def main():

@@ -16,11 +16,12 @@ SHOWN_BY_BROWSERS = {".png", ".jpg", ".jpeg"}
 
 @dataclass
 class Step:
-    """One run of a program: what was typed, and how long it took."""
+    """One run of a program: what was typed and printed, and how long it took."""
 
     command: str
     total_ms: float
     library_ms: list  # (function, milliseconds) for each library call
+    output: str
 
 
 class Page:
@@ -46,7 +47,8 @@ class Page:
         if result.returncode != 0:
             raise SystemExit(f"demo: {shlex.join(shown)}\n{result.stderr.strip()}")
         library = re.findall(r"^(Ovra\w+) ([\d.]+) ms$", result.stdout, re.MULTILINE)
-        step = Step(shlex.join(shown), total_ms, [(name, float(ms)) for name, ms in library])
+        step = Step(shlex.join(shown), total_ms, [(name, float(ms)) for name, ms in library],
+                    result.stdout)
         self.steps.append(step)
         return step
 

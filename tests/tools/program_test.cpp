@@ -241,6 +241,85 @@ TEST_F(ProgramTest, ShowsDifferences) {
   ExpectFailure("difference a.png c.tif d.png", "one size and format");
 }
 
+// The options are handed over: compared with calls of the library.
+TEST_F(ProgramTest, Sharpens) {
+  Image image(30, 20, FileFormat(8, 3));
+  for (size_t i = 0; i < image.size_bytes(); ++i) {
+    image.data()[i] = static_cast<uint8_t>(i * i % 37 * 6);
+  }
+  Write("a.png", image);
+  const int32_t taps[] = {10, 30, 48, 30, 10};
+  const OvraResponsePoint levels[] = {{0.0, 0.5}, {1.0, 1.5}};
+  const OvraResponsePoint differences[] = {{-1.0, 1.0}, {0.0, 0.25}, {1.0, 0.75}};
+  std::vector<int16_t> level(OVRA_LEVEL_TABLE_SIZE);
+  std::vector<int16_t> difference(OVRA_DIFFERENCE_TABLE_SIZE);
+  ASSERT_EQ(
+      OvraYUsmMakeTable(image.format(), 2, levels, 3, differences, level.data(), difference.data()),
+      OVRA_OK);
+  const std::string options =
+      "--taps 10,30,48,30,10 --level 0:0.5,1:1.5 --difference -1:1,0:0.25,1:0.75 ";
+
+  Image expected = image;
+  ASSERT_EQ(OvraYUsmSingleStep(image.data(), expected.data(), 30, 20, image.format(), 5, taps, 3.0F,
+                               level.data(), difference.data()),
+            OVRA_OK);
+  ASSERT_EQ(Run("sharpen --amount 3 " + options + "a.png b.png").exit_code, 0);
+  EXPECT_EQ(Bytes(Read("b.png")), Bytes(expected));
+
+  const int32_t coarse[] = {16, 16, 16, 32, 16, 16, 16};
+  ASSERT_EQ(OvraYUsmDoubleSingleStep(image.data(), expected.data(), 30, 20, image.format(), 7,
+                                     coarse, 5, taps, 1.5F, level.data(), difference.data(), 3.0F,
+                                     level.data(), difference.data()),
+            OVRA_OK);
+  ASSERT_EQ(Run("sharpen --double --amount 3 --coarse-amount 1.5 " + options +
+                "--coarse-taps 16,16,16,32,16,16,16 a.png b.png")
+                .exit_code,
+            0);
+  EXPECT_EQ(Bytes(Read("b.png")), Bytes(expected));
+}
+
+// A sample that the mask leaves alone keeps the bits that the mask does not see.
+TEST_F(ProgramTest, SharpensSixteenBits) {
+  Image image(40, 40, FileFormat(16, 3));
+  for (int32_t y = 0; y < 40; ++y) {
+    for (size_t i = 0; i < 120; ++i) image.Row16(y)[i] = i < 60 ? 12345 : 45679;
+  }
+  Write("a.png", image);
+  ASSERT_EQ(Run("sharpen --radius 1 a.png b.png").exit_code, 0);
+  const Image sharp = Read("b.png");
+  ASSERT_EQ(sharp.format(), image.format());
+  EXPECT_EQ(sharp.Row16(20)[0], 12345);
+  EXPECT_EQ(sharp.Row16(20)[119], 45679);
+  EXPECT_LT(sharp.Row16(20)[59], 12345);
+  EXPECT_GT(sharp.Row16(20)[60], 45679);
+  EXPECT_EQ((sharp.Row16(20)[59] - 12345) % 4, 0);
+}
+
+TEST_F(ProgramTest, SharpenShowsWhatItUses) {
+  Write("a.png", Image(40, 40, FileFormat(8, 3)));
+  const RunResult result = Run("sharpen --double --radius 0.6 --show a.png b.png");
+  EXPECT_EQ(result.exit_code, 0);
+  for (const char* text :
+       {"coarse taps ", "coarse difference ", "fine amount 1.8\n", "fine level 0:1,1:1\n"}) {
+    EXPECT_NE(result.output.find(text), std::string::npos) << text << "\n" << result.output;
+  }
+}
+
+TEST_F(ProgramTest, SharpenRefuses) {
+  Write("a.png", Image(40, 40, FileFormat(8, 3)));
+  Write("deep.png", Image(40, 40, FileFormat(16, 3)));
+  Write("tiny.png", Counting(8, 3));
+  ExpectFailure("sharpen --taps 1,2,1 a.png b.png", "sum to 4");
+  ExpectFailure("sharpen --level 0:1 a.png b.png", "--level");
+  ExpectFailure("sharpen --level 0:1,1:x a.png b.png", "--level");
+  ExpectFailure("sharpen --difference 0:1,0:2 a.png b.png", "(status 126)");
+  ExpectFailure("sharpen --coarse-amount 2 a.png b.png", "--double");
+  ExpectFailure("sharpen --double deep.png b.png", "8 bits");
+  ExpectFailure("sharpen --amount 20 --difference -1:99,1:99 deep.png b.png", "--amount");
+  ExpectFailure("sharpen tiny.png b.png", "(status 117)");
+  EXPECT_EQ(folder_.FileCount(), 3U);
+}
+
 TEST_F(ProgramTest, TimesTheLibraryCallOnRequest) {
   Write("a.png", Counting(8, 3));
   EXPECT_EQ(Run("rotate --mode half a.png b.png").output, "");

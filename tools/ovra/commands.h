@@ -18,5 +18,6 @@ void AddMatrixCommand(CLI::App& app, const CommonOptions& common);
 void AddSmoothCommand(CLI::App& app, const CommonOptions& common);
 void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common);
 void AddDifferenceCommand(CLI::App& app, const CommonOptions& common);
+void AddSharpenCommand(CLI::App& app, const CommonOptions& common);
 
 }  // namespace ovra_host

@@ -47,6 +47,7 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddSmoothCommand(app, common);
   ovra_host::AddSoftFocusCommand(app, common);
   ovra_host::AddDifferenceCommand(app, common);
+  ovra_host::AddSharpenCommand(app, common);
 }
 
 int Run(int argc, char** argv) {
