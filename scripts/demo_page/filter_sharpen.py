@@ -15,9 +15,9 @@ GAIN = 4
 def add(page, pictures):
     pictures = [picture for picture in pictures if is_plain_color(page, picture)]
     page.section("Sharpened", "The luminance mask adds to every pixel what distinguishes its "
-                 "luminance from a blur of it; colors keep their hue. The double mask does so in two "
-                 "bands, fine and coarse. Differences are shown "
-                 f"{GAIN} times as large, about grey.")
+                 "luminance from a blur of it; colors keep their hue. The double mask does so in "
+                 f"two bands, fine and coarse. Differences are shown {GAIN} times as large, about "
+                 "grey.")
     if not pictures:
         page.paragraph("This needs a picture of 8 bits a sample in color.")
         return
@@ -37,7 +37,7 @@ def add(page, pictures):
 def add_curves(page, picture):
     page.subsection("Response curves")
     page.paragraph("How strongly the mask acts: by the brightness of a pixel, and by its "
-                   "difference from the blur, of which the middle eighth is shown. Smallest "
+                   "difference from the blur, of which the middle eighth is shown. The smallest "
                    "differences are noise, and large ones are edges that need no help. The double "
                    "mask's curves, times the amount, are what becomes of the band.")
     single = shown_curves(page, picture, [])

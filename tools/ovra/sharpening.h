@@ -50,8 +50,8 @@ void CheckBandStrength(const ResponseTables& tables, double amount);
 // The picture with the 14 bits a sample that the mask takes at most, from 16.
 Image WithFourteenBits(const Image& image);
 
-// Adds to a picture of 16 bits what the mask has changed in its form of 14 bits, so that samples that
-// have not changed keep all their bits.
+// Adds to a picture of 16 bits what the mask has changed in its form of 14 bits, so that samples
+// that have not changed keep all their bits.
 void AddChange(const Image& before, const Image& after, Image* image);
 
 }  // namespace ovra_host
