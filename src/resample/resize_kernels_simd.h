@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The vector forms of both passes, written once for all widths. A kernel file that includes this
-// brings a class V: operations on a register of V::kLanes lanes of 128 bits each, in which shuffles,
-// packs and horizontal sums stay.
+// brings a class V: operations on a register of V::kLanes lanes of 128 bits each, in which
+// shuffles, packs and horizontal sums stay.
 #pragma once
 
 #include <cstddef>
@@ -19,7 +19,7 @@ constexpr int kWeightsPerLane = 8;
 // it.
 constexpr int kSignOffsetBits = 15;
 
-// What the sums of a register's columns start from. `sums` are weight sums, in the same places.
+// What the sums of a register's columns start from, with the weight sums of the same columns.
 template <class V, class Sample>
 typename V::Reg StartSums(typename V::Reg weight_sums) {
   const typename V::Reg rounding = V::Set32(kHorizontalRounding);
@@ -130,8 +130,8 @@ class PixelColumns {
         source + (std::ptrdiff_t{set.centre} - pass_.taps_before_centre) * kChannels);
   }
 
-  // One pair of weights in all parts of each lane. Sets of four weights stand two in a lane, for the
-  // even and the odd column.
+  // One pair of weights in all parts of each lane. Sets of four weights stand two in a lane, for
+  // the even and the odd column.
   template <int kOdd>
   Reg WeightPair(int32_t column, int pair) const {
     if constexpr (kPairs == 2) {
