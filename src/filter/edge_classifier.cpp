@@ -12,7 +12,6 @@ namespace {
 
 constexpr int32_t kFineWeights[] = {32, 64, 32};
 constexpr int32_t kCoarseWeights[] = {1, 3, 8, 15, 23, 28, 23, 15, 8, 3, 1};
-constexpr uint32_t kFineTaps = 3;
 constexpr uint32_t kCoarseTaps = 11;
 constexpr std::ptrdiff_t kDelay = kCoarseTaps / 2;  // rows needed below the one in hand
 
