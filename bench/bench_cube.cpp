@@ -45,7 +45,7 @@ const uint8_t* Picture(Content content, int depth_bits) {
   return depth_bits > 8 ? reinterpret_cast<const uint8_t*>(words.data()) : bytes.data();
 }
 
-// A look that bends every axis, so that no coefficient of a cell is 0.
+// A look that bends every axis.
 struct Look {
   Look(uint32_t points, uint32_t components, uint32_t max_input, uint32_t max_output) {
     for (uint32_t i = 0; i < points; ++i) {
@@ -113,6 +113,8 @@ void RegisterCube() {
   };
   for (const Variant& variant : variants) RegisterVariant(variant);
   RegisterMemcpy("cube/8x3", kSamples, kSamples, kPixels);
+  RegisterMemcpy("cube/8x4", kSamples, kSamples / 3 * 4, kPixels);
+  RegisterMemcpy("cube/16x4", 2 * kSamples, 2 * (kSamples / 3 * 4), kPixels);
   RegisterMemcpy("cube/16x3", 2 * kSamples, 2 * kSamples, kPixels);
 
   const auto first = std::make_shared<Look>(65, 3, 4095, 4095);

@@ -25,7 +25,7 @@ void RegisterEdgeFilter() {
 }
 
 void RegisterSoftFocus() {
-  for (const int32_t radius : {20, 100}) {
+  for (const int32_t radius : {20, 100, 500}) {
     for (const bool in_place : {false, true}) {
       const std::string name =
           "soft_focus/radius" + std::to_string(radius) + (in_place ? "/in_place" : "");

@@ -19,6 +19,8 @@ install(FILES ${PROJECT_BINARY_DIR}/package/OvraBaseConfig.cmake
               ${PROJECT_BINARY_DIR}/package/OvraBaseConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT development)
 
+# From the folder of the .pc file to the prefix, so that an installed tree may lie anywhere.
+file(RELATIVE_PATH OVRA_PREFIX_FROM_PC /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/OvraBase.pc.in ${PROJECT_BINARY_DIR}/package/OvraBase.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/package/OvraBase.pc
         DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
@@ -41,6 +43,10 @@ else()
   set(CPACK_GENERATOR DEB)
   set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
   set(CPACK_DEBIAN_PACKAGE_SECTION libs)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)  # built on a 64-bit machine
+    set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE i386)
+    set(CPACK_PACKAGE_FILE_NAME ovrabase-${PROJECT_VERSION}-i386)
+  endif()
   set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 endif()
 include(CPack)

@@ -465,7 +465,7 @@ TEST(ColorCube, RefusesCubesInOrder) {
   }
 }
 
-// The product of the cells is 0 modulo 2^32 and modulo 2^64 / 64, 2^48 in truth.
+// Products of counts that are small, or 0, modulo 2^32 or 2^64.
 TEST(ColorCube, HugeCountsAreOutOfMemory) {
   uint16_t few[8] = {};
   uintptr_t handle = 77;

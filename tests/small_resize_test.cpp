@@ -96,7 +96,7 @@ TEST(SmallResize, ConstantPicturesStayExactlyConstant) {
   const Case cases[] = {
       {8, 1, 255, 100, 80, 9, 7},    {8, 3, 77, 301, 199, 10, 19},   {8, 4, 1, 640, 3, 5, 1},
       {12, 3, 4095, 97, 97, 31, 31}, {16, 1, 65535, 1000, 50, 1, 1}, {16, 4, 32769, 64, 64, 3, 3},
-      {16, 1, 40000, 2500, 2, 4, 1}, {8, 1, 200, 3, 3, 9, 9},
+      {16, 1, 40000, 2500, 2, 4, 1}, {8, 1, 200, 3, 3, 9, 9},        {8, 3, 200, 700, 600, 2, 2},
   };
   for (const Case& c : cases) {
     Picture source{c.width, c.height, c.depth, c.channels};

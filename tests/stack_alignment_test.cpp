@@ -25,9 +25,9 @@ uint32_t CallWithStackOffset(uintptr_t function, const uint32_t* arguments, int 
       "jnz 1b\n\t"
       "call *%%eax\n\t"
       "movl %%edi, %%esp\n\t"
-      : "=a"(result), "+c"(count)
-      : "a"(function), [arguments] "S"(arguments), [offset] "d"(offset)
-      : "edi", "memory", "cc");
+      : "=a"(result), "+c"(count), [offset] "+d"(offset)
+      : "a"(function), [arguments] "S"(arguments)
+      : "edi", "memory", "cc", "xmm0", "xmm1", "xmm2", "xmm3", "xmm4", "xmm5", "xmm6", "xmm7");
   return result;
 }
 

@@ -57,7 +57,9 @@ typedef struct OvraColorCube {
 //   OVRA_ERROR_CUBE_ARRANGEMENT      an arrangement is not 0
 //   OVRA_ERROR_CUBE_GRID_COUNT       a grid count is below 2 or above 65536
 //   OVRA_ERROR_CUBE_NULL_GRID        a grid pointer is null
-//   OVRA_ERROR_CUBE_FORMAT_CHANGED   the formats are not those given to _Init
+//   OVRA_ERROR_CUBE_FORMAT_CHANGED   the formats are not those given to _Init; a call whose formats
+//                                    ask for another input depth class or channel count may get the
+//                                    status by which that variant refuses the handle's formats
 //   OVRA_ERROR_NO_MEMORY             the tables could not be allocated: 64 bytes a cell (128 where
 //                                    coefficients of deep input need it) and 12 an input code; or
 //                                    the lattice has 2^31 cells or more
@@ -120,7 +122,8 @@ OVRA_API OvraStatus OVRA_CALL OvraCascade3D(const OvraColorCube* first,
 // padding is neither read nor written. The buffers belong to the caller and must not overlap.
 // A negative width or height converts nothing.
 //
-// Handles: an _Init function sets *handle_out to 0 and, on success, to a handle, which the caller
+// Handles: an _Init function sets *handle_out to 0 (a null argument leaves it as it is) and, on
+// success, to a handle, which the caller
 // releases once with either _Free function. It is not changed by conversions: any number may run
 // on one handle at the same time. Tables, polynomials and matrices are copied, or used, before the
 // function that took them returns.

@@ -228,7 +228,8 @@ typedef struct OvraSoftFocusParams {
 // Soft focus: a copy of the picture, blurred along rows and then along columns, is mixed with it.
 // Beyond the right and the lower edge the blur sees the edge pixels repeated `radius` times, beyond
 // the left and the upper edge a picture that goes on evenly. The gain of the blur is a rounded
-// integer, so flat areas may change by a step.
+// integer, so flat areas change: by a step for blurs of ten to a few hundred pixels, by several levels
+// near the edges for shorter ones, and everywhere for very long ones.
 //
 // source, destination  pixels of three 8-bit samples, rows of exactly 3 * width bytes; they belong to
 //                      the caller, and may be the same buffer but must not overlap otherwise

@@ -11,6 +11,7 @@
 #include "ovra/platform.h"
 #include "ovra/resample.h"
 #include "ovra/status.h"
+#include "ovra/tone.h"
 #include "ovra/version.h"
 
 #endif  // OVRA_OVRA_H

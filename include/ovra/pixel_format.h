@@ -26,8 +26,8 @@ typedef enum OvraColorModel {
   OVRA_MODEL_RGB = 0x0100,
   OVRA_MODEL_BGR = 0x0200,
   OVRA_MODEL_YCC = 0x0300,       // luma first, then two colour differences
-  OVRA_MODEL_TRIPLE_4 = 0x0400,  // other three-channel models, which only the
-  OVRA_MODEL_TRIPLE_5 = 0x0500,  // operations that move or resample pixels take
+  OVRA_MODEL_TRIPLE_4 = 0x0400,  // other three-channel models, taken by
+  OVRA_MODEL_TRIPLE_5 = 0x0500,  // rotation and resampling only
   OVRA_MODEL_TRIPLE_6 = 0x0600,
   OVRA_MODEL_TRIPLE_7 = 0x0700,
   OVRA_MODEL_RGBA = 0x1000,

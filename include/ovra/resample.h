@@ -49,18 +49,20 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table);
 // heights are in pixels; rows stand as far apart as the format's alignment says
 // (ovra/pixel_format.h). The region is given in source pixels, x and y from the picture's top left
 // corner also where rows are stored bottom-up. It must not reach beyond the right or the bottom
-// edge; x and y may be negative.
+// edge; x and y may be negative, except for ratios below 0.33, where OvraSmallResizeImage takes over
+// and the region must lie inside the source.
 //
 // The picture is scaled about the middle of the region, which falls on the middle of the
 // destination, with a separable kernel in fixed point. Around the region the kernel uses the
 // source's own pixels, and beyond the source its edge pixels. Row padding of the destination is not
-// written. Results are the same on every platform.
+// written. At factors of exactly 1 between images of one size rows are copied instead, as described
+// at OvraResizeImageCore. Results are the same on every platform.
 //
 // Calls on different destinations may run in parallel. Nothing is written unless OVRA_OK is
 // returned. All statuses, in the order of the checks:
 //
 //   OVRA_ERROR_FORMAT_...                  a field of the format word is not accepted (functions
-//                                          with a table: after the five checks that follow)
+//                                          with a table: only after RESIZE_TAP_COUNT)
 //   OVRA_ERROR_NO_MEMORY                   no work memory
 //   OVRA_ERROR_RESIZE_ZERO_SIZE            without factors: source width or region is 0
 //   OVRA_ERROR_RESIZE_FACTOR               an explicit factor is below 0.33
@@ -150,8 +152,8 @@ OVRA_API OvraStatus OVRA_CALL OvraResizeImageCoreVAR(
 // weights of 22 fractional bits that sum to exactly 1, so that constant pictures stay constant;
 // taps beyond the source repeat its edge, taps beyond the region but inside the source read the
 // source. Time grows with the source pixels of the region, whatever the ratio. Ratios up to and
-// above 1 are accepted. A table whose values cannot be weights (their sum is 0 or not finite, or
-// their absolute sum is above 1.9 times it) gives black.
+// above 1 are accepted. Rows and columns whose kernel values cannot be weights (their sum is 0 or
+// not finite, or their absolute sum is above 1.9 times it) are black.
 //
 // source, destination: one format, 8 to 16 bits, grey, three-channel or four-channel; separate
 // buffers of the caller. kernel_table: OVRA_KERNEL_TABLE_ENTRIES values. Calls may run in parallel

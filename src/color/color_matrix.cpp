@@ -54,8 +54,8 @@ bool HasSecondOrderTerm(const ColorMatrix& matrix) {
   return false;
 }
 
-// Fractional bits of the fixed-point weights: as many as the greatest sample leaves to 32 bits up
-// to 12 bits of depth, and fewer beyond.
+// Fractional bits of the fixed-point weights: one more than the depth up to 12 bits; beyond, depth and
+// fractional bits make 25.
 int32_t FixedShift(uint32_t input_depth_bits) {
   const auto depth = static_cast<int32_t>(input_depth_bits);
   return depth <= 12 ? depth + 1 : 25 - depth;

@@ -20,7 +20,7 @@ unsigned FeatureEdx() {
 
 KernelTier DetectTier() {
   if (!CpuHasMmx() || !CpuHasSse()) return KernelTier::kPlain;
-  // These two also ask whether the operating system saves the registers.
+  // The first also asks whether the operating system saves the wide registers.
   __builtin_cpu_init();
   if (__builtin_cpu_supports("avx2")) return KernelTier::kAvx2;
   if (__builtin_cpu_supports("sse4.1")) return KernelTier::kSse;

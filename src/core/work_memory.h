@@ -1,5 +1,6 @@
-// SPDX-License-Identifier: MIT Work memory of one call, and the memory of contexts. Everything
-// comes from malloc, nothing throws, and every path releases what it took.
+// SPDX-License-Identifier: MIT
+// Work memory of one call, and the memory of contexts. Everything comes from malloc, nothing
+// throws, and every path releases what it took.
 #pragma once
 
 #include <cstddef>
@@ -88,10 +89,11 @@ void ReleaseContext(Context** context) {
   ContextPtr<Context>(std::exchange(*context, nullptr)).reset();
 }
 
-// The _Free of families that have no status for a null argument: it does nothing then.
+// The one release of the families whose contexts need no more than their memory back and that have
+// no status for a null argument: it does nothing then. Always OVRA_OK.
 template <class Context>
 Status FreeAnyContext(Context** context) {
-  if (context != nullptr) ReleaseContext(context);
+  if (context != nullptr) std::free(std::exchange(*context, nullptr));
   return OVRA_OK;
 }
 

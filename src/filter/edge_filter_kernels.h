@@ -28,7 +28,7 @@ struct EdgeNeighbours {
   const int16_t* samples[kEdgeNeighbours];
   std::ptrdiff_t plane_stride;
 
-  const int16_t* Centre() const { return samples[kEdgeNeighbours / 2]; }
+  [[gnu::always_inline]] const int16_t* Centre() const { return samples[kEdgeNeighbours / 2]; }
 };
 
 // Spreads `width` three-byte pixels over the three planes of a work row.

@@ -27,7 +27,7 @@ inline constexpr LuminanceLayout kRgbaLayout = {OVRA_MODEL_RGBA, 4, 3, {19, 38, 
 inline constexpr LuminanceLayout kBgraLayout = {OVRA_MODEL_BGRA, 4, 3, {7, 38, 19}};
 
 // A weighted sum is 6 bits wider than the samples, and the luminance has 10 bits.
-constexpr int32_t LuminanceShift(int32_t depth_bits) {
+static constexpr int32_t LuminanceShift(int32_t depth_bits) {
   return depth_bits + 6 - 10;
 }
 
@@ -71,6 +71,7 @@ LuminanceKernels LuminanceKernelsSse(uint32_t color_model, int32_t depth_bits);
 inline LuminanceKernels SelectLuminanceKernels(uint32_t color_model, int32_t depth_bits,
                                                KernelTier tier) {
   if (tier == KernelTier::kPlain) return LuminanceKernelsPlain(color_model, depth_bits);
+  // 128 bits serve the AVX2 tier too: channels are gathered by shuffles that do not cross halves.
   return LuminanceKernelsSse(color_model, depth_bits);
 }
 

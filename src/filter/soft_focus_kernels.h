@@ -26,7 +26,7 @@ struct SoftFocusLines {
 };
 
 // Recursions with a gain up to this, and with a feedback above 0, run in 16 bits: the upper halves
-// of their states never exceed 255 * 256.
+// of their states never exceed 65534.
 inline constexpr uint64_t kSoftFocusMaxNarrowGain = 256;
 
 // Lines that are filtered side by side, and hence words of work memory for each step.

@@ -13,7 +13,8 @@ namespace ovra {
 namespace {
 
 constexpr uint32_t kMaxDepthBits = 14;
-constexpr uint32_t kMaxSide = std::numeric_limits<int32_t>::max();
+// Leaves room for a row with its mirrored columns in 32 bits.
+constexpr uint32_t kMaxSide = std::numeric_limits<int32_t>::max() - 1024;
 
 bool IsAcceptedModel(uint32_t color_model, uint32_t channels) {
   return color_model <= OVRA_MODEL_BGRA && ColorModelFitsChannels(color_model, channels) &&
@@ -39,7 +40,7 @@ YUsmBlur RecognizeBlur(const int32_t* weights, int32_t taps) {
 // kernel is not longer than the side, so one reflection is enough.
 std::ptrdiff_t Mirror(std::ptrdiff_t index, std::ptrdiff_t size) {
   if (index < 0) return -index;
-  return index >= size ? 2 * size - index - 2 : index;
+  return index >= size ? size - 2 - (index - size) : index;
 }
 
 // One run. Image row j lives in slot j mod taps of two rings: luminance, with mirrored columns on

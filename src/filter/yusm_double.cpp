@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <type_traits>
 
 namespace ovra {
 namespace {
@@ -123,5 +124,6 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmDoubleSingleStep(
 }
 
 OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble_Free(OvraYUsmDoubleContext** context) {
+  static_assert(std::is_trivially_destructible_v<OvraYUsmDoubleContext>);
   return ovra::FreeAnyContext(context);
 }

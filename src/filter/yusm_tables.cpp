@@ -41,6 +41,18 @@ Status CheckCurves(int32_t level_point_count, const OvraResponsePoint* level_poi
   return OVRA_OK;
 }
 
+// Not inlined: no arithmetic may move to where the caller has not yet set the precision.
+[[gnu::noinline]] void FoldAmount(const int16_t* difference_table, float amount,
+                                  uint32_t depth_bits, int32_t* correction_table) {
+  const long double strength = static_cast<long double>(amount) - 1.0L;
+  const long double scale =
+      depth_bits > kWorkingDepthBits ? 1 << (depth_bits - kWorkingDepthBits) : 1;
+  for (int32_t k = 0; k < OVRA_DIFFERENCE_TABLE_SIZE; ++k) {
+    const int32_t product = difference_table[k] * (k - kNoDifference);
+    correction_table[k] = TruncateToInt32(product * strength * scale + 0.5L);
+  }
+}
+
 }  // namespace
 
 void InterpolateResponseCurve(int32_t point_count, const OvraResponsePoint* points, int32_t size,
@@ -72,15 +84,9 @@ void InterpolateResponseCurve(int32_t point_count, const OvraResponsePoint* poin
 
 void BuildYUsmTables(const int16_t* level_table, const int16_t* difference_table, float amount,
                      uint32_t depth_bits, YUsmContext* context) {
-  const ScopedExtendedPrecision extended_precision;
   std::copy_n(level_table, OVRA_LEVEL_TABLE_SIZE, context->level_table);
-  const long double strength = static_cast<long double>(amount) - 1.0L;
-  const long double scale =
-      depth_bits > kWorkingDepthBits ? 1 << (depth_bits - kWorkingDepthBits) : 1;
-  for (int32_t k = 0; k < OVRA_DIFFERENCE_TABLE_SIZE; ++k) {
-    const int32_t product = difference_table[k] * (k - kNoDifference);
-    context->correction_table[k] = TruncateToInt32(product * strength * scale + 0.5L);
-  }
+  const ScopedExtendedPrecision extended_precision;
+  FoldAmount(difference_table, amount, depth_bits, context->correction_table);
 }
 
 }  // namespace ovra

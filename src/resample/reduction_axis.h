@@ -15,7 +15,7 @@ inline constexpr int32_t kReductionWeightBits = 22;
 inline constexpr int32_t kReductionUnity = int32_t{1} << kReductionWeightBits;
 
 // A kernel whose absolute values sum to more than this many times their sum is none that can reduce
-// a picture; the bound keeps every weight below 2, so that the upper 16 of 25 bits hold its sign.
+// a picture; the bound keeps every weight below 2, so that the upper 16 of 24 bits hold its sign.
 inline constexpr double kMaxReductionGain = 1.9;
 
 // The weight sets of one axis, one for each destination sample. Taps that would lie outside the

@@ -166,7 +166,7 @@ void HorizontalPixels(const HorizontalReduction& job, Sample* const* destination
       int32_t result[kReductionRowGroup];
       Vector::StoreClamped(result, sums[c], kScale, job.max_sample);
       for (int row = 0; row < kReductionRowGroup; ++row) {
-        destination[row][i * kChannels + c] = static_cast<Sample>(result[row]);
+        destination[row][std::ptrdiff_t{i} * kChannels + c] = static_cast<Sample>(result[row]);
       }
     }
   }

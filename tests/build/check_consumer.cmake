@@ -18,9 +18,13 @@ if(PKG_CONFIG AND NOT TOOLCHAIN)
   file(GLOB_RECURSE pc ${WORK}/installed/*/OvraBase.pc)
   cmake_path(GET pc PARENT_PATH pc_dir)
   set(ENV{PKG_CONFIG_PATH} ${pc_dir})
-  execute_process(COMMAND ${PKG_CONFIG} --define-variable=prefix=${WORK}/installed --cflags --libs
-                  OvraBase OUTPUT_VARIABLE flags COMMAND_ERROR_IS_FATAL ANY)
+  execute_process(COMMAND ${PKG_CONFIG} --cflags --libs OvraBase
+                  OUTPUT_VARIABLE flags COMMAND_ERROR_IS_FATAL ANY)
   separate_arguments(flags UNIX_COMMAND "${flags}")
   execute_process(COMMAND cc -std=c99 ${CONSUMER}/consumer.c ${flags} -o ${WORK}/by_pkg_config
                   COMMAND_ERROR_IS_FATAL ANY)
+  file(GLOB library ${WORK}/installed/*/libOvraBase.so ${WORK}/installed/*/*/libOvraBase.so)
+  cmake_path(GET library PARENT_PATH library_dir)
+  set(ENV{LD_LIBRARY_PATH} ${library_dir})
+  execute_process(COMMAND ${WORK}/by_pkg_config COMMAND_ERROR_IS_FATAL ANY)
 endif()

@@ -84,7 +84,7 @@ TEST(PixelFormat, RowStrideRoundsUpToTheAlignment) {
   }
 }
 
-TEST(PixelFormat, MakePixelFormatIsTheInverseOfDecoding) {
+TEST(PixelFormat, MakePixelFormatBuildsWordsAndRefusedWords) {
   const OvraPixelFormatCode code =
       OvraMakePixelFormat(12, 3, OVRA_MODEL_BGR, 4, OVRA_ROWS_BOTTOM_UP);
   EXPECT_EQ(code, 0x01200224U);

@@ -53,9 +53,10 @@ TEST_P(SmallResizeKernels, EqualPlain) {
         OvraMakePixelFormat(depth, channels, model, 1U << random() % 3,
                             random() % 2 == 0 ? OVRA_ROWS_TOP_DOWN : OVRA_ROWS_BOTTOM_UP);
     const bool extreme = round % 50 == 0;
-    const int32_t source_width = ovra_test::RandomInt(random, 1, extreme ? 40 : 90);
+    const int32_t source_width =
+        ovra_test::RandomInt(random, extreme ? 310 : 1, extreme ? 400 : 90);
     const int32_t source_height = extreme ? 700 : ovra_test::RandomInt(random, 1, 90);
-    const int32_t width = ovra_test::RandomInt(random, 1, source_width);
+    const int32_t width = ovra_test::RandomInt(random, extreme ? 300 : 1, source_width);
     const int32_t height = ovra_test::RandomInt(random, (source_height + 1) / 2, source_height);
     const int32_t x = ovra_test::RandomInt(random, 0, source_width - width);
     const int32_t y = ovra_test::RandomInt(random, 0, source_height - height);

@@ -194,10 +194,13 @@ TEST_P(YUsmDoubleForms, EqualTheDefinition) {
 // Long and high pictures beyond the block sizes of any kernel.
 TEST_P(YUsmDoubleForms, AgreeOnStronglyDifferentShapes) {
   Random random(62);
-  const std::pair<uint32_t, uint32_t> shapes[] = {{3000, 26}, {26, 3000}, {300, 200}};
+  const std::pair<uint32_t, uint32_t> shapes[] = {{3000, 26},   {26, 3000},   {300, 200},
+                                                  {2139, 1536}, {2139, 1537}, {1537, 2139}};
   for (const auto& [width, height] : shapes) {
     Mask mask = RandomMask(random);
     mask.coarse.weights.resize(25, 5);
+    // Of unit sum for every other shape: the two variants of the filter.
+    if (width % 2 == 0) mask.coarse.weights = {1, 3, 8, 15, 23, 28, 23, 15, 8, 3, 1};
     mask.fine.weights = {8, 32, 48, 32, 8};
     mask.width = width;
     mask.height = height;

@@ -1,5 +1,6 @@
-// SPDX-License-Identifier: MIT Allocations that fail on request, and a count of those that live.
-// Covers malloc, calloc, realloc and free of everything that is linked into the program itself.
+// SPDX-License-Identifier: MIT
+// Allocations that fail on request, and a count of those that live. Covers malloc, calloc, realloc
+// and free of everything that is linked into the program itself.
 #pragma once
 
 #include <cstddef>

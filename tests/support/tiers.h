@@ -22,7 +22,7 @@ inline std::string TierName(ovra::KernelTier tier) {
   return "Unknown";
 }
 
-// A test over the accelerated tiers; one that this processor lacks is skipped, visibly.
+// A test over the accelerated tiers; one that this processor lacks is skipped.
 class AcceleratedTierTest : public testing::TestWithParam<ovra::KernelTier> {
  protected:
   void SetUp() override {

@@ -77,7 +77,8 @@ TEST(CubeFile, NamesTheLineThatIsWrong) {
       {"LUT_1D_SIZE 2\n0 0 0\nTITLE \"late\"\n", "x.cube:3: a keyword stands among"},
       {"TITLE late\n", "x.cube:1: a title stands in quotation marks"},
       {"LUT_4D_SIZE 2\n", "x.cube:1: unknown keyword"},
-      {"LUT_1D_SIZE 2\nDOMAIN_MIN 0 1 0\n0 0 0\n1 1 1\n", "minimum is not below its maximum"},
+      {"LUT_1D_SIZE 2\nDOMAIN_MIN 0 1 0\n0 0 0\n1 1 1\n",
+       "x.cube:2: the domain's minimum is not below"},
   };
   for (const Case& c : cases) {
     EXPECT_NE(ErrorOf(c.text).find(c.error), std::string::npos) << c.text << "\n"

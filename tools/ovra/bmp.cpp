@@ -101,6 +101,9 @@ void WriteBmp(const Image& image, const OutputFile& file, const WriteOptions&) {
     const size_t copies = image.channels() == 1 ? 3 : 1;  // grey stands in all three
     for (size_t i = 0; i < image.row_bytes(); ++i) raw.insert(raw.end(), copies, row[i]);
   }
+  if (uint64_t{DibStride(width)} * height > UINT32_MAX - kHeaderBytes) {
+    file.Refuse("is too large for BMP");
+  }
   std::vector<uint8_t> dib(DibStride(width) * height);
   OvraRaw2Dib(raw.data(), dib.data(), width, height);
 

@@ -47,6 +47,24 @@ bool ParseNumbers(std::string_view line, std::vector<double>* numbers) {
   }
 }
 
+// The library truncates the weights of a matrix without second-order terms to 1/512 for 8 and 16
+// bits, and the constant to whole codes. Rounded here, they keep what they have; and the greatest one
+// takes up what the sum of a row loses, so that greys stay neutral and white stays white.
+void RoundLinearRow(double (&row)[10]) {
+  constexpr double kSteps = 512;
+  const double sum = std::round((row[0] + row[1] + row[2]) * kSteps);
+  size_t greatest = 0;
+  double rounded_sum = 0;
+  for (size_t t = 0; t < kConstantTerm; ++t) {
+    row[t] = std::round(row[t] * kSteps);
+    rounded_sum += row[t];
+    if (std::abs(row[t]) > std::abs(row[greatest])) greatest = t;
+  }
+  row[greatest] += sum - rounded_sum;
+  for (size_t t = 0; t < kConstantTerm; ++t) row[t] /= kSteps;
+  row[kConstantTerm] = std::round(row[kConstantTerm]);
+}
+
 }  // namespace
 
 ColorTerms SepiaTerms() {
@@ -99,13 +117,18 @@ ColorTerms ReadColorTerms(const std::string& path) {
 
 OvraColorMatrix MakeColorMatrix(const ColorTerms& terms, uint32_t max_sample) {
   OvraColorMatrix matrix = {};
+  bool is_linear = true;
   for (size_t k = 0; k < terms.size(); ++k) {
     for (size_t t = 0; t < terms[k].size(); ++t) {
       const double scale = t < kConstantTerm    ? 1
                            : t == kConstantTerm ? max_sample
                                                 : 1.0 / max_sample;
       matrix.rows[k][t] = terms[k][t] * scale;
+      is_linear &= t <= kConstantTerm || terms[k][t] == 0;
     }
+  }
+  if (is_linear) {
+    for (double(&row)[10] : matrix.rows) RoundLinearRow(row);
   }
   return matrix;
 }

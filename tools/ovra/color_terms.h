@@ -25,10 +25,10 @@ ColorTerms GainTerms(const std::array<double, 3>& gains);
 
 // Reads a text file of three lines with 3 or 10 numbers each, separated by blanks or commas; empty
 // lines and what follows a # do not count. Throws an Error of one line with the number of the line
-// that is wrong.
+// that is wrong, if it is not that there are too few.
 ColorTerms ReadColorTerms(const std::string& path);
 
-// The record for the library: pictures of 0..max_sample in and out.
+// The record for the library: pictures of 0..max_sample in and out, of 8 or 16 bits.
 OvraColorMatrix MakeColorMatrix(const ColorTerms& terms, uint32_t max_sample);
 
 }  // namespace ovra_host

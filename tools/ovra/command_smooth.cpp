@@ -12,6 +12,9 @@ struct SmoothOptions {
 
 void Smooth(const SmoothOptions& options, const CommonOptions& common) {
   const Image source = ReadImage(options.input);
+  if (source.channels() != 3 || source.depth_bits() != 8) {
+    throw Error(options.input + ": smooth needs a picture of 8 bits a sample in color");
+  }
   Image result(source.width(), source.height(), source.format());
   CallLibrary(common, "OvraEFilterImage", [&] {
     return OvraEFilterImage(source.data(), result.data(), static_cast<uint32_t>(source.width()),

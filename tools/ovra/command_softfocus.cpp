@@ -34,7 +34,9 @@ void SoftFocus(const SoftFocusOptions& options, const CommonOptions& common) {
 }  // namespace
 
 void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
-  constexpr int32_t kMaxRadius = 100'000;
+  // Beyond these a blur is so long that its gain, a rounded integer, changes all levels.
+  constexpr int32_t kMaxRadius = 2'000;
+  constexpr double kMaxDecay = 0.9;
   CLI::App* const command = app.add_subcommand("softfocus", "Mix in a blurred copy, for a glow");
   const auto options = std::make_shared<SoftFocusOptions>();
   AddInput(*command, "input", options->input, "picture of 8 bits a sample in color");
@@ -46,8 +48,8 @@ void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
       ->type_name("PIXELS")
       ->capture_default_str();
   command->add_option("--decay", options->decay, "What is left of a point's light at the radius")
-      ->check(CLI::Range(1e-9, 0.999999))
-      ->type_name("0..1")
+      ->check(CLI::Range(1e-9, kMaxDecay))
+      ->type_name("0..0.9")
       ->capture_default_str();
   command->add_option("--mix", options->mix, "Share of the blurred copy in the result")
       ->check(CLI::Range(0.0, 1.0))

@@ -85,12 +85,15 @@ class Parser {
       ParseTitle(Trim(line));
     } else if (keyword == "DOMAIN_MIN") {
       cube_.domain_min = ParseNumbers<3>(line);
+      domain_line_ = line_;
     } else if (keyword == "DOMAIN_MAX") {
       cube_.domain_max = ParseNumbers<3>(line);
+      domain_line_ = line_;
     } else if (keyword == "LUT_1D_INPUT_RANGE" || keyword == "LUT_3D_INPUT_RANGE") {
       const std::array<double, 2> range = ParseNumbers<2>(line);
       cube_.domain_min.fill(range[0]);
       cube_.domain_max.fill(range[1]);
+      domain_line_ = line_;
     } else if (keyword == "LUT_1D_SIZE") {
       ParseSize(1, CubeFile::kMaxPoints1D, line);
     } else if (keyword == "LUT_3D_SIZE") {
@@ -140,13 +143,15 @@ class Parser {
   void CheckDomain() const {
     for (size_t k = 0; k < 3; ++k) {
       if (!(cube_.domain_min[k] < cube_.domain_max[k])) {
-        throw Error(name_ + ": the domain's minimum is not below its maximum");
+        throw Error(name_ + ":" + std::to_string(domain_line_) +
+                    ": the domain's minimum is not below its maximum");
       }
     }
   }
 
   std::string name_;
   int line_ = 0;
+  int domain_line_ = 0;  // the last that changed the domain
   CubeFile cube_;
 };
 

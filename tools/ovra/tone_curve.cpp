@@ -74,7 +74,8 @@ std::vector<ToneCurve::Point> ParseCurvePoints(const std::string& text) {
     const auto [next, error] = std::from_chars(position, end, *value);
     if (error != std::errc()) return false;
     position = next;
-    return position == end || *position++ == separator;
+    if (position == end) return true;
+    return *position++ == separator && position != end;
   };
   do {
     ToneCurve::Point point;
