@@ -228,7 +228,7 @@ typedef struct OvraSoftFocusParams {
 // Soft focus: a copy of the picture, blurred along rows and then along columns, is mixed with it.
 // Beyond the right and the lower edge the blur sees the edge pixels repeated `radius` times, beyond
 // the left and the upper edge a picture that goes on evenly. The gain of the blur is a rounded
-// integer, so flat areas change: by a step for blurs of ten to a few hundred pixels, by several levels
+// integer, so flat areas change: by a level or two for blurs of ten to a few hundred pixels, by several
 // near the edges for shorter ones, and everywhere for very long ones.
 //
 // source, destination  pixels of three 8-bit samples, rows of exactly 3 * width bytes; they belong to

@@ -34,7 +34,8 @@ void SoftFocus(const SoftFocusOptions& options, const CommonOptions& common) {
 }  // namespace
 
 void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
-  // Beyond these a blur is so long that its gain, a rounded integer, changes all levels.
+  // Rounding of the gain changes all levels of very long blurs, up to black. These keep off the worst;
+  // both at once still darken.
   constexpr int32_t kMaxRadius = 2'000;
   constexpr double kMaxDecay = 0.9;
   CLI::App* const command = app.add_subcommand("softfocus", "Mix in a blurred copy, for a glow");
