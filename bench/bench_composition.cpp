@@ -2,7 +2,7 @@
 #include <string>
 
 #include "bench_support.h"
-#include "core/composition.h"
+#include "core/composition/composition.h"
 #include "ovra/basic.h"
 
 namespace ovra_bench {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/composition.h"
+#include "core/composition/composition.h"
 #include "fuzz_support.h"
 
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/dib_raw.h"
+#include "core/dib_raw/dib_raw.h"
 #include "fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {

@@ -5,6 +5,8 @@
 
 #include <stdint.h>
 
+#include "ovra/platform.h"
+
 // Every image is handed over as a base pointer, a width and a height in pixels, and one word:
 //
 //   bits  0-3   sample depth code    0..8 for 8..16 bits, 9 for 32 bits
@@ -40,9 +42,11 @@ typedef enum OvraRowOrder { OVRA_ROWS_TOP_DOWN = 0, OVRA_ROWS_BOTTOM_UP = 0x0100
 
 // Builds a format word. depth_bits: 8..16 or 32; channels: 1..4; row_alignment: 1, 2 or 4 bytes.
 // Other arguments give a word that every operation refuses.
-static inline OvraPixelFormatCode OvraMakePixelFormat(uint32_t depth_bits, uint32_t channels,
-                                                      OvraColorModel model, uint32_t row_alignment,
-                                                      OvraRowOrder row_order) {
+static inline OVRA_CONSTEXPR OvraPixelFormatCode OvraMakePixelFormat(uint32_t depth_bits,
+                                                                     uint32_t channels,
+                                                                     OvraColorModel model,
+                                                                     uint32_t row_alignment,
+                                                                     OvraRowOrder row_order) {
   const uint32_t invalid_code = 15;
   const uint32_t depth_code = depth_bits == 32                      ? 9
                               : depth_bits >= 8 && depth_bits <= 16 ? depth_bits - 8

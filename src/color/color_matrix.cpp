@@ -27,10 +27,9 @@ struct ColorMatrixContext {
 
 Status Accept(const FormatPair& formats, DecodedFormatPair* decoded) {
   constexpr FormatRules kRules = {
-      .min_channels = kChannels,
-      .max_channels = kChannels,
+      .channels = NumberSet::Of(kChannels),
       .channels_refused = OVRA_ERROR_MATRIX_CHANNELS,
-      .max_depth_bits = 16,
+      .depths_bits = NumberSet::Between(8, 16),
       .depth_refused = OVRA_ERROR_MATRIX_DEPTH,
       .accepts_model = IsRgbBgrOrYcc,
       .model_refused = OVRA_ERROR_MATRIX_COLOR_MODEL,

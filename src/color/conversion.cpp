@@ -2,24 +2,6 @@
 #include "color/conversion.h"
 
 namespace ovra {
-namespace {
-
-Status CheckFormat(const PixelFormat& format, const FormatRules& rules) {
-  if (format.channels < rules.min_channels || format.channels > rules.max_channels) {
-    return rules.channels_refused;
-  }
-  if (format.depth_bits > rules.max_depth_bits) return rules.depth_refused;
-  if (!rules.accepts_model(format)) return rules.model_refused;
-  if (format.arrangement != 0) return rules.arrangement_refused;
-  return OVRA_OK;
-}
-
-}  // namespace
-
-bool IsRgbBgrOrYcc(const PixelFormat& format) {
-  return format.color_model == OVRA_MODEL_RGB || format.color_model == OVRA_MODEL_BGR ||
-         format.color_model == OVRA_MODEL_YCC;
-}
 
 bool IsFourChannelCmyk(const PixelFormat& format) {
   return format.color_model == OVRA_MODEL_CMYK && format.channels == 4;

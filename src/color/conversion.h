@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/format_rules.h"
 #include "core/pixel_format.h"
 #include "core/status.h"
 
@@ -24,21 +25,7 @@ struct DecodedFormatPair {
   PixelFormat output;
 };
 
-// What is accepted of one image's format, each with the status of its refusal, in the order in
-// which it is checked.
-struct FormatRules {
-  uint32_t min_channels;
-  uint32_t max_channels;
-  Status channels_refused;
-  uint32_t max_depth_bits;
-  Status depth_refused;
-  bool (*accepts_model)(const PixelFormat& format);
-  Status model_refused;
-  Status arrangement_refused;  // every arrangement but interleaved
-};
-
-// Models for FormatRules::accepts_model.
-bool IsRgbBgrOrYcc(const PixelFormat& format);
+// A model for FormatRules::accepts_model.
 bool IsFourChannelCmyk(const PixelFormat& format);
 
 // Decodes both formats, input first, then judges the input, then the output. The first status that

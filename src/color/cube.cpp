@@ -21,10 +21,9 @@ struct CubeVariant {
 constexpr uint32_t kMaxOutputDepth = 12;
 
 constexpr FormatRules InputRules(uint32_t max_depth_bits, Status depth_refused) {
-  return {3,
-          3,
+  return {NumberSet::Of(3),
           OVRA_ERROR_CUBE_CHANNELS,
-          max_depth_bits,
+          NumberSet::Between(8, max_depth_bits),
           depth_refused,
           IsRgbBgrOrYcc,
           OVRA_ERROR_CUBE_COLOR_MODEL,
@@ -34,10 +33,9 @@ constexpr FormatRules InputRules(uint32_t max_depth_bits, Status depth_refused) 
 // Four channels of output are CMYK alone. Three of that model pass the channel check and are
 // refused for their model.
 constexpr FormatRules OutputRules(uint32_t max_channels, Status channels_refused) {
-  return {3,
-          max_channels,
+  return {NumberSet::Between(3, max_channels),
           channels_refused,
-          kMaxOutputDepth,
+          NumberSet::Between(8, kMaxOutputDepth),
           OVRA_ERROR_CUBE_DEPTH,
           max_channels == 3 ? IsRgbBgrOrYcc : IsFourChannelCmyk,
           OVRA_ERROR_CUBE_COLOR_MODEL,

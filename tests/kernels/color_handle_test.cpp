@@ -63,8 +63,20 @@ TEST(ColorHandle, LeaksNothingWhenMemoryRunsOut) {
 
 // Each case has everything wrong that is checked later.
 TEST(ColorFormats, AreDecodedBothThenJudgedInOrder) {
-  const ovra::FormatRules input = {3, 3, 1001, 12, 1002, ovra::IsRgbBgrOrYcc, 1003, 1004};
-  const ovra::FormatRules output = {3, 4, 2001, 14, 2002, ovra::IsFourChannelCmyk, 2003, 2004};
+  const ovra::FormatRules input = {ovra::NumberSet::Of(3),
+                                   1001,
+                                   ovra::NumberSet::Between(8, 12),
+                                   1002,
+                                   ovra::IsRgbBgrOrYcc,
+                                   1003,
+                                   1004};
+  const ovra::FormatRules output = {ovra::NumberSet::Of(3, 4),
+                                    2001,
+                                    ovra::NumberSet::Between(8, 14),
+                                    2002,
+                                    ovra::IsFourChannelCmyk,
+                                    2003,
+                                    2004};
   struct Case {
     ovra::FormatPair codes;
     Status expected;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/composition_kernels.h"
+#include "core/composition/kernels.h"
 
 #include <gtest/gtest.h>
 
@@ -25,8 +25,9 @@ constexpr size_t kMaxPixels = 70;
 
 class CompositionKernels : public ovra_test::AcceleratedTierTest {
  protected:
-  const ovra::CompositionKernels& plain_ = ovra::SelectCompositionKernels(KernelTier::kPlain);
-  const ovra::CompositionKernels& accelerated_ = ovra::SelectCompositionKernels(GetParam());
+  const ovra::CompositionKernels& plain_ = ovra::kCompositionPlain;
+  const ovra::CompositionKernels& accelerated_ = ovra::ForTier(
+      GetParam(), ovra::kCompositionPlain, ovra::kCompositionSse, ovra::kCompositionAvx2);
 };
 
 TEST_P(CompositionKernels, AlphaBlendEqualsPlain) {

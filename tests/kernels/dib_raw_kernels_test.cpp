@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/dib_raw_kernels.h"
+#include "core/dib_raw/kernels.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +19,10 @@ using ovra_test::GuardedBuffer;
 class DibRawKernels : public ovra_test::AcceleratedTierTest {};
 
 TEST_P(DibRawKernels, EqualsPlain) {
-  ovra::SwapRedBlueRow* const plain = ovra::SelectSwapRedBlue(KernelTier::kPlain);
-  ovra::SwapRedBlueRow* const accelerated = ovra::SelectSwapRedBlue(GetParam());
+  ovra::SwapRedBlueRow* const plain = ovra::kDibRawPlain.swap_red_blue;
+  ovra::SwapRedBlueRow* const accelerated =
+      ovra::ForTier(GetParam(), ovra::kDibRawPlain, ovra::kDibRawSse, ovra::kDibRawAvx2)
+          .swap_red_blue;
   ASSERT_NE(plain, accelerated);
   ovra_test::Random random(2);
   for (const Guard guard : {Guard::kAfter, Guard::kBefore}) {

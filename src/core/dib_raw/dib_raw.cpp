@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
-#include "core/dib_raw.h"
+#include "core/dib_raw/dib_raw.h"
 
 #include <cstddef>
 #include <cstring>
 
-#include "core/dib_raw_kernels.h"
+#include "core/dib_raw/kernels.h"
 #include "core/pixel_format.h"
 #include "core/rows.h"
 #include "ovra/basic.h"
@@ -32,11 +32,15 @@ Layout MakeLayout(uint32_t width, uint32_t height) {
           RowStride(signed_width, kChannels, kDepthBits, kDibAlignment)};
 }
 
+const DibRawKernels& KernelsOf(KernelTier tier) {
+  return ForTier(tier, kDibRawPlain, kDibRawSse, kDibRawAvx2);
+}
+
 }  // namespace
 
 void Dib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width, uint32_t height, KernelTier tier) {
   if (dib == nullptr || raw == nullptr) return;
-  SwapRedBlueRow* const swap_row = SelectSwapRedBlue(tier);
+  SwapRedBlueRow* const swap_row = KernelsOf(tier).swap_red_blue;
   const Layout layout = MakeLayout(width, height);
   for (std::ptrdiff_t y = 0; y < layout.height; ++y) {
     swap_row(RowAt<uint8_t>(dib, layout.dib_stride, layout.height - 1 - y),
@@ -46,7 +50,7 @@ void Dib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width, uint32_t height, 
 
 void Raw2Dib(const uint8_t* raw, uint8_t* dib, uint32_t width, uint32_t height, KernelTier tier) {
   if (dib == nullptr || raw == nullptr) return;
-  SwapRedBlueRow* const swap_row = SelectSwapRedBlue(tier);
+  SwapRedBlueRow* const swap_row = KernelsOf(tier).swap_red_blue;
   const Layout layout = MakeLayout(width, height);
   const auto padding = static_cast<size_t>(layout.dib_stride - layout.raw_stride);
   for (std::ptrdiff_t y = 0; y < layout.height; ++y) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "core/composition_kernels.h"
+#include "core/composition/kernels.h"
 
 namespace ovra {
 namespace {

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/cpu.h"
-
 namespace ovra {
 
 // Whose share a blending weight w of 0..255 is. The owner counts (w + 1) / 256, the other image
@@ -39,11 +37,5 @@ struct CompositionKernels {
 extern const CompositionKernels kCompositionPlain;
 extern const CompositionKernels kCompositionSse;
 extern const CompositionKernels kCompositionAvx2;
-
-inline const CompositionKernels& SelectCompositionKernels(KernelTier tier) {
-  if (tier == KernelTier::kAvx2) return kCompositionAvx2;
-  if (tier == KernelTier::kSse) return kCompositionSse;
-  return kCompositionPlain;
-}
 
 }  // namespace ovra

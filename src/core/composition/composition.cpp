@@ -1,21 +1,24 @@
 // SPDX-License-Identifier: MIT
-#include "core/composition.h"
+#include "core/composition/composition.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
-#include "core/composition_kernels.h"
+#include "core/composition/kernels.h"
+#include "core/format_rules.h"
 #include "ovra/basic.h"
 
 namespace ovra {
 namespace {
 
-constexpr uint32_t kDepthBits = 8;
+bool AcceptsColorModel(const PixelFormat& format) {
+  return format.color_model <= OVRA_MODEL_YCC || format.color_model == OVRA_MODEL_RGBA ||
+         format.color_model == OVRA_MODEL_BGRA;
+}
 
-bool AcceptsColorModel(uint32_t color_model) {
-  return color_model <= OVRA_MODEL_YCC || color_model == OVRA_MODEL_RGBA ||
-         color_model == OVRA_MODEL_BGRA;
+const CompositionKernels& KernelsOf(KernelTier tier) {
+  return ForTier(tier, kCompositionPlain, kCompositionSse, kCompositionAvx2);
 }
 
 struct Size {
@@ -116,13 +119,16 @@ WeightOf WeightOfMode(uint8_t blend_mode) {
 }  // namespace
 
 Status CheckCompositeFormat(PixelFormatCode code, PixelFormat* format) {
-  const Status status = DecodePixelFormat(code, format);
-  if (status != OVRA_OK) return status;
-  // The decoder lets 1 to 4 channels through, all of which are accepted here.
-  if (format->depth_bits > kDepthBits) return OVRA_ERROR_COMPOSITE_DEPTH;
-  if (!AcceptsColorModel(format->color_model)) return OVRA_ERROR_COMPOSITE_COLOR_MODEL;
-  if (format->arrangement != 0) return OVRA_ERROR_COMPOSITE_ARRANGEMENT;
-  return OVRA_OK;
+  static constexpr FormatRules kRules = {
+      .channels = NumberSet::Between(1, 4),
+      .channels_refused = OVRA_ERROR_COMPOSITE_CHANNELS,
+      .depths_bits = NumberSet::Of(8),
+      .depth_refused = OVRA_ERROR_COMPOSITE_DEPTH,
+      .accepts_model = AcceptsColorModel,
+      .model_refused = OVRA_ERROR_COMPOSITE_COLOR_MODEL,
+      .arrangement_refused = OVRA_ERROR_COMPOSITE_ARRANGEMENT,
+  };
+  return DecodeAndCheckFormat(code, kRules, format);
 }
 
 Status CompositeImage(uint8_t* destination, int32_t destination_width, int32_t destination_height,
@@ -149,9 +155,8 @@ Status CompositeImage(uint8_t* destination, int32_t destination_width, int32_t d
     CopyRows(source, destination, area, source_format.channels);
     return OVRA_OK;
   }
-  AlphaBlendRow* const blend_row = SelectCompositionKernels(tier)
-                                       .Of(WeightOfMode(blend_mode))
-                                       .alpha[destination_format.channels - 1];
+  AlphaBlendRow* const blend_row =
+      KernelsOf(tier).Of(WeightOfMode(blend_mode)).alpha[destination_format.channels - 1];
   for (std::ptrdiff_t row = 0; row < area.rows; ++row) {
     blend_row(source + area.SourceAt(row), destination + area.DestinationAt(row), area.pixels);
   }
@@ -177,7 +182,7 @@ Status CompositeImageWithMaskBlending(uint8_t* destination, int32_t destination_
   const Area area = FindArea(destination_size, format, source_size, format, x, first_row);
   // Not one of the checks: a mask that is not read may be missing.
   if (area.rows > 0 && mask == nullptr) return OVRA_ERROR_COMPOSITE_NULL;
-  MaskBlendRow* const blend_row = SelectCompositionKernels(tier).Of(WeightOfMode(blend_mode)).mask;
+  MaskBlendRow* const blend_row = KernelsOf(tier).Of(WeightOfMode(blend_mode)).mask;
   const std::ptrdiff_t samples = area.pixels * static_cast<std::ptrdiff_t>(format.channels);
   for (std::ptrdiff_t row = 0; row < area.rows; ++row) {
     blend_row(source + area.SourceAt(row), mask + area.SourceAt(row),
