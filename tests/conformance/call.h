@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: MIT
+// The conformance test runs random calls of every operation.
+//
+// An operation is a function that draws one valid call (formats, sizes, parameters), asks the Call
+// for its buffers, and makes the call of the public interface. Everything follows from the drawn
+// numbers, so the same call can be made again: by every tier of kernels, with an allocation that
+// fails, in the program that is linked to the shared library, and by the fuzzer. What must hold for
+// every call is checked here and in the tests; the operation says nothing about results. They are
+// pinned by digests.txt, a 64-bit hash of the statuses and destinations of each operation and
+// block of seeds.
+//
+// To add an operation:
+//   1. Write `void Name(Call& call)` into the file of its family, or a new one beside it:
+//
+//        void Flip(Call& call) {
+//          const Shape shape = {call.draw.Size(1, 300), call.draw.Size(1, 40),
+//                               call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB}, 16)};
+//          const uint8_t* const source = call.Source(shape);
+//          uint8_t* const destination = call.Destination(shape, Padding::kKept);
+//          call.Run([&] { return OvraFlip(source, destination, ...); });
+//        }
+//
+//      Contexts are made, used and released within one Run. No floating-point arithmetic, and no two
+//      draws in the arguments of one function call.
+//   2. Name it in operations.h, and a new file in tests/CMakeLists.txt and fuzz/CMakeLists.txt.
+//   3. Pin it, when its results are known to be right (by worked examples and properties, in a test
+//      of their own): OVRA_PIN_DIGESTS=1 build/release/bin/ovra_api_tests
+//      --gtest_filter='*Digests*' adds the digests that are missing. Digests that are there never
+//      change; after a change of the arithmetic itself, delete the operation's lines first.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "conformance/draw.h"
+#include "ovra/ovra.h"
+#include "support/guarded_buffer.h"
+
+namespace ovra_test {
+
+// An image's sizes in pixels and its format.
+struct Shape {
+  int32_t width;
+  int32_t height;
+  OvraPixelFormatCode format;
+
+  uint32_t Channels() const { return (format >> 4 & 15) + 1; }
+  uint32_t DepthBits() const { return (format & 15) + 8; }
+  uint32_t MaxSample() const { return (1U << DepthBits()) - 1; }
+  size_t SampleBytes() const { return DepthBits() == 8 ? 1 : 2; }
+  size_t RowSamples() const { return static_cast<size_t>(width) * Channels(); }
+  size_t RowBytes() const { return RowSamples() * SampleBytes(); }
+  size_t Stride() const;
+  // All rows with their padding, and up to the last sample.
+  size_t PaddedBytes() const { return Stride() * static_cast<size_t>(height); }
+  size_t Bytes() const { return PaddedBytes() - Stride() + RowBytes(); }
+
+  // The same with another field of the format word.
+  Shape WithAlignmentOf(OvraPixelFormatCode other) const;
+};
+
+// What an operation does with the bytes between the rows of its destination.
+enum class Padding {
+  kKept,     // nothing; the destination ends at its last sample
+  kWritten,  // it belongs to the result
+};
+
+// What calling an operation came to.
+struct Outcome {
+  std::vector<uint8_t> output;  // the statuses, then all destinations
+  OvraStatus status = OVRA_OK;  // the first that is not OVRA_OK
+  OvraStatus no_memory_status = OVRA_ERROR_NO_MEMORY;
+  bool may_do_without_memory = false;
+  std::string complaint;  // what it did that no call may do; empty when well
+};
+
+class Call {
+ public:
+  using Invocation = std::function<OvraStatus()>;
+  using Invoker = std::function<OvraStatus(const Invocation&)>;
+
+  Call(Draw drawn, Invoker invoker) : draw(drawn), invoker_(std::move(invoker)) {}
+
+  Draw draw;
+
+  // A format word of one of the models, with the channels that the model has and 8 to
+  // `max_depth` bits, of any row alignment and row order.
+  OvraPixelFormatCode Format(std::initializer_list<OvraColorModel> models, uint32_t max_depth);
+
+  // An image to be read, up to its last sample. Its contents are of many kinds.
+  const uint8_t* Source(const Shape& shape) { return FillImage(NewSource(shape.Bytes()), shape); }
+  // The same with the padding of the last row.
+  const uint8_t* PaddedSource(const Shape& shape) {
+    return FillImage(NewSource(shape.PaddedBytes()), shape);
+  }
+  // An image to be written, and `extra` bytes behind it.
+  uint8_t* Destination(const Shape& shape, Padding padding, size_t extra = 0);
+  // An image that is read and written.
+  uint8_t* SourceAndDestination(const Shape& shape);
+
+  // `count` elements that an operation reads.
+  template <class T>
+  T* Input(size_t count) {
+    return reinterpret_cast<T*>(NewSource(count * sizeof(T)));
+  }
+  // `count` elements that an operation writes.
+  template <class T>
+  T* Output(size_t count) {
+    return reinterpret_cast<T*>(NewDestination(count * sizeof(T)));
+  }
+  // Inputs are also given as they are: samples of up to `max`, of which many are 0 or `max`.
+  const uint16_t* Samples(size_t count, uint32_t max);
+
+  // The status of a call that gets no memory, where it is not OVRA_ERROR_NO_MEMORY.
+  void SetNoMemoryStatus(OvraStatus status) { outcome_.no_memory_status = status; }
+  // The operation can do without some memory, and succeeds then with another result.
+  void MayDoWithoutMemory() { outcome_.may_do_without_memory = true; }
+
+  void Run(const Invocation& invocation);
+
+  // To be asked once, after the operation.
+  Outcome Finish();
+
+ private:
+  struct Buffer {
+    Buffer(size_t size, Guard guard) : memory(size, guard) {}
+    GuardedBuffer memory;
+    std::vector<uint8_t> before;
+    bool is_destination = false;
+    size_t row_bytes = 0;  // of rows whose padding must stay, or 0
+    size_t stride = 0;
+  };
+
+  Buffer& NewBuffer(size_t size);
+  uint8_t* NewSource(size_t size) { return NewBuffer(size).memory.data(); }
+  uint8_t* NewDestination(size_t size);
+  uint8_t* FillImage(uint8_t* image, const Shape& shape);
+  void Check(const Buffer& buffer, OvraStatus status);
+
+  Invoker invoker_;
+  std::vector<std::unique_ptr<Buffer>> buffers_;
+  Outcome outcome_;
+};
+
+struct Operation {
+  const char* name;
+  void (*call)(Call& call);
+};
+
+// Draws and makes one call. `invoker` calls what it is given, in whatever circumstances.
+Outcome MakeCall(
+    const Operation& operation, const Draw& draw,
+    const Call::Invoker& invoker = [](const Call::Invocation& run) { return run(); });
+
+}  // namespace ovra_test

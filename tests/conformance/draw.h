@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+// The one source of all choices that a random call makes.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+
+#include "support/random.h"
+
+namespace ovra_test {
+
+// Numbers from given bytes while there are any, as a fuzzer hands them over, and from a generator
+// after that. The same on every platform and compiler, as long as callers draw in a fixed order:
+// arguments of one function call have none, so draw into variables or between braces.
+class Draw {
+ public:
+  explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {})
+      : random_(seed), bytes_(bytes) {}
+
+  // In [low, high], all as likely.
+  int32_t Int(int32_t low, int32_t high) {
+    const auto span = static_cast<uint64_t>(int64_t{high} - low);
+    const int bytes = span < 0x100 ? 1 : span < 0x10000 ? 2 : 4;
+    if (bytes_.empty()) return RandomInt(random_, low, high);
+    return static_cast<int32_t>(low + static_cast<int64_t>(Bytes(bytes) % (span + 1)));
+  }
+
+  bool OneIn(int32_t n) { return Int(0, n - 1) == 0; }
+
+  template <class T>
+  T Of(std::initializer_list<T> choices) {
+    return choices.begin()[Int(0, static_cast<int32_t>(choices.size()) - 1)];
+  }
+
+  // Sizes: mostly of a few vectors, now and then one only, or many.
+  int32_t Size(int32_t low, int32_t high) {
+    const int32_t kind = Int(0, 7);
+    if (kind == 0) return low;
+    return Int(low, kind == 1 || high < low + kUsual ? high : low + kUsual);
+  }
+
+  // A multiple of 1/64 in [low, high]: exact in every floating-point type.
+  float Fraction(int32_t low, int32_t high) {
+    return static_cast<float>(Int(64 * low, 64 * high)) / 64.0F;
+  }
+
+  uint32_t Bits() { return static_cast<uint32_t>(bytes_.empty() ? random_() : Bytes(4)); }
+
+ private:
+  static constexpr int32_t kUsual = 70;
+
+  uint64_t Bytes(int count) {
+    uint64_t value = 0;
+    for (; count > 0 && !bytes_.empty(); --count, bytes_ = bytes_.subspan(1)) {
+      value = value << 8 | bytes_.front();
+    }
+    return value;
+  }
+
+  Random random_;
+  std::span<const uint8_t> bytes_;
+};
+
+}  // namespace ovra_test

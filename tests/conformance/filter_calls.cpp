@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <limits>
+
+#include "conformance/operations.h"
+
+namespace ovra_test {
+namespace {
+
+// Points of increasing x from `first` on, in units of 1/64.
+const OvraResponsePoint* DrawCurve(Call& call, int32_t count, int32_t first) {
+  auto* const points = call.Input<OvraResponsePoint>(static_cast<size_t>(count));
+  int32_t x = call.draw.Int(first, 0);
+  for (int32_t i = 0; i < count; ++i) {
+    points[i] = {x / 64.0, call.draw.Int(-128, 256) / 64.0};
+    x += call.draw.Int(1, std::max(1, (64 - x) / (count - i)));
+  }
+  return points;
+}
+
+struct Response {
+  float amount;
+  const int16_t* level;
+  const int16_t* difference;
+};
+
+// Tables of curves, or of any numbers.
+Response DrawResponse(Call& call) {
+  auto* const level = call.Input<int16_t>(OVRA_LEVEL_TABLE_SIZE);
+  auto* const difference = call.Input<int16_t>(OVRA_DIFFERENCE_TABLE_SIZE);
+  const int32_t kind = call.draw.Int(0, 3);
+  if (kind == 0) {
+    Random random(call.draw.Bits());
+    FillSamples(random, level, level + OVRA_LEVEL_TABLE_SIZE, 0xFFFF);
+    FillSamples(random, difference, difference + OVRA_DIFFERENCE_TABLE_SIZE, 0xFFFF);
+  } else {
+    std::fill_n(level, OVRA_LEVEL_TABLE_SIZE, int16_t{128});
+    std::fill_n(difference, OVRA_DIFFERENCE_TABLE_SIZE, int16_t{128});
+    const int32_t level_points = call.draw.Int(1, 5);
+    const int32_t difference_points = call.draw.Int(1, 5);
+    const OvraResponsePoint* const level_curve = DrawCurve(call, level_points, 0);
+    const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -64);
+    OvraYUsmMakeTable(0, level_points, level_curve, difference_points, difference_curve, level,
+                      difference);
+  }
+  const float usual = call.draw.Fraction(-4, 8);
+  const float amount = call.draw.OneIn(16) ? call.draw.Of({1e9F, -1e30F, 0.0F}) : usual;
+  return {amount, level, difference};
+}
+
+// Weights of a blur whose sum is mostly 128, or any.
+const int32_t* DrawWeights(Call& call, int32_t count) {
+  auto* const weights = call.Input<int32_t>(static_cast<size_t>(count));
+  const int32_t kind = call.draw.Int(0, 7);
+  int32_t left = 128;
+  for (int32_t i = 0; i < count; ++i) {
+    const int32_t share = i + 1 == count ? left : left * 2 / (count - i + 1);
+    left -= share;
+    weights[i] = kind == 0   ? static_cast<int32_t>(call.draw.Bits())
+                 : kind == 1 ? call.draw.Int(-300, 300)
+                 : kind == 2 ? call.draw.Of({32767, -32768, 0})
+                             : share;
+  }
+  return weights;
+}
+
+uint32_t Unsigned(int32_t size) {
+  return static_cast<uint32_t>(size);
+}
+
+}  // namespace
+
+void ResponseTables(Call& call) {
+  const int32_t level_points = call.draw.Int(1, 6);
+  const int32_t difference_points = call.draw.Int(1, 6);
+  const OvraResponsePoint* const level_curve = DrawCurve(call, level_points, 0);
+  const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -64);
+  auto* const level = call.Output<int16_t>(OVRA_LEVEL_TABLE_SIZE);
+  auto* const difference = call.Output<int16_t>(OVRA_DIFFERENCE_TABLE_SIZE);
+  call.Run([&] {
+    return OvraYUsmMakeTable(0x120, level_points, level_curve, difference_points, difference_curve,
+                             level, difference);
+  });
+}
+
+void YUsm(Call& call) {
+  const int32_t taps = call.draw.Of({1, 2, 3, 5, 8, 9, call.draw.Int(1, OVRA_YUSM_MAX_TAPS)});
+  const Shape shape = {call.draw.Size(taps, 300), call.draw.Int(taps, taps + 30),
+                       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_BGR, OVRA_MODEL_YCC,
+                                    OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
+                                   14)};
+  const int32_t* const weights = DrawWeights(call, taps);
+  const Response response = DrawResponse(call);
+  const bool in_place = call.draw.OneIn(4);
+  const bool single_step = call.draw.OneIn(2);
+  uint8_t* const destination =
+      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
+  const uint8_t* const source = in_place ? destination : call.Source(shape);
+  const uint32_t width = Unsigned(shape.width);
+  const uint32_t height = Unsigned(shape.height);
+  call.Run([&] {
+    if (single_step) {
+      return OvraYUsmSingleStep(source, destination, width, height, shape.format, taps, weights,
+                                response.amount, response.level, response.difference);
+    }
+    OvraYUsmContext* context = nullptr;
+    OvraStatus status = OvraYUsm_Init(shape.format, taps, weights, response.amount, response.level,
+                                      response.difference, &context);
+    if (status == OVRA_OK) {
+      status = OvraYUsm(source, destination, width, height, shape.format, context);
+    }
+    OvraYUsm_Free(&context);
+    return status;
+  });
+}
+
+void YUsmDouble(Call& call) {
+  Draw& draw = call.draw;
+  const bool single_step = draw.OneIn(2);
+  const int32_t most_taps = single_step ? 40 : OVRA_YUSM_DOUBLE_MAX_TAPS;
+  const int32_t taps1 = draw.Of({3, 7, 25, draw.Int(0, most_taps)});
+  const int32_t taps2 = draw.Of({1, 3, 5, draw.Int(0, most_taps)});
+  const int32_t least = std::max({taps1, taps2, 1});
+  // From 2140 pixels on the rows stream through rings.
+  const int32_t width = draw.OneIn(4) ? draw.Int(2140, 2160) : draw.Size(least, 200);
+  const Shape shape = {width, draw.Int(least, least + 30), draw.Of({0x120U, 0x320U})};
+  const int32_t* const weights1 = DrawWeights(call, taps1);
+  const Response response1 = DrawResponse(call);
+  const int32_t* const weights2 = DrawWeights(call, taps2);
+  const Response response2 = DrawResponse(call);
+  const bool in_place = draw.OneIn(4);
+  uint8_t* const destination =
+      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
+  const uint8_t* const source = in_place ? destination : call.Source(shape);
+  call.Run([&] {
+    if (single_step) {
+      return OvraYUsmDoubleSingleStep(
+          source, destination, Unsigned(shape.width), Unsigned(shape.height), shape.format,
+          Unsigned(taps1), weights1, Unsigned(taps2), weights2, response1.amount, response1.level,
+          response1.difference, response2.amount, response2.level, response2.difference);
+    }
+    OvraYUsmDoubleContext* context = nullptr;
+    OvraStatus status =
+        OvraYUsmDouble_Init(shape.format, Unsigned(taps1), weights1, Unsigned(taps2), weights2,
+                            response1.amount, response1.level, response1.difference,
+                            response2.amount, response2.level, response2.difference, &context);
+    if (status == OVRA_OK) {
+      status = OvraYUsmDouble(source, destination, Unsigned(shape.width), Unsigned(shape.height),
+                              shape.format, context);
+    }
+    OvraYUsmDouble_Free(&context);
+    return status;
+  });
+}
+
+void EdgeFilter(Call& call) {
+  // Rows are packed whatever the format says.
+  const Shape shape = {call.draw.Size(1, 300), call.draw.Int(1, 30),
+                       call.draw.Of({0x120U, 0x220U, 0x320U})};
+  const OvraPixelFormatCode ignored = call.draw.Of({0U, 0x00200000U, 0x01100000U});
+  const uint8_t* const source = call.Source(shape);
+  uint8_t* const destination = call.Destination(shape, Padding::kKept);
+  call.MayDoWithoutMemory();
+  call.Run([&] {
+    return OvraEFilterImage(source, destination, Unsigned(shape.width), Unsigned(shape.height),
+                            shape.format | ignored);
+  });
+}
+
+void SoftFocus(Call& call) {
+  Draw& draw = call.draw;
+  const Shape shape = {draw.Size(1, 200), draw.Size(1, 100), 0x120};
+  // In pixels of the picture; its shorter side scales the parameter.
+  const int32_t radius = draw.Of({draw.Int(0, 60), draw.Int(60, 4000)});
+  OvraSoftFocusParams params = {};
+  params.radius = radius * 2503 / std::min(shape.width, shape.height);
+  params.decay_exponent = draw.Of({1, 2, draw.Int(-1, 200)});
+  params.decay_base = draw.Int(0, 256) / 256.0;
+  params.mix = draw.Of({1.0, draw.Int(-16, 80) / 64.0});
+  const bool in_place = draw.OneIn(4);
+  uint8_t* const destination =
+      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
+  const uint8_t* const source = in_place ? destination : call.Source(shape);
+  call.Run([&] {
+    return OvraSoftFocus(source, destination, Unsigned(shape.width), Unsigned(shape.height),
+                         &params);
+  });
+}
+
+}  // namespace ovra_test

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#include "conformance/operations.h"
+
+namespace ovra_test {
+
+void Rotate(Call& call) {
+  const Shape shape = {
+      call.draw.Size(1, 200), call.draw.Size(1, 200),
+      call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_TRIPLE_7, OVRA_MODEL_CMYK}, 16)};
+  const int32_t mode = call.draw.Int(OVRA_ROTATE_NONE, OVRA_ROTATE_TRANSPOSE);
+  const bool turns = mode % 2 != 0;
+  const uint8_t* const source = call.Source(shape);
+  uint8_t* const destination = call.Destination(
+      turns ? Shape{shape.height, shape.width, shape.format} : shape, Padding::kWritten);
+  call.Run([&] {
+    return OvraRotateImage(source, destination, shape.width, shape.height, shape.format, mode);
+  });
+}
+
+void Extrapolate(Call& call) {
+  const Shape source_shape = {
+      call.draw.Size(1, 150), call.draw.Int(1, 30),
+      call.Format({OVRA_MODEL_GREY, OVRA_MODEL_YCC, OVRA_MODEL_BGR, OVRA_MODEL_CMYK}, 16)};
+  const int32_t x = call.draw.Int(0, 40);
+  const int32_t y = call.draw.Int(0, 9);
+  const Shape shape = {source_shape.width + x + call.draw.Int(0, 40),
+                       source_shape.height + y + call.draw.Int(0, 9), source_shape.format};
+  const bool fills_all = call.draw.OneIn(16);
+  const uint8_t* const source = call.Source(source_shape);
+  constexpr size_t kClearedBehind = 2;  // some formats clear two bytes behind the image
+  uint8_t* const destination =
+      call.Destination(shape, Padding::kWritten, shape.SampleBytes() == 2 ? kClearedBehind : 0);
+  const uint16_t* const fill = call.Samples(shape.Channels(), 0xFFFF);
+  call.Run([&] {
+    return OvraExtrapolateImage(source, static_cast<uint32_t>(source_shape.width),
+                                fills_all ? 0 : static_cast<uint32_t>(source_shape.height),
+                                destination, static_cast<uint32_t>(shape.width),
+                                static_cast<uint32_t>(shape.height), shape.format, x, y, fill);
+  });
+}
+
+}  // namespace ovra_test

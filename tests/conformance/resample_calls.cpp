@@ -1,0 +1,190 @@
+// SPDX-License-Identifier: MIT
+#include <limits>
+
+#include "conformance/operations.h"
+
+namespace ovra_test {
+namespace {
+
+struct Region {
+  int32_t x;
+  int32_t y;
+  int32_t width;
+  int32_t height;
+};
+
+struct Images {
+  Shape source_shape;
+  Shape destination_shape;
+  Region region;
+  const uint8_t* source;
+  uint8_t* destination;
+};
+
+// A source of at least `least` pixels each way, and a region of it that may begin before it.
+Images DrawImages(Call& call, int32_t least, int32_t most) {
+  Draw& draw = call.draw;
+  const OvraPixelFormatCode format = call.Format(
+      {OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_YCC, OVRA_MODEL_TRIPLE_5, OVRA_MODEL_CMYK}, 16);
+  Images images = {};
+  images.source_shape = {draw.Size(least, most), draw.Size(least, 60), format};
+  const Shape& source = images.source_shape;
+  images.region = {0, 0, source.width, source.height};
+  if (draw.OneIn(2)) {
+    images.region.width = draw.Int(least, source.width);
+    images.region.height = draw.Int(least, source.height);
+    const int32_t before = draw.OneIn(4) ? 6 : 0;
+    images.region.x = draw.Int(-before, source.width - images.region.width);
+    images.region.y = draw.Int(-before, source.height - images.region.height);
+  }
+  return images;
+}
+
+// Both axes are scaled by the one factor that follows from the sizes, or as the caller says.
+void DrawDestination(Call& call, int32_t least, int32_t most, Images* images) {
+  const bool same_size = call.draw.OneIn(16);
+  images->destination_shape = {call.draw.Size(least, most), call.draw.Size(least, 60),
+                               images->source_shape.format};
+  if (same_size) images->destination_shape = images->source_shape;
+  images->source =
+      same_size ? call.PaddedSource(images->source_shape) : call.Source(images->source_shape);
+  images->destination =
+      call.Destination(images->destination_shape, same_size ? Padding::kWritten : Padding::kKept);
+}
+
+// A usual kernel, or numbers of any kind.
+const float* DrawTable(Call& call) {
+  auto* const table = call.Input<float>(OVRA_KERNEL_TABLE_ENTRIES);
+  const float parameter = call.draw.Fraction(-2, 2);
+  if (call.draw.OneIn(2)) {
+    OvraCalcCubicSpline(parameter, table);
+  } else {
+    OvraCalcBSpline(parameter, table);
+  }
+  const int32_t changed = call.draw.OneIn(6) ? call.draw.Int(1, 4) : 0;
+  for (int32_t k = 0; k < changed; ++k) {
+    constexpr float kInfinity = std::numeric_limits<float>::infinity();
+    const int32_t begin = call.draw.Int(0, OVRA_KERNEL_TABLE_ENTRIES - 1000);
+    const float fraction = call.draw.Fraction(-3, 3);
+    const float value = call.draw.Of({fraction, fraction, 0.0F, 1e30F, -1e30F, kInfinity,
+                                      std::numeric_limits<float>::quiet_NaN()});
+    for (int32_t i = 0; i < 1000; ++i) table[begin + i] = value;
+  }
+  return table;
+}
+
+int32_t DrawTaps(Draw& draw) {
+  return draw.Of({4, 4, 5, 6, 7, 8, 16, draw.Int(4, 24)});
+}
+
+// Mostly about 1; enlargements have the same kernels.
+double DrawFactor(Draw& draw) {
+  return draw.Of({1.0, 0.33, 2.0, draw.Int(22, 256) / 64.0, draw.Int(22, 100) / 64.0});
+}
+
+// Also mirrored, and far from 1.
+double DrawAnyFactor(Draw& draw) {
+  const double factor = DrawFactor(draw);
+  return factor * draw.Of({1.0, 1.0, 1.0, -1.0, 0.125, 64.0});
+}
+
+float DrawStretch(Draw& draw) {
+  return draw.Of({1.0F, 2.0F, draw.Int(1, 256) / 64.0F});
+}
+
+}  // namespace
+
+void KernelTable(Call& call) {
+  const float parameter = call.draw.Fraction(-10, 10);
+  auto* const table = call.Output<float>(OVRA_KERNEL_TABLE_ENTRIES);
+  const bool cubic = call.draw.OneIn(2);
+  call.Run([&] {
+    return cubic ? OvraCalcCubicSpline(parameter, table) : OvraCalcBSpline(parameter, table);
+  });
+}
+
+void Resize(Call& call) {
+  Images i = DrawImages(call, 8, 300);
+  DrawDestination(call, call.draw.Of({1, 8, 8}), 300, &i);
+  const bool is_whole =
+      i.region.width == i.source_shape.width && i.region.height == i.source_shape.height;
+  call.Run([&] {
+    return is_whole ? OvraResizeImage(i.source, i.source_shape.width, i.source_shape.height,
+                                      i.destination, i.destination_shape.width,
+                                      i.destination_shape.height, i.source_shape.format)
+                    : OvraResizeImageROI(i.source, i.source_shape.width, i.source_shape.height,
+                                         i.destination, i.destination_shape.width,
+                                         i.destination_shape.height, i.source_shape.format,
+                                         i.region.x, i.region.y, i.region.width, i.region.height);
+  });
+}
+
+void ResizeByFactors(Call& call) {
+  Images i = DrawImages(call, 12, 300);
+  DrawDestination(call, 12, 300, &i);
+  const double horizontal = DrawFactor(call.draw);
+  const double vertical = DrawFactor(call.draw);
+  const bool is_whole =
+      i.region.width == i.source_shape.width && i.region.height == i.source_shape.height;
+  call.Run([&] {
+    return is_whole
+               ? OvraResizeImageVAR(i.source, i.source_shape.width, i.source_shape.height,
+                                    i.destination, i.destination_shape.width,
+                                    i.destination_shape.height, i.source_shape.format, horizontal,
+                                    vertical)
+               : OvraResizeImageROIVAR(
+                     i.source, i.source_shape.width, i.source_shape.height, i.destination,
+                     i.destination_shape.width, i.destination_shape.height, i.source_shape.format,
+                     i.region.x, i.region.y, i.region.width, i.region.height, horizontal, vertical);
+  });
+}
+
+void ResizeCore(Call& call) {
+  const int32_t taps = DrawTaps(call.draw);
+  Images i = DrawImages(call, taps, 300);
+  DrawDestination(call, taps, 300, &i);
+  const float stretch = DrawStretch(call.draw);
+  const float* const table = DrawTable(call);
+  call.MayDoWithoutMemory();
+  call.Run([&] {
+    return OvraResizeImageCore(i.source, i.source_shape.width, i.source_shape.height, i.destination,
+                               i.destination_shape.width, i.destination_shape.height,
+                               i.source_shape.format, i.region.x, i.region.y, i.region.width,
+                               i.region.height, table, stretch, taps);
+  });
+}
+
+void ResizeCoreByFactors(Call& call) {
+  const int32_t horizontal_taps = DrawTaps(call.draw);
+  const int32_t vertical_taps = DrawTaps(call.draw);
+  const int32_t most_taps = horizontal_taps > vertical_taps ? horizontal_taps : vertical_taps;
+  Images i = DrawImages(call, most_taps, 300);
+  DrawDestination(call, most_taps, 300, &i);
+  const double horizontal = DrawAnyFactor(call.draw);
+  const double vertical = DrawAnyFactor(call.draw);
+  const float horizontal_stretch = DrawStretch(call.draw);
+  const float vertical_stretch = DrawStretch(call.draw);
+  const float* const table = DrawTable(call);
+  call.MayDoWithoutMemory();
+  call.Run([&] {
+    return OvraResizeImageCoreVAR(
+        i.source, i.source_shape.width, i.source_shape.height, i.destination,
+        i.destination_shape.width, i.destination_shape.height, i.source_shape.format, i.region.x,
+        i.region.y, i.region.width, i.region.height, horizontal, vertical, table,
+        horizontal_stretch, vertical_stretch, horizontal_taps, vertical_taps);
+  });
+}
+
+void SmallResize(Call& call) {
+  Images i = DrawImages(call, 1, 400);
+  DrawDestination(call, 1, call.draw.Of({12, 40, 130}), &i);
+  const float* const table = DrawTable(call);
+  call.Run([&] {
+    return OvraSmallResizeImage(i.source, i.source_shape.width, i.source_shape.height,
+                                i.destination, i.destination_shape.width,
+                                i.destination_shape.height, i.source_shape.format, i.region.x,
+                                i.region.y, i.region.width, i.region.height, table);
+  });
+}
+
+}  // namespace ovra_test
