@@ -55,6 +55,11 @@ struct Sse {
   static void Store16AsU8(void* p, Reg a) {
     _mm_storel_epi64(static_cast<Reg*>(p), _mm_packus_epi16(a, a));
   }
+  // 16 bytes as whole 16-bit elements, in 2 / kLanes registers.
+  static void WidenU8To16(Sse::Reg bytes, Reg (&out)[2]) {
+    out[0] = _mm_cvtepu8_epi16(bytes);
+    out[1] = _mm_unpackhi_epi8(bytes, Zero());
+  }
   // Half a register's bytes from memory as whole 32-bit elements, or limited to 16 bits and back.
   static Reg LoadS16As32(const void* p) { return _mm_cvtepi16_epi32(LoadHalf(p)); }
   static Reg LoadU16As32(const void* p) { return _mm_cvtepu16_epi32(LoadHalf(p)); }
@@ -263,6 +268,7 @@ struct Avx2 {
   static void Store16AsU8(void* p, Reg a) {
     Sse::Store(p, _mm_packus_epi16(Lane(a, 0), Lane(a, 1)));
   }
+  static void WidenU8To16(Sse::Reg bytes, Reg (&out)[1]) { out[0] = _mm256_cvtepu8_epi16(bytes); }
   static Reg LoadS16As32(const void* p) { return _mm256_cvtepi16_epi32(LoadHalf(p)); }
   static Reg LoadU16As32(const void* p) { return _mm256_cvtepu16_epi32(LoadHalf(p)); }
   static void Store32AsS16(void* p, Reg a) {
