@@ -30,7 +30,6 @@ class ZimgResize {
     params.resample_filter = ZIMG_RESIZE_BICUBIC;
     params.filter_param_a = 0;
     params.filter_param_b = 0.75;  // of our cubic kernel
-    params.cpu_type = ZIMG_CPU_AUTO_64B;
     graph_.reset(zimg_filter_graph_build(&in, &out, &params), zimg_filter_graph_free);
     size_t bytes = 0;
     zimg_filter_graph_get_tmp_size(graph_.get(), &bytes);
