@@ -73,6 +73,40 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmMakeTable(OvraPixelFormatCode format,
                                                 const OvraResponsePoint* difference_points,
                                                 int16_t* level_table, int16_t* difference_table);
 
+// Control points of the curves that OvraDefaultCurves gives.
+enum { OVRA_DEFAULT_LEVEL_POINTS = 4, OVRA_DEFAULT_DIFFERENCE_POINTS = 10 };
+
+// Curves that suit photographs, for OvraYUsmMakeTable with the counts above. The level curve takes
+// the mask back in deep shadows, where noise is, and near white; the difference curve keeps it from
+// the smallest differences, which are noise, and takes it back at large ones, which are edges that
+// would get halos.
+//
+//   level_points       4 points: (0, 0.3) (0.12, 1) (0.85, 1) (1, 0.5)
+//   difference_points  10 points, symmetrical about 0: (-1, 0.3) (-0.25, 0.6) (-0.06, 1)
+//                      (-0.015, 1) (-0.003, 0) (0.003, 0) (0.015, 1) (0.06, 1) (0.25, 0.6) (1, 0.3)
+//
+// 116 a pointer is null; nothing is written then. May be called from any thread.
+OVRA_API OvraStatus OVRA_CALL OvraDefaultCurves(OvraResponsePoint* level_points,
+                                                OvraResponsePoint* difference_points);
+
+// Weights of a Gaussian blur for the masks: integers that sum to exactly 128, symmetrical, falling
+// from the middle to both ends, an odd number of them, and none at the ends 0.
+//
+//   radius     standard deviation in pixels. 0, negative numbers and what is not a number give the
+//              single weight 128, which blurs nothing; the bell of a large radius is cut off where
+//              the taps end
+//   max_taps   room in `weights`, 1 to OVRA_YUSM_MAX_TAPS; contexts of the double mask take up to
+//              OVRA_YUSM_DOUBLE_MAX_TAPS. An even number counts as the odd one below
+//   tap_count  receives how many there are
+//   weights    receives that many; entries behind them are not touched
+//
+// A radius of 1 gives 7, 31, 52, 31, 7 with room enough. The same on every platform.
+//
+// 116 tap_count or weights is null; 122 max_taps not 1..64; nothing is written then. May be called
+// from any thread.
+OVRA_API OvraStatus OVRA_CALL OvraGaussianWeights(double radius, int32_t max_taps,
+                                                  int32_t* tap_count, int32_t* weights);
+
 // Makes a context for images of one format.
 //
 //   tap_count, weights  the blur: weights that sum to 128, along rows and columns alike. Output x

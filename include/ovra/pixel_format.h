@@ -3,9 +3,11 @@
 #ifndef OVRA_PIXEL_FORMAT_H
 #define OVRA_PIXEL_FORMAT_H
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "ovra/platform.h"
+#include "ovra/status.h"
 
 // Every image is handed over as a base pointer, a width and a height in pixels, and one word:
 //
@@ -60,5 +62,45 @@ static inline OVRA_CONSTEXPR OvraPixelFormatCode OvraMakePixelFormat(uint32_t de
   const uint32_t row_order_field = row_order;
   return depth_code | channel_code << 4 | model_field | alignment_code << 20 | row_order_field;
 }
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+// The same as an exported function, for languages that cannot use the inline one, and with a status
+// for every argument that has no code:
+//
+//   depth_bits     8..16 or 32
+//   channels       1..4
+//   color_model    an OvraColorModel
+//   row_alignment  1, 2 or 4 bytes
+//   row_order      an OvraRowOrder
+//   format         receives the word; not written on failure
+//
+// Answers OVRA_ERROR_NULL_DECODER_OUTPUT when format is null, then the first of
+// OVRA_ERROR_FORMAT_COLOR_MODEL, _ROW_ORDER, _CHANNELS, _DEPTH, _ROW_ALIGNMENT, or OVRA_OK. Whether
+// channel count and colour model fit each other is left to the operations. May be called from any
+// thread.
+OVRA_API OvraStatus OVRA_CALL OvraMakePixelFormatCode(uint32_t depth_bits, uint32_t channels,
+                                                      uint32_t color_model, uint32_t row_alignment,
+                                                      uint32_t row_order,
+                                                      OvraPixelFormatCode* format);
+
+// The bytes between the starts of two rows of an image of `width` pixels: what they take, rounded
+// up to the row alignment. A width of 0 gives 0. An image occupies (height - 1) times the stride and
+// the bytes of its last row; most operations take that row's padding for the caller's as well, so
+// that a buffer of height times the stride is always enough (but see OvraExtrapolateImage).
+//
+//   stride  receives the bytes, or 0 on failure
+//
+// OVRA_ERROR_NULL_DECODER_OUTPUT when stride is null; the OVRA_ERROR_FORMAT_ codes, also of fields
+// that do not take part; OVRA_ERROR_NO_MEMORY when there are more bytes than half the address space
+// has. May be called from any thread.
+OVRA_API OvraStatus OVRA_CALL OvraRowStride(uint32_t width, OvraPixelFormatCode format,
+                                            size_t* stride);
+
+#ifdef __cplusplus
+}
+#endif
 
 #endif  // OVRA_PIXEL_FORMAT_H

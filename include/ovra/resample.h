@@ -42,6 +42,19 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcCubicSpline(float a, float* table);
 // kernel; it is for callers of OvraResizeImageCore and OvraResizeImageCoreVAR.
 OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table);
 
+// The taps and the stretch that the resize functions choose for a size ratio (destination by
+// source, below 1 reduces), for callers of OvraResizeImageCore and OvraResizeImageCoreVAR with a
+// kernel table of their own:
+//
+//   ratio       from 0.917  from 0.771   from 0.648   from 0.545  below, or not a number
+//   taps        4           5            6            7           8
+//   stretch     1           1.1848341    1.4094433    1.676446    2
+//
+// The float is compared with these limits in double precision. Ratios below 0.33, which the resize
+// functions leave to OvraSmallResizeImage, get the widest support. OVRA_ERROR_NULL_DECODER_OUTPUT:
+// taps or stretch is null, nothing is written. May be called from any thread.
+OVRA_API OvraStatus OVRA_CALL OvraSelectKernelSupport(float ratio, int32_t* taps, float* stretch);
+
 // Resizing. A region of the source becomes the whole destination.
 //
 // Source and destination are separate buffers of the caller with one format: 1, 3 or 4

@@ -16,7 +16,7 @@ enum OvraStatusCode {
   // Every family.
   OVRA_OK = 0,                          // success
   OVRA_ERROR_NO_MEMORY = 40,            // work memory, a table or a context could not be allocated
-  OVRA_ERROR_NULL_DECODER_OUTPUT = 41,  // an output pointer of a format decoder is null
+  OVRA_ERROR_NULL_DECODER_OUTPUT = 41,  // an output pointer of a helper is null
 
   // Resampling.
   OVRA_ERROR_RESIZE_NULL_IMAGE = 101,         // source or destination is null

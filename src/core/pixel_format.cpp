@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "core/pixel_format.h"
 
+#include <limits>
+
 namespace ovra {
 namespace {
 
@@ -93,4 +95,46 @@ bool ColorModelFitsChannels(uint32_t color_model, uint32_t channels) {
   return channels == (color_model <= OVRA_MODEL_TRIPLE_7 ? 3U : 4U);
 }
 
+Status EncodePixelFormat(uint32_t depth_bits, uint32_t channels, uint32_t color_model,
+                         uint32_t row_alignment, uint32_t row_order, PixelFormatCode* code) {
+  if (code == nullptr) return OVRA_ERROR_NULL_DECODER_OUTPUT;
+  // Judged as numbers: only known values may become enumerators.
+  if ((color_model & ~kColorModelMask) != 0 || !IsKnownColorModel(color_model)) {
+    return OVRA_ERROR_FORMAT_COLOR_MODEL;
+  }
+  if (row_order != OVRA_ROWS_TOP_DOWN && row_order != OVRA_ROWS_BOTTOM_UP) {
+    return OVRA_ERROR_FORMAT_ROW_ORDER;
+  }
+  const PixelFormatCode word =
+      OvraMakePixelFormat(depth_bits, channels, static_cast<OvraColorModel>(color_model),
+                          row_alignment, static_cast<OvraRowOrder>(row_order));
+  PixelFormat decoded;
+  const Status status = DecodePixelFormat(word, &decoded);
+  if (status == OVRA_OK) *code = word;
+  return status;
+}
+
 }  // namespace ovra
+
+OVRA_API OvraStatus OVRA_CALL OvraMakePixelFormatCode(uint32_t depth_bits, uint32_t channels,
+                                                      uint32_t color_model, uint32_t row_alignment,
+                                                      uint32_t row_order,
+                                                      OvraPixelFormatCode* format) {
+  return ovra::EncodePixelFormat(depth_bits, channels, color_model, row_alignment, row_order,
+                                 format);
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraRowStride(uint32_t width, OvraPixelFormatCode format,
+                                            size_t* stride) {
+  if (stride == nullptr) return OVRA_ERROR_NULL_DECODER_OUTPUT;
+  *stride = 0;
+  ovra::PixelFormat decoded;
+  const ovra::Status status = ovra::DecodePixelFormat(format, &decoded);
+  if (status != OVRA_OK) return status;
+  const int64_t bytes = ovra::WideRowStride(width, static_cast<int32_t>(decoded.channels),
+                                            static_cast<int32_t>(decoded.depth_bits),
+                                            static_cast<int32_t>(decoded.alignment_bytes));
+  if (bytes > std::numeric_limits<std::ptrdiff_t>::max()) return OVRA_ERROR_NO_MEMORY;
+  *stride = static_cast<size_t>(bytes);
+  return OVRA_OK;
+}

@@ -46,6 +46,10 @@ Status DecodePixelFormat(PixelFormatCode code, PixelFormat* format);
 // models 3, the 0x10..0x12 models 4.
 bool ColorModelFitsChannels(uint32_t color_model, uint32_t channels);
 
+// The format word of these fields; statuses as at OvraMakePixelFormatCode.
+Status EncodePixelFormat(uint32_t depth_bits, uint32_t channels, uint32_t color_model,
+                         uint32_t row_alignment, uint32_t row_order, PixelFormatCode* code);
+
 static constexpr int32_t BytesPerSample(int32_t depth_bits) {
   return (depth_bits + 7) / 8;
 }
@@ -53,11 +57,16 @@ static constexpr int32_t BytesPerSample(int32_t depth_bits) {
 // Bytes between the starts of two rows: the bytes of `width` pixels rounded up to the alignment
 // (0 counts as 1). Formed in 64 bits, so that the rows of the widest images keep their distance; a
 // negative width gives a stride that callers never walk with.
-static constexpr std::ptrdiff_t RowStride(int64_t width, int32_t channels, int32_t depth_bits,
-                                          int32_t alignment_bytes) {
+static constexpr int64_t WideRowStride(int64_t width, int32_t channels, int32_t depth_bits,
+                                       int32_t alignment_bytes) {
   const int64_t packed = int64_t{BytesPerSample(depth_bits)} * width * channels;
   const int64_t alignment = alignment_bytes == 0 ? 1 : alignment_bytes;
-  return static_cast<std::ptrdiff_t>((packed + alignment - 1) / alignment * alignment);
+  return (packed + alignment - 1) / alignment * alignment;
+}
+
+static constexpr std::ptrdiff_t RowStride(int64_t width, int32_t channels, int32_t depth_bits,
+                                          int32_t alignment_bytes) {
+  return static_cast<std::ptrdiff_t>(WideRowStride(width, channels, depth_bits, alignment_bytes));
 }
 
 // The stride of an image of this format.

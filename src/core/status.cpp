@@ -8,7 +8,7 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
     case OVRA_ERROR_NO_MEMORY:
       return "out of memory";
     case OVRA_ERROR_NULL_DECODER_OUTPUT:
-      return "null output pointer in a format decoder";
+      return "null output pointer of a helper";
     case OVRA_ERROR_RESIZE_NULL_IMAGE:
       return "resize: source or destination is null";
     case OVRA_ERROR_RESIZE_ZERO_SIZE:

@@ -95,3 +95,11 @@ OVRA_API OvraStatus OVRA_CALL OvraCalcCubicSpline(float a, float* table) {
 OVRA_API OvraStatus OVRA_CALL OvraCalcBSpline(float b, float* table) {
   return ovra::CalcBSpline(b, table);
 }
+
+OVRA_API OvraStatus OVRA_CALL OvraSelectKernelSupport(float ratio, int32_t* taps, float* stretch) {
+  if (taps == nullptr || stretch == nullptr) return OVRA_ERROR_NULL_DECODER_OUTPUT;
+  uint32_t selected = 0;
+  ovra::SelectKernelSupport(ratio, &selected, stretch);
+  *taps = static_cast<int32_t>(selected);
+  return OVRA_OK;
+}

@@ -3,26 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <numeric>
-
 #include "error.h"
 
 namespace {
-
-using ovra_host::Weights;
-
-TEST(Sharpening, BellWeightsFallTowardBothEnds) {
-  for (double radius = 0.3; radius <= 10; radius += 0.07) {
-    const Weights weights = ovra_host::BellWeights(radius);
-    EXPECT_EQ(std::accumulate(weights.begin(), weights.end(), 0), ovra_host::kWeightSum) << radius;
-    EXPECT_LE(weights.size(), size_t{OVRA_YUSM_MAX_TAPS});
-    EXPECT_EQ(weights.size() % 2, 1U);
-    EXPECT_EQ(weights, Weights(weights.rbegin(), weights.rend()));
-    EXPECT_TRUE(std::is_sorted(weights.begin(), weights.begin() + weights.size() / 2)) << radius;
-    EXPECT_GT(weights.front(), 0);
-  }
-}
 
 TEST(Sharpening, RadiusGrowsWithThePicture) {
   EXPECT_LT(ovra_host::RadiusForSize(1200, 800), ovra_host::RadiusForSize(6000, 4000));

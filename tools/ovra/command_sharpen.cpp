@@ -85,9 +85,9 @@ double FineRadius(const SharpenOptions& options, const Image& image) {
 
 Band SingleBand(const SharpenOptions& options, const Image& image) {
   CheckTaps(options.taps, "--taps");
+  const DefaultCurves curves = MakeDefaultCurves();
   return {"mask", options.amount, Either(options.taps, BellWeights(FineRadius(options, image))),
-          Either(options.levels, DefaultLevels()),
-          Either(options.differences, DefaultDifferences())};
+          Either(options.levels, curves.levels), Either(options.differences, curves.differences)};
 }
 
 Band FineBand(const SharpenOptions& options, const Image& image) {

@@ -41,45 +41,25 @@ double RadiusForSize(int32_t width, int32_t height) {
 }
 
 Weights BellWeights(double radius) {
-  constexpr int32_t kMaxReach = (OVRA_YUSM_MAX_TAPS - 1) / 2;
-  std::vector<double> exact;  // from the middle outward
-  double sum = 0;
-  for (int32_t k = 0; k <= kMaxReach; ++k) {
-    exact.push_back(std::exp(-0.5 * k * k / (radius * radius)));
-    sum += k == 0 ? exact[0] : 2 * exact.back();
-  }
-  // Rounded down; then the pairs that lost most get one each, and the middle what is left.
-  Weights half;
-  std::vector<size_t> pairs;
-  int32_t rest = kWeightSum;
-  for (size_t k = 0; k < exact.size(); ++k) {
-    exact[k] *= kWeightSum / sum;
-    half.push_back(static_cast<int32_t>(exact[k]));
-    rest -= k == 0 ? half[0] : 2 * half[k];
-    if (k > 0) pairs.push_back(k);
-  }
-  const auto lost = [&](size_t k) { return exact[k] - half[k]; };
-  std::sort(pairs.begin(), pairs.end(), [&](size_t a, size_t b) { return lost(a) > lost(b); });
-  for (size_t i = 0; rest >= 2 && i < pairs.size(); ++i, rest -= 2) ++half[pairs[i]];
-  half[0] += rest;
-  while (half.size() > 1 && half.back() == 0) half.pop_back();
-
-  Weights weights(half.rbegin(), half.rend() - 1);
-  weights.insert(weights.end(), half.begin(), half.end());
+  Weights weights(OVRA_YUSM_MAX_TAPS);
+  int32_t count = 0;
+  CheckStatus(OvraGaussianWeights(radius, OVRA_YUSM_MAX_TAPS, &count, weights.data()),
+              "OvraGaussianWeights");
+  weights.resize(static_cast<size_t>(count));
   return weights;
 }
 
-Curve DefaultLevels() {
-  return {{0.0, 0.3}, {0.12, 1.0}, {0.85, 1.0}, {1.0, 0.5}};
-}
-
-Curve DefaultDifferences() {
-  return {{-1.0, 0.3},  {-0.25, 0.6}, {-0.06, 1.0}, {-0.015, 1.0}, {-0.003, 0.0},
-          {0.003, 0.0}, {0.015, 1.0}, {0.06, 1.0},  {0.25, 0.6},   {1.0, 0.3}};
+DefaultCurves MakeDefaultCurves() {
+  DefaultCurves curves;
+  curves.levels.resize(OVRA_DEFAULT_LEVEL_POINTS);
+  curves.differences.resize(OVRA_DEFAULT_DIFFERENCE_POINTS);
+  CheckStatus(OvraDefaultCurves(curves.levels.data(), curves.differences.data()),
+              "OvraDefaultCurves");
+  return curves;
 }
 
 Curve DefaultBandDifferences(double amount) {
-  Curve curve = DefaultDifferences();
+  Curve curve = MakeDefaultCurves().differences;
   if (amount <= 1) return {{-1.0, 1.0}, {1.0, 1.0}};
   for (OvraResponsePoint& point : curve) point.y = (1 + (amount - 1) * point.y) / amount;
   return curve;

@@ -24,14 +24,15 @@ double RadiusForSize(int32_t width, int32_t height);
 // kWeightSum, and there is an odd number of them, not more than the luminance mask takes.
 Weights BellWeights(double radius);
 
-// How strongly the mask acts by brightness: less in deep shadows, where noise is, and near white.
-Curve DefaultLevels();
+// How strongly the mask acts by brightness and by difference, as the library proposes.
+struct DefaultCurves {
+  Curve levels;
+  Curve differences;
+};
 
-// How strongly the mask acts by difference: not on the smallest, which are noise, and less on large
-// ones, which are edges that need no help and would get halos.
-Curve DefaultDifferences();
+DefaultCurves MakeDefaultCurves();
 
-// The same for a band of the double mask, which is scaled by amount times the curve: differences on
+// The differences for a band of the double mask, which is scaled by amount times the curve: those on
 // which the default curve does not act are to keep their size.
 Curve DefaultBandDifferences(double amount);
 
