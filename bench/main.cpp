@@ -68,7 +68,8 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterComposition();
   ovra_bench::RegisterCube();
   ovra_bench::RegisterDibRaw();
-  ovra_bench::RegisterGeometry();
+  ovra_bench::RegisterExtrapolation();
+  ovra_bench::RegisterRotation();
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterSmooth();
   ovra_bench::RegisterYUsm();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/pixel_format.h"
 #include "fuzz_support.h"
-#include "geometry/extrapolation.h"
+#include "geometry/extrapolation/extrapolation.h"
 
 namespace {
 
@@ -28,8 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto x = static_cast<int32_t>(TakeSize(input));
   const auto y = static_cast<int32_t>(TakeSize(input));
   ovra::PixelFormat format;
-  const bool accepted = ovra::ValidateExtrapolationFormat(code) == OVRA_OK &&
-                        ovra::DecodePixelFormat(code, &format) == OVRA_OK;
+  const bool accepted = ovra::ValidateExtrapolationFormat(code, &format) == OVRA_OK;
   const auto placed = [](uint32_t extent, int32_t offset, uint32_t canvas) {
     return offset >= 0 && int64_t{extent} + offset <= canvas;
   };

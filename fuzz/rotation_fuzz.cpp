@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "core/pixel_format.h"
 #include "fuzz_support.h"
-#include "geometry/rotation.h"
+#include "geometry/rotation/rotation.h"
 
 // Any format word and mode; a picture of the declared size where the format is accepted. A turn and
 // the turn back must give the picture again, on every tier the same bytes.
@@ -16,8 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto height = input.ConsumeIntegralInRange<int32_t>(-1, kMaxSide);
   ovra::PixelFormat format;
   if (width <= 0 || height <= 0 || mode < 0 || mode > 7 ||
-      ovra::ValidateRotationFormat(code) != OVRA_OK ||
-      ovra::DecodePixelFormat(code, &format) != OVRA_OK) {
+      ovra::ValidateRotationFormat(code, &format) != OVRA_OK) {
     uint8_t pixel = 0;
     uint8_t untouched = 0;
     ovra::RotateImage(&pixel, &untouched, width, height, code, mode, tier);

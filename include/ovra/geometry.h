@@ -29,53 +29,67 @@ typedef enum OvraRotation {
 
 // Turns an image by a multiple of a quarter turn, or mirrors it. Pixels are moved as they are.
 //
-// src     width x height pixels of `format`; row padding is not read
-// dst     pixels of the same format: width x height for the modes 0, 2, 4 and 6; height pixels
-//         wide and width rows high for the modes 1, 3, 5 and 7. Its row stride follows from its own
-//         width. Row padding is set to 0.
-// format  samples of 8 to 16 bits; 1 channel with the grey model, 3 with the models 0x01..0x07, 4
-//         with 0x10..0x12; arrangement 0; every row alignment and row order
-// mode    an OvraRotation
+// source       width x height pixels of `format`; row padding is not read
+// destination  pixels of the same format: width x height for the modes 0, 2, 4 and 6; height pixels
+//              wide and width rows high for the modes 1, 3, 5 and 7. Its row stride follows from
+//              its own width. Row padding is set to 0.
+// format       samples of 8 to 16 bits; 1 channel with the grey model, 3 with the models
+//              0x01..0x07, 4 with 0x10..0x12; arrangement 0; every row alignment and row order
+// mode         an OvraRotation
 //
-// The buffers belong to the caller and must not overlap, except that mode 0 with dst equal to src
-// succeeds and changes nothing, not even padding. A negative width or height succeeds and writes
-// nothing. Calls on different destinations may run in parallel.
+// The buffers belong to the caller and must not overlap, except that mode 0 with the destination
+// equal to the source succeeds and changes nothing, not even padding. A negative width or height
+// succeeds and writes nothing. Calls on different destinations may run in parallel.
 //
-// Answers, in the order of the checks: OVRA_ERROR_ROTATION_NULL (src, dst),
-// OVRA_ERROR_ROTATION_ZERO_SIZE, OVRA_ERROR_ROTATION_MODE, the OVRA_ERROR_FORMAT_ codes,
-// OVRA_ERROR_ROTATION_CHANNELS, OVRA_ERROR_ROTATION_DEPTH, OVRA_ERROR_ROTATION_COLOR_MODEL (also for
-// 2 channels, which no model has), OVRA_ERROR_ROTATION_ARRANGEMENT, or OVRA_OK.
-OVRA_API OvraStatus OVRA_CALL OvraRotateImage(const uint8_t* src, uint8_t* dst, int32_t width,
-                                              int32_t height, OvraPixelFormatCode format,
-                                              int32_t mode);
+// Answers, in the order of the checks:
+//   OVRA_ERROR_ROTATION_NULL         source or destination is null
+//   OVRA_ERROR_ROTATION_ZERO_SIZE    width or height is 0
+//   OVRA_ERROR_ROTATION_MODE         mode is not an OvraRotation
+//   the OVRA_ERROR_FORMAT_ codes     a field of `format` cannot be decoded
+//   OVRA_ERROR_ROTATION_CHANNELS     not 1 to 4 channels, which no format has
+//   OVRA_ERROR_ROTATION_DEPTH        samples of 32 bits
+//   OVRA_ERROR_ROTATION_COLOR_MODEL  the model is not one of the channel count; also for 2 channels,
+//                                    which no model has
+//   OVRA_ERROR_ROTATION_ARRANGEMENT  the arrangement is not 0
+//   OVRA_OK
+OVRA_API OvraStatus OVRA_CALL OvraRotateImage(const uint8_t* source, uint8_t* destination,
+                                              int32_t width, int32_t height,
+                                              OvraPixelFormatCode format, int32_t mode);
 
 // Places an image on a canvas of the same or a larger size, and sets all other pixels to one colour.
 //
-// src               src_width x src_height pixels of `format`; row padding is not read
-// dst               dst_width x dst_height pixels of the same format. Row padding is set to 0.
-//                   With samples of two bytes, a row alignment of 4 and an odd number of samples in
-//                   a row, the clearing runs on: THE TWO BYTES BEHIND THE LAST ROW'S PADDING ARE SET
-//                   TO 0 AS WELL, and must belong to the caller.
-// format            1, 3 or 4 channels of 8 to 16 bits; models 0x00..0x03 and 0x10..0x12, with any
-//                   of these channel counts; arrangement 0; every row alignment and row order
+// source              source_width x source_height pixels of `format`; row padding is not read
+// destination         destination_width x destination_height pixels of the same format. Row padding
+//                     is set to 0. With samples of two bytes, a row alignment of 4 and an odd number
+//                     of samples in a row, the clearing runs on: THE TWO BYTES BEHIND THE LAST ROW'S
+//                     PADDING ARE SET TO 0 AS WELL, and must belong to the caller.
+// format              1, 3 or 4 channels of 8 to 16 bits; models 0x00..0x03 and 0x10..0x12, with any
+//                     of these channel counts; arrangement 0; every row alignment and row order
 // offset_x, offset_y  columns left of the source and rows above it, in the picture as seen
-// fill              one value a channel, in the order of the channels; greater values than the
-//                   sample depth holds count as its greatest
+// fill                one value a channel, in the order of the channels; greater values than the
+//                     sample depth holds count as its greatest
 //
-// A src_height of 0 fills the whole canvas. The buffers belong to the caller and must not overlap.
-// Calls on different destinations may run in parallel.
+// A source_height of 0 fills the whole canvas. The buffers belong to the caller and must not
+// overlap. Calls on different destinations may run in parallel.
 //
-// Answers, in the order of the checks: OVRA_ERROR_EXTRAPOLATION_NULL (src, dst),
-// OVRA_ERROR_EXTRAPOLATION_IN_PLACE, OVRA_ERROR_EXTRAPOLATION_SIZE (src_width or dst_height is 0, an
-// offset is negative, or the placed source reaches beyond the canvas),
-// OVRA_ERROR_EXTRAPOLATION_NULL_FILL, the OVRA_ERROR_FORMAT_ codes,
-// OVRA_ERROR_EXTRAPOLATION_CHANNELS, OVRA_ERROR_EXTRAPOLATION_DEPTH,
-// OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL, OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT,
-// OVRA_ERROR_EXTRAPOLATION_SIZE (bottom-up rows, and more than 2^31 - 1 of them below the source),
-// or OVRA_OK.
-OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* src, uint32_t src_width,
-                                                   uint32_t src_height, uint8_t* dst,
-                                                   uint32_t dst_width, uint32_t dst_height,
+// Answers, in the order of the checks:
+//   OVRA_ERROR_EXTRAPOLATION_NULL         source or destination is null
+//   OVRA_ERROR_EXTRAPOLATION_IN_PLACE     source and destination are the same
+//   OVRA_ERROR_EXTRAPOLATION_SIZE         source_width or destination_height is 0, an offset is
+//                                         negative, or the placed source reaches beyond the canvas
+//   OVRA_ERROR_EXTRAPOLATION_NULL_FILL    fill is null
+//   the OVRA_ERROR_FORMAT_ codes          a field of `format` cannot be decoded
+//   OVRA_ERROR_EXTRAPOLATION_CHANNELS     not 1, 3 or 4 channels
+//   OVRA_ERROR_EXTRAPOLATION_DEPTH        samples of 32 bits
+//   OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL  another model than those above
+//   OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT  the arrangement is not 0
+//   OVRA_ERROR_EXTRAPOLATION_SIZE         bottom-up rows, and more than 2^31 - 1 of them below the
+//                                         source
+//   OVRA_OK
+OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* source, uint32_t source_width,
+                                                   uint32_t source_height, uint8_t* destination,
+                                                   uint32_t destination_width,
+                                                   uint32_t destination_height,
                                                    OvraPixelFormatCode format, int32_t offset_x,
                                                    int32_t offset_y, const uint16_t* fill);
 

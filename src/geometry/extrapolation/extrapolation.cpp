@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: MIT
-#include "geometry/extrapolation.h"
+#include "geometry/extrapolation/extrapolation.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
+#include "core/format_rules.h"
 #include "ovra/geometry.h"
 
 namespace ovra {
 namespace {
 
-constexpr uint32_t kMaxDepthBits = 16;
 constexpr uint32_t kMaxChannels = 4;
+
+bool AcceptsColorModel(const PixelFormat& format) {
+  return format.color_model <= OVRA_MODEL_YCC || format.color_model >= OVRA_MODEL_RGBA;
+}
 
 // Extents along one axis, formed in 64 bits so that no sum wraps round.
 bool Fits(uint32_t source_size, int32_t offset, uint32_t destination_size) {
@@ -77,19 +81,17 @@ void PlaceOnCanvas(const uint8_t* source, uint8_t* destination, const Placement&
 
 }  // namespace
 
-Status ValidateExtrapolationFormat(PixelFormatCode code) {
-  PixelFormat format;
-  const Status status = DecodePixelFormat(code, &format);
-  if (status != OVRA_OK) return status;
-  if (format.channels == 2 || format.channels > kMaxChannels) {
-    return OVRA_ERROR_EXTRAPOLATION_CHANNELS;
-  }
-  if (format.depth_bits > kMaxDepthBits) return OVRA_ERROR_EXTRAPOLATION_DEPTH;
-  if (format.color_model > OVRA_MODEL_YCC && format.color_model < OVRA_MODEL_RGBA) {
-    return OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL;
-  }
-  if (format.arrangement != 0) return OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT;
-  return OVRA_OK;
+Status ValidateExtrapolationFormat(PixelFormatCode code, PixelFormat* format) {
+  static constexpr FormatRules kRules = {
+      .channels = NumberSet::Of(1, 3, 4),
+      .channels_refused = OVRA_ERROR_EXTRAPOLATION_CHANNELS,
+      .depths_bits = NumberSet::Between(8, 16),
+      .depth_refused = OVRA_ERROR_EXTRAPOLATION_DEPTH,
+      .accepts_model = AcceptsColorModel,
+      .model_refused = OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL,
+      .arrangement_refused = OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT,
+  };
+  return DecodeAndCheckFormat(code, kRules, format);
 }
 
 Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t source_height,
@@ -104,10 +106,8 @@ Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t s
     return OVRA_ERROR_EXTRAPOLATION_SIZE;
   }
   if (fill == nullptr) return OVRA_ERROR_EXTRAPOLATION_NULL_FILL;
-  Status status = ValidateExtrapolationFormat(code);
-  if (status != OVRA_OK) return status;
   PixelFormat format;
-  status = DecodePixelFormat(code, &format);
+  const Status status = ValidateExtrapolationFormat(code, &format);
   if (status != OVRA_OK) return status;
   const int64_t rows_below = int64_t{destination_height} - source_height - offset_y;
   // Bottom-up rows count the offset from the other end; it must be a signed 32-bit number there.
@@ -125,11 +125,12 @@ Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t s
 
 }  // namespace ovra
 
-OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* src, uint32_t src_width,
-                                                   uint32_t src_height, uint8_t* dst,
-                                                   uint32_t dst_width, uint32_t dst_height,
+OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* source, uint32_t source_width,
+                                                   uint32_t source_height, uint8_t* destination,
+                                                   uint32_t destination_width,
+                                                   uint32_t destination_height,
                                                    OvraPixelFormatCode format, int32_t offset_x,
                                                    int32_t offset_y, const uint16_t* fill) {
-  return ovra::ExtrapolateImage(src, src_width, src_height, dst, dst_width, dst_height, format,
-                                offset_x, offset_y, fill);
+  return ovra::ExtrapolateImage(source, source_width, source_height, destination, destination_width,
+                                destination_height, format, offset_x, offset_y, fill);
 }

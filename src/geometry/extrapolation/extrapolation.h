@@ -9,12 +9,12 @@
 
 namespace ovra {
 
-// Whether extrapolation takes images of this format.
-Status ValidateExtrapolationFormat(PixelFormatCode format);
+// Decodes a format word and answers whether extrapolation takes images of it.
+Status ValidateExtrapolationFormat(PixelFormatCode code, PixelFormat* format);
 
 Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t source_height,
                         uint8_t* destination, uint32_t destination_width,
-                        uint32_t destination_height, PixelFormatCode format, int32_t offset_x,
+                        uint32_t destination_height, PixelFormatCode code, int32_t offset_x,
                         int32_t offset_y, const uint16_t* fill);
 
 }  // namespace ovra
