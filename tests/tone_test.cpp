@@ -3,27 +3,81 @@
 
 #include <gtest/gtest.h>
 
-#include "ovra/filter.h"
+#include <algorithm>
+#include <cmath>
+#include <vector>
+
+#include "support/tone_pictures.h"
 
 namespace {
 
+using ovra_test::AnchorPicture;
+using ovra_test::Fnv1a;
+using ovra_test::Picture16;
+
+using Init = OvraStatus(OVRA_CALL*)(OvraPixelFormatCode, const OvraHyperToneParams*,
+                                    const uint16_t*, void**);
+using Run = OvraStatus(OVRA_CALL*)(const uint8_t*, uint8_t*, uint32_t, uint32_t,
+                                   OvraPixelFormatCode, const void*);
 using Free = OvraStatus(OVRA_CALL*)(void**);
 
-// All are one release: each gives back what any of these families has made.
-TEST(Tone, ReleasesContexts) {
-  const int32_t weights[] = {32, 64, 32};
-  const std::vector<int16_t> table(2048, 128);
-  for (const Free free_context : {OvraHyperTone_Free, OvraHyperToneLight_Free,
-                                  OvraHybridHyperTone_Free, OvraHybridHyperToneLight_Free}) {
-    OvraYUsmDoubleContext* made = nullptr;
-    ASSERT_EQ(OvraYUsmDouble_Init(0x120, 3, weights, 3, weights, 1.0F, table.data(), table.data(),
-                                  1.0F, table.data(), table.data(), &made),
-              OVRA_OK);
-    void* context = made;
-    EXPECT_EQ(free_context(&context), OVRA_OK);
-    EXPECT_EQ(context, nullptr);
-    EXPECT_EQ(free_context(&context), OVRA_OK);
-    EXPECT_EQ(free_context(nullptr), OVRA_OK);
+struct Form {
+  const char* name;
+  Init init;
+  Init init_12;
+  Run run;
+  Free free;
+  bool is_hybrid;
+};
+
+constexpr Form kForms[] = {
+    {"HyperTone", OvraHyperTone_Init, OvraHyperTone_Init_12, OvraHyperTone, OvraHyperTone_Free,
+     false},
+    {"HyperToneLight", OvraHyperToneLight_Init, OvraHyperToneLight_Init_12, OvraHyperToneLight,
+     OvraHyperToneLight_Free, false},
+    {"HybridHyperTone", OvraHybridHyperTone_Init, OvraHybridHyperTone_Init_12, OvraHybridHyperTone,
+     OvraHybridHyperTone_Free, true},
+    {"HybridHyperToneLight", OvraHybridHyperToneLight_Init, OvraHybridHyperToneLight_Init_12,
+     OvraHybridHyperToneLight, OvraHybridHyperToneLight_Free, true},
+};
+
+constexpr OvraHyperToneParams kDefaults = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 4, 0};
+
+Picture16 Toned(const Form& form, const Picture16& picture, const OvraHyperToneParams& params,
+                const uint16_t* curve = nullptr) {
+  void* context = nullptr;
+  const Init init = picture.depth_bits == 10 ? form.init : form.init_12;
+  EXPECT_EQ(init(picture.Format(), &params, curve, &context), OVRA_OK);
+  Picture16 result = picture;
+  EXPECT_EQ(form.run(picture.Bytes(), result.Bytes(), picture.width, picture.height,
+                     picture.Format(), context),
+            OVRA_OK);
+  EXPECT_EQ(form.free(&context), OVRA_OK);
+  EXPECT_EQ(context, nullptr);
+  return result;
+}
+
+// The arithmetic, which is the same on every platform.
+TEST(Tone, Anchors) {
+  struct Case {
+    OvraHyperToneParams params;
+    uint32_t depth_bits;
+    uint32_t hashes[4];
+  };
+  constexpr OvraHyperToneParams kOther = {0.75F, 1.25F, -0.25F, 1.5F, 0.0625F, 0.5F, 3, 0};
+  const Case cases[] = {
+      {kDefaults, 10, {0xd3cffa97, 0x97f809b9, 0x9879e008, 0x4c577fba}},
+      {kDefaults, 12, {0xdd43d830, 0x5b1d4df0, 0x69696672, 0x71c38605}},
+      {kOther, 10, {0xdb997a31, 0xa2dc7abd, 0x64d5a180, 0xd8f9450d}},
+      {kOther, 12, {0xebbb9e76, 0xfd0bced6, 0x058debf2, 0xefa66fe2}},
+  };
+  ASSERT_EQ(Fnv1a(AnchorPicture(12)), 0xc741fe82);
+  ASSERT_EQ(Fnv1a(AnchorPicture(10)), 0xf1171100);
+  for (const Case& c : cases) {
+    for (size_t i = 0; i < 4; ++i) {
+      EXPECT_EQ(Fnv1a(Toned(kForms[i], AnchorPicture(c.depth_bits), c.params)), c.hashes[i])
+          << kForms[i].name << ", " << c.depth_bits << " bits, scale " << c.params.scale;
+    }
   }
 }
 

@@ -283,6 +283,79 @@ OVRA_API OvraStatus OVRA_CALL OvraSoftFocus(const uint8_t* source, uint8_t* dest
                                             uint32_t width, uint32_t height,
                                             const OvraSoftFocusParams* params);
 
+// Multi-frequency processing: sharpening of fine texture, local contrast and clarity, softening of
+// skin, damping of noise, and a gentler or steeper overall contrast, all at once.
+//
+// The 15-bit brightness of a picture is split into up to eight bands, each an octave of detail coarser
+// than the last, and a base: a Laplacian pyramid (P. J. Burt and E. H. Adelson, The Laplacian pyramid
+// as a compact image code, 1983). A coefficient d of a band becomes, with m and e what is left of d
+// within the band's noise and limit (m is the soft threshold of D. L. Donoho, De-noising by
+// soft-thresholding, 1995),
+//
+//   d + (gain - 1) * (e - m) - damping * m
+//
+// and the base becomes base + (base_gain - 1) * (base - pivot). What the brightness changes by in sum
+// is added to each changed channel. Unit weights give the picture back, byte for byte.
+//
+// Band 1 holds nearly all of what repeats every 4 pixels and faster, half of what repeats every 8; a
+// band k holds most of what repeats every 5.5 * 2^(k - 1) pixels, and next to nothing of what repeats
+// four times as fast. A preview at half size uses bands 2, 3, ... of the full-size settings as its
+// bands 1, 2, ...
+
+// The greatest number of bands.
+enum { OVRA_MULTI_FREQUENCY_MAX_BANDS = 8 };
+
+// How one band is weighted. 16 bytes on every platform.
+typedef struct OvraMultiFrequencyBand {
+  float gain;   // 0..4, weight of the band; 1 keeps it
+  float noise;  // 0..0.25 and at most `limit`: amplitudes up to this share of the range are noise,
+                // and the gain does not act on them
+  float damping;  // 0..1, share of the noise that is taken away
+  float
+      limit;  // 0..1: amplitudes beyond this share of the range are edges, and the gain acts on no
+              // more than this much of them
+} OvraMultiFrequencyBand;
+
+// Parameters of OvraMultiFrequency. 144 bytes on every platform.
+typedef struct OvraMultiFrequencyParams {
+  uint32_t band_count;  // 1..8, bands that are split off
+  float base_gain;      // 0..2, weight of the base about the pivot; 1 keeps it
+  float pivot;          // 0..1, the tone that the base gain leaves alone, as a share of the range
+  uint32_t reserved;    // not read
+  OvraMultiFrequencyBand bands[OVRA_MULTI_FREQUENCY_MAX_BANDS];  // from band_count on not read
+} OvraMultiFrequencyParams;
+
+// source, destination  images of the same format and size; they belong to the caller, and may be the
+//                      same buffer but must not overlap otherwise. Row padding is neither read nor
+//                      written.
+// width, height        in pixels
+// format               8 to 16 bits a sample, any row alignment and row order, and one of the models
+//                      of the luminance unsharp mask: grey, RGB, BGR, RGBA and BGRA change in all
+//                      samples but the fourth, which is copied; of YCC the first sample is the
+//                      brightness and changes. A sample above its depth counts as the depth's maximum
+//                      in the brightness, and its sum with the change is limited to it.
+// params               read only
+//
+// Work memory: a third of a byte a pixel (in pictures narrower or lower than 2^band_count up to 4
+// bytes a pixel), 60 bytes times the width and some 10 KB.
+//
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_NULL                  source, destination or params is null
+//   OVRA_ERROR_YUSM_SIZE                  width or height is 0
+//   OVRA_ERROR_MULTI_FREQUENCY_PARAMETER  a parameter is out of its range or not a number, or a band's
+//                                         noise is above its limit
+//   OVRA_ERROR_FORMAT_*                   the format word is malformed
+//   OVRA_ERROR_YUSM_CHANNELS, _DEPTH, _COLOR_MODEL, _ARRANGEMENT   it is not an accepted one
+//   OVRA_ERROR_NO_MEMORY                  no work memory, or a width, height or row of bytes above
+//                                         2147483647
+//   OVRA_OK                               the destination is written
+//
+// Calls on different destinations may run in parallel.
+OVRA_API OvraStatus OVRA_CALL OvraMultiFrequency(const uint8_t* source, uint8_t* destination,
+                                                 uint32_t width, uint32_t height,
+                                                 OvraPixelFormatCode format,
+                                                 const OvraMultiFrequencyParams* params);
+
 #ifdef __cplusplus
 }
 #endif

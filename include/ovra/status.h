@@ -33,11 +33,11 @@ enum OvraStatusCode {
   OVRA_ERROR_RESIZE_REGION_SIZE = 113,     // region below the tap count or beyond the source size
   OVRA_ERROR_RESIZE_REGION_OUTSIDE = 114,  // region reaches beyond the source
 
-  // Luminance unsharp mask.
+  // Luminance unsharp mask; 116..121 also multi-frequency processing.
   OVRA_ERROR_YUSM_NULL = 116,              // a pointer is null
-  OVRA_ERROR_YUSM_SIZE = 117,              // width or height below the tap count
+  OVRA_ERROR_YUSM_SIZE = 117,              // width or height below the tap count, or 0
   OVRA_ERROR_YUSM_CHANNELS = 118,          // channel count not 1, 3 or 4
-  OVRA_ERROR_YUSM_DEPTH = 119,             // sample depth above 14 bits
+  OVRA_ERROR_YUSM_DEPTH = 119,             // sample depth above 14 bits (multi-frequency: 16)
   OVRA_ERROR_YUSM_COLOR_MODEL = 120,       // colour model not accepted with this channel count
   OVRA_ERROR_YUSM_ARRANGEMENT = 121,       // arrangement not 0
   OVRA_ERROR_YUSM_TAPS = 122,              // tap count not 1..64, or weights null
@@ -45,6 +45,9 @@ enum OvraStatusCode {
   OVRA_ERROR_YUSM_POINT_COUNT = 124,       // a curve has no control point
   OVRA_ERROR_YUSM_LEVEL_CURVE = 125,       // level curve: x outside 0..1 or not increasing
   OVRA_ERROR_YUSM_DIFFERENCE_CURVE = 126,  // difference curve: x outside -1..1 or not increasing
+
+  // Multi-frequency processing.
+  OVRA_ERROR_MULTI_FREQUENCY_PARAMETER = 127,  // a parameter is out of its range or not a number
 
   // Pixel format word.
   OVRA_ERROR_FORMAT_DEPTH = 129,          // sample depth code is 10..15
@@ -139,11 +142,13 @@ enum OvraStatusCode {
 
   // Tone processing.
   OVRA_ERROR_TONE_NULL = 250,         // a pointer is null
+  OVRA_ERROR_TONE_PARAMETER = 251,    // a parameter is out of its range, or a curve not acceptable
   OVRA_ERROR_TONE_ZERO_SIZE = 252,    // width or height is 0
   OVRA_ERROR_TONE_CHANNELS = 253,     // channel count not 3
   OVRA_ERROR_TONE_DEPTH = 254,        // sample depth not 10 or 12 bits
   OVRA_ERROR_TONE_COLOR_MODEL = 255,  // colour model not RGB or BGR
   OVRA_ERROR_TONE_ARRANGEMENT = 256,  // arrangement not 0
+  OVRA_ERROR_TONE_CONTEXT = 257,      // another format than _Init's, or another form's context
 
   // Soft focus.
   OVRA_ERROR_SOFT_FOCUS_NULL = 267,  // source, destination or parameters are null

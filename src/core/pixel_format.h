@@ -76,4 +76,12 @@ static inline std::ptrdiff_t RowStride(int64_t width, const PixelFormat& format)
                    static_cast<int32_t>(format.alignment_bytes));
 }
 
+// Whether width, height and the bytes of a row's pixels can be counted in signed 32 bits.
+static inline bool IsCountable(uint32_t width, uint32_t height, const PixelFormat& format) {
+  constexpr uint64_t kMax = INT32_MAX;
+  const auto sample_bytes =
+      static_cast<uint64_t>(BytesPerSample(static_cast<int32_t>(format.depth_bits)));
+  return height <= kMax && width * sample_bytes * format.channels <= kMax;
+}
+
 }  // namespace ovra

@@ -36,17 +36,18 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
     case OVRA_ERROR_RESIZE_REGION_OUTSIDE:
       return "resize: region reaches beyond the source";
     case OVRA_ERROR_YUSM_NULL:
-      return "unsharp mask: null pointer";
+      return "unsharp mask or multi-frequency processing: null pointer";
     case OVRA_ERROR_YUSM_SIZE:
-      return "unsharp mask: image is smaller than the tap count";
+      return "unsharp mask or multi-frequency processing: image is smaller than the tap count or "
+             "empty";
     case OVRA_ERROR_YUSM_CHANNELS:
-      return "unsharp mask: channel count is not 1, 3 or 4";
+      return "unsharp mask or multi-frequency processing: channel count is not 1, 3 or 4";
     case OVRA_ERROR_YUSM_DEPTH:
-      return "unsharp mask: sample depth is above 14 bits";
+      return "unsharp mask or multi-frequency processing: sample depth is too great";
     case OVRA_ERROR_YUSM_COLOR_MODEL:
-      return "unsharp mask: colour model does not fit the channel count";
+      return "unsharp mask or multi-frequency processing: colour model not accepted";
     case OVRA_ERROR_YUSM_ARRANGEMENT:
-      return "unsharp mask: arrangement is not 0";
+      return "unsharp mask or multi-frequency processing: arrangement is not 0";
     case OVRA_ERROR_YUSM_TAPS:
       return "unsharp mask: tap count is not 1 to 64, or weights are missing";
     case OVRA_ERROR_YUSM_NULL_TABLE:
@@ -57,6 +58,8 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "unsharp mask: level curve is out of range or not increasing";
     case OVRA_ERROR_YUSM_DIFFERENCE_CURVE:
       return "unsharp mask: difference curve is out of range or not increasing";
+    case OVRA_ERROR_MULTI_FREQUENCY_PARAMETER:
+      return "multi-frequency processing: a parameter is out of its range";
     case OVRA_ERROR_FORMAT_DEPTH:
       return "pixel format: unknown sample depth code";
     case OVRA_ERROR_FORMAT_CHANNELS:
@@ -201,6 +204,8 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "edge filter: arrangement is not 0";
     case OVRA_ERROR_TONE_NULL:
       return "tone processing: null pointer";
+    case OVRA_ERROR_TONE_PARAMETER:
+      return "tone processing: a parameter is out of its range, or the curve falls or is too high";
     case OVRA_ERROR_TONE_ZERO_SIZE:
       return "tone processing: width or height is zero";
     case OVRA_ERROR_TONE_CHANNELS:
@@ -211,6 +216,8 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "tone processing: colour model not accepted";
     case OVRA_ERROR_TONE_ARRANGEMENT:
       return "tone processing: arrangement is not 0";
+    case OVRA_ERROR_TONE_CONTEXT:
+      return "tone processing: the context was made for another format or form";
     case OVRA_ERROR_SOFT_FOCUS_NULL:
       return "soft focus: source, destination or parameters are missing";
     case OVRA_ERROR_RESIZE_FACTOR:

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/cpu.h"
+#include "filter/luminance_kernels.h"
+
+namespace ovra {
+
+// The response of a band to its coefficients, in integers: 8192 stands for a factor of 1, 32768 for
+// the whole range.
+struct BandResponse {
+  int16_t gain;     // less 1
+  int16_t damping;  // of the part that counts as noise
+  int16_t noise;    // amplitude
+  int16_t limit;    // amplitude
+};
+
+// Writes the 15-bit brightness of `pixels` pixels. Samples above the depth count as its maximum.
+using BrightnessRow = void(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
+                           int32_t depth_bits);
+
+// changes = expanded_changes + response(level - expanded), limited to -32767..32767. May work beyond
+// the end of its rows.
+using RespondRow = void(const int16_t* level, const int16_t* expanded,
+                        const int16_t* expanded_changes, const BandResponse& band, int16_t* changes,
+                        std::ptrdiff_t count);
+
+// Adds each pixel's change of brightness, in 15 bits, to its corrected samples and copies the others.
+// destination may be source.
+using AddChangesRow = void(const uint8_t* source, uint8_t* destination, const int16_t* changes,
+                           std::ptrdiff_t pixels, int32_t depth_bits);
+
+// Of one colour model and sample size.
+struct BrightnessKernels {
+  BrightnessRow* brightness;
+  AddChangesRow* add_changes;
+};
+
+struct MultiFrequencyKernels {
+  RespondRow* respond;
+  BrightnessKernels (*brightness)(uint32_t color_model, int32_t depth_bits);
+};
+
+extern const MultiFrequencyKernels kMultiFrequencyPlain;
+extern const MultiFrequencyKernels kMultiFrequencySse;
+extern const MultiFrequencyKernels kMultiFrequencyAvx2;
+
+// The brightness has 15 bits, and a weighted sum is 6 bits wider than the samples: what it is shifted
+// down by.
+static constexpr int32_t BrightnessShift(int32_t depth_bits) {
+  return depth_bits + 6 - 15;
+}
+
+}  // namespace ovra

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+
+#include "filter/multi_frequency/kernels.h"
+
+namespace ovra {
+namespace {
+
+constexpr int32_t kMaxChange = 32767;
+
+template <class Sample, LuminanceLayout kLayout>
+void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
+                int32_t depth_bits) {
+  const auto* samples = reinterpret_cast<const Sample*>(source);
+  const int32_t max_sample = (1 << depth_bits) - 1;
+  const int32_t shift = BrightnessShift(depth_bits);
+  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
+    int32_t sum = 0;
+    for (int c = 0; c < std::min(kLayout.channels, 3); ++c) {
+      const int32_t sample = samples[kLayout.channels * i + c];
+      sum += kLayout.weights[c] * std::min(sample, max_sample);
+    }
+    brightness[i] = static_cast<int16_t>(shift < 0 ? sum << -shift : sum >> shift);
+  }
+}
+
+void Respond(const int16_t* level, const int16_t* expanded, const int16_t* expanded_changes,
+             const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
+  for (std::ptrdiff_t i = 0; i < count; ++i) {
+    const int32_t d = level[i] - expanded[i];
+    const int32_t m = std::clamp<int32_t>(d, -band.noise, band.noise);
+    const int32_t e = std::clamp<int32_t>(d, -band.limit, band.limit);
+    const int32_t response = (band.gain * (e - m) - band.damping * m + 4096) >> 13;
+    changes[i] =
+        static_cast<int16_t>(std::clamp(expanded_changes[i] + response, -kMaxChange, kMaxChange));
+  }
+}
+
+int32_t InSampleUnits(int32_t change, int32_t depth_bits) {
+  if (depth_bits == 16) return 2 * change;
+  if (depth_bits == 15) return change;
+  return (change + (1 << (14 - depth_bits))) >> (15 - depth_bits);
+}
+
+template <class Sample, LuminanceLayout kLayout>
+void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* changes,
+                std::ptrdiff_t pixels, int32_t depth_bits) {
+  const auto* in = reinterpret_cast<const Sample*>(source);
+  auto* out = reinterpret_cast<Sample*>(destination);
+  const int32_t max_sample = (1 << depth_bits) - 1;
+  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
+    const int32_t change = InSampleUnits(changes[i], depth_bits);
+    for (int c = 0; c < kLayout.channels; ++c) {
+      const std::ptrdiff_t at = kLayout.channels * i + c;
+      out[at] = c < kLayout.corrected
+                    ? static_cast<Sample>(std::clamp(in[at] + change, 0, max_sample))
+                    : in[at];
+    }
+  }
+}
+
+BrightnessKernels BrightnessOf(uint32_t color_model, int32_t depth_bits) {
+  return WithLuminanceLayout(color_model, [depth_bits]<LuminanceLayout kLayout>() {
+    return depth_bits == 8
+               ? BrightnessKernels{Brightness<uint8_t, kLayout>, AddChanges<uint8_t, kLayout>}
+               : BrightnessKernels{Brightness<uint16_t, kLayout>, AddChanges<uint16_t, kLayout>};
+  });
+}
+
+}  // namespace
+
+const MultiFrequencyKernels kMultiFrequencyPlain = {Respond, BrightnessOf};
+
+}  // namespace ovra

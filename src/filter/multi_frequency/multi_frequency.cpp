@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "filter/multi_frequency/multi_frequency.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "core/format_rules.h"
+#include "core/rows.h"
+#include "filter/multi_frequency/kernels.h"
+#include "tone/pyramid/pyramid.h"
+
+namespace ovra {
+namespace {
+
+static_assert(sizeof(OvraMultiFrequencyParams) == 144);
+static_assert(offsetof(OvraMultiFrequencyParams, bands) == 16);
+
+constexpr int kMaxBands = OVRA_MULTI_FREQUENCY_MAX_BANDS;
+
+// Also false for what is not a number.
+bool IsWithin(float value, float low, float high) {
+  return value >= low && value <= high;
+}
+
+bool AreParamsAccepted(const OvraMultiFrequencyParams& params) {
+  if (params.band_count < 1 || params.band_count > kMaxBands) return false;
+  if (!IsWithin(params.base_gain, 0, 2) || !IsWithin(params.pivot, 0, 1)) return false;
+  for (uint32_t k = 0; k < params.band_count; ++k) {
+    const OvraMultiFrequencyBand& band = params.bands[k];
+    if (!IsWithin(band.gain, 0, 4) || !IsWithin(band.noise, 0, 0.25F) ||
+        !IsWithin(band.damping, 0, 1) || !IsWithin(band.limit, 0, 1) || band.noise > band.limit) {
+      return false;
+    }
+  }
+  return true;
+}
+
+bool AcceptsModel(const PixelFormat& format) {
+  const uint32_t model = format.color_model;
+  return (model <= OVRA_MODEL_YCC || model == OVRA_MODEL_RGBA || model == OVRA_MODEL_BGRA) &&
+         ModelFitsChannels(format);
+}
+
+constexpr FormatRules kFormatRules = {
+    .channels = NumberSet::Of(1, 3, 4),
+    .channels_refused = OVRA_ERROR_YUSM_CHANNELS,
+    .depths_bits = NumberSet::Between(8, 16),
+    .depth_refused = OVRA_ERROR_YUSM_DEPTH,
+    .accepts_model = AcceptsModel,
+    .model_refused = OVRA_ERROR_YUSM_COLOR_MODEL,
+    .arrangement_refused = OVRA_ERROR_YUSM_ARRANGEMENT,
+};
+
+// A factor in units of 1/8192.
+int32_t Factor(double value) {
+  return static_cast<int32_t>(std::floor(8192 * value + 0.5));
+}
+
+// A share of the range in working units.
+int16_t Amplitude(double value) {
+  return static_cast<int16_t>(std::min(32767.0, std::floor(32768 * value + 0.5)));
+}
+
+// What a call's parameters come to. The base is a band of its own: its coefficients are what the
+// brightness differs from the pivot, all of them under the gain.
+struct Responses {
+  explicit Responses(const OvraMultiFrequencyParams& params)
+      : bands(static_cast<int>(params.band_count)),
+        pivot(Amplitude(params.pivot)),
+        base{static_cast<int16_t>(Factor(params.base_gain) - 8192), 0, 0, 32767} {
+    for (int k = 0; k < bands; ++k) {
+      const OvraMultiFrequencyBand& from = params.bands[k];
+      band[k] = {static_cast<int16_t>(Factor(from.gain) - 8192),
+                 static_cast<int16_t>(Factor(from.damping)), Amplitude(from.noise),
+                 Amplitude(from.limit)};
+    }
+  }
+
+  int bands;
+  int16_t pivot;
+  BandResponse base;
+  BandResponse band[kMaxBands] = {};
+};
+
+struct Picture {
+  const uint8_t* source;
+  uint8_t* destination;
+  std::ptrdiff_t stride;
+  PlaneSize size;
+  int32_t depth_bits;
+};
+
+// The brightness of a picture.
+class BrightnessSource final : public RowSource {
+ public:
+  BrightnessSource(const Picture& picture, BrightnessRow* brightness)
+      : picture_(picture), brightness_(brightness) {}
+
+  // Rows stay while five more are taken: as long as their reductions need them.
+  bool Allocate() { return rows_.Allocate(kRowsKept, picture_.size.width); }
+  void Start() { taken_ = 0; }
+
+  int16_t* Next() override {
+    int16_t* const row = rows_[taken_];
+    brightness_(RowAt<uint8_t>(picture_.source, picture_.stride, taken_++), row,
+                picture_.size.width, picture_.depth_bits);
+    return row;
+  }
+
+  const int16_t* operator[](std::ptrdiff_t row) const { return rows_[row]; }
+
+ private:
+  static constexpr int32_t kRowsKept = 6;
+
+  const Picture& picture_;
+  BrightnessRow* const brightness_;
+  std::ptrdiff_t taken_ = 0;
+  WorkRows rows_;
+};
+
+// One call. Levels are counted from 0, the brightness itself. From level 2 on they and their changes
+// are whole planes; level 1 is made a second time, when the rows of the picture are.
+class Run {
+ public:
+  Run(const Picture& picture, const PixelFormat& format, const Responses& responses,
+      KernelTier tier)
+      : picture_(picture),
+        responses_(responses),
+        pyramid_(ForTier(tier, kPyramidPlain, kPyramidPlain, kPyramidPlain)),
+        kernels_(ForTier(tier, kMultiFrequencyPlain, kMultiFrequencyPlain, kMultiFrequencyPlain)),
+        samples_(kernels_.brightness(format.color_model, picture.depth_bits)),
+        brightness_(picture, samples_.brightness) {}
+
+  Status Do() {
+    if (!Allocate()) return OVRA_ERROR_NO_MEMORY;
+    if (responses_.bands >= kFirstWhole) {
+      if (!MakeLevels()) return OVRA_ERROR_NO_MEMORY;
+      MakeChanges();
+    }
+    MakeResult();
+    return OVRA_OK;
+  }
+
+ private:
+  static constexpr int kFirstWhole = 2;
+  static constexpr int32_t kCoarseRows = 4;  // three that are expanded, and one
+
+  bool Allocate() {
+    const std::ptrdiff_t width = picture_.size.width;
+    if (!brightness_.Allocate() || !level1_.Allocate(picture_.size, kCoarseRows) ||
+        !changes1_.Allocate(kCoarseRows, width / 2 + 1) || !half_.Allocate(1, width / 2 + 1) ||
+        !expanded_.Allocate(1, width + 1) || !expanded_changes_.Allocate(1, width + 1) ||
+        !changes_.Allocate(1, width)) {
+      return false;
+    }
+    const int whole = responses_.bands - 1;
+    return whole == 0 || (levels_.Allocate(level1_.size().Half(), whole) &&
+                          level_changes_.Allocate(level1_.size().Half(), whole));
+  }
+
+  bool MakeLevels() {
+    Reduction level2;
+    if (!level2.Allocate(level1_.size(), 1)) return false;
+    StartLevel1();
+    level2.Start(&level1_, pyramid_);
+    return levels_.Fill(&level2, pyramid_);
+  }
+
+  void StartLevel1() {
+    brightness_.Start();
+    level1_.Start(&brightness_, pyramid_);
+  }
+
+  // The changes of the whole levels, from the base on.
+  void MakeChanges() {
+    for (int k = levels_.levels() - 1; k >= 0; --k) {
+      const Plane& level = levels_[k];
+      const bool is_base = k == levels_.levels() - 1;
+      for (std::ptrdiff_t y = 0; y < level.size.height; ++y) {
+        if (is_base) {
+          RespondBase(level[y], changes_[0], level.size.width);
+        } else {
+          RespondBand(k + kFirstWhole, level[y], levels_[k + 1], level_changes_[k + 1],
+                      levels_[k + 1].size, y, changes_[0], level.size.width);
+        }
+        level_changes_[k].Put(y, changes_[0]);
+      }
+    }
+  }
+
+  void MakeResult() {
+    StartLevel1();
+    const PlaneSize size = picture_.size;
+    for (std::ptrdiff_t y = 0; y < size.height; ++y) {
+      const std::ptrdiff_t last_coarse = std::min(y / 2 + 1, level1_.size().height - 1);
+      while (level1_.made() <= last_coarse) MakeLevel1Row();
+      RespondBand(0, brightness_[y], level1_, changes1_, level1_.size(), y, changes_[0],
+                  size.width);
+      samples_.add_changes(RowAt<uint8_t>(picture_.source, picture_.stride, y),
+                           RowAt<uint8_t>(picture_.destination, picture_.stride, y), changes_[0],
+                           size.width, picture_.depth_bits);
+    }
+  }
+
+  void MakeLevel1Row() {
+    const std::ptrdiff_t y = level1_.made();
+    const int16_t* const row = level1_.Next();
+    const std::ptrdiff_t width = level1_.size().width;
+    if (responses_.bands == 1) {
+      RespondBase(row, changes1_[y], width);
+    } else {
+      RespondBand(1, row, levels_[0], level_changes_[0], levels_[0].size, y, changes1_[y], width);
+    }
+  }
+
+  void RespondBase(const int16_t* row, int16_t* changes, std::ptrdiff_t width) {
+    std::fill_n(expanded_[0], width, responses_.pivot);
+    std::fill_n(expanded_changes_[0], width, int16_t{0});
+    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.base, changes, width);
+  }
+
+  template <class Levels, class Changes>
+  void RespondBand(int band, const int16_t* row, const Levels& coarse,
+                   const Changes& coarse_changes, PlaneSize coarse_size, std::ptrdiff_t y,
+                   int16_t* changes, std::ptrdiff_t width) {
+    ExpandRow(coarse, coarse_size, y, pyramid_, half_[0], expanded_[0]);
+    ExpandRow(coarse_changes, coarse_size, y, pyramid_, half_[0], expanded_changes_[0]);
+    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.band[band], changes,
+                     width);
+  }
+
+  const Picture& picture_;
+  const Responses& responses_;
+  const PyramidKernels& pyramid_;
+  const MultiFrequencyKernels& kernels_;
+  const BrightnessKernels samples_;
+  BrightnessSource brightness_;
+  Reduction level1_;
+  Pyramid levels_;         // from level 2 on
+  Pyramid level_changes_;  // from level 2 on
+  WorkRows changes1_;
+  WorkRows half_;
+  WorkRows expanded_;
+  WorkRows expanded_changes_;
+  WorkRows changes_;
+};
+
+}  // namespace
+
+Status MultiFrequency(const uint8_t* source, uint8_t* destination, uint32_t width, uint32_t height,
+                      PixelFormatCode code, const OvraMultiFrequencyParams* params,
+                      KernelTier tier) {
+  if (source == nullptr || destination == nullptr || params == nullptr) {
+    return OVRA_ERROR_YUSM_NULL;
+  }
+  if (width == 0 || height == 0) return OVRA_ERROR_YUSM_SIZE;
+  if (!AreParamsAccepted(*params)) return OVRA_ERROR_MULTI_FREQUENCY_PARAMETER;
+  PixelFormat format;
+  const Status status = DecodeAndCheckFormat(code, kFormatRules, &format);
+  if (status != OVRA_OK) return status;
+  if (!IsCountable(width, height, format)) return OVRA_ERROR_NO_MEMORY;
+  const Picture picture = {
+      source,
+      destination,
+      RowStride(width, format),
+      {static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height)},
+      static_cast<int32_t>(format.depth_bits)};
+  return Run(picture, format, Responses(*params), tier).Do();
+}
+
+}  // namespace ovra
+
+OVRA_API OvraStatus OVRA_CALL OvraMultiFrequency(const uint8_t* source, uint8_t* destination,
+                                                 uint32_t width, uint32_t height,
+                                                 OvraPixelFormatCode format,
+                                                 const OvraMultiFrequencyParams* params) {
+  return ovra::MultiFrequency(source, destination, width, height, format, params,
+                              ovra::DetectedTier());
+}
