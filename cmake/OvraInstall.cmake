@@ -28,6 +28,8 @@ install(FILES ${PROJECT_BINARY_DIR}/package/OvraBase.pc
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
         COMPONENT runtime)
 
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+
 set(CPACK_PACKAGE_NAME ovrabase)
 set(CPACK_PACKAGE_VENDOR "OvraBase developers")
 set(CPACK_PACKAGE_CONTACT "OvraBase developers <ovrabase@localhost>")
