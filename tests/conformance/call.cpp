@@ -86,8 +86,8 @@ Shape Shape::WithAlignmentOf(OvraPixelFormatCode other) const {
 
 OvraPixelFormatCode Call::Format(std::initializer_list<OvraColorModel> models, uint32_t max_depth) {
   const OvraColorModel model = draw.Of(models);
-  const auto depth =
-      static_cast<uint32_t>(draw.OneIn(2) ? 8 : draw.Int(8, static_cast<int32_t>(max_depth)));
+  const auto most = static_cast<int32_t>(max_depth);
+  const auto depth = static_cast<uint32_t>(draw.Of({8, 8, most, draw.Int(8, most)}));
   const uint32_t alignment = draw.Of({1U, 2U, 4U});
   const OvraRowOrder order = draw.Of({OVRA_ROWS_TOP_DOWN, OVRA_ROWS_BOTTOM_UP});
   const uint32_t ignored = draw.OneIn(8) ? draw.Bits() & 0xF0000000 : 0;

@@ -34,11 +34,13 @@ class Draw {
     return choices.begin()[Int(0, static_cast<int32_t>(choices.size()) - 1)];
   }
 
-  // Sizes: mostly of a few vectors, now and then one only, or many.
+  // Sizes: mostly of a few vectors, often whole ones, now and then the least or many.
   int32_t Size(int32_t low, int32_t high) {
     const int32_t kind = Int(0, 7);
     if (kind == 0) return low;
-    return Int(low, kind == 1 || high < low + kUsual ? high : low + kUsual);
+    const int32_t size = Int(low, kind == 1 || high < low + kUsual ? high : low + kUsual);
+    const int32_t whole = size / kVector * kVector;
+    return kind <= 3 && whole >= low ? whole : size;
   }
 
   // A multiple of 1/64 in [low, high]: exact in every floating-point type.
@@ -50,6 +52,7 @@ class Draw {
 
  private:
   static constexpr int32_t kUsual = 70;
+  static constexpr int32_t kVector = 16;
 
   uint64_t Bytes(int count) {
     uint64_t value = 0;

@@ -7,13 +7,14 @@
 namespace ovra_test {
 namespace {
 
-// Points of increasing x from `first` on, in units of 1/64.
+// Points of increasing x from `first` / 4096 on.
 const OvraResponsePoint* DrawCurve(Call& call, int32_t count, int32_t first) {
+  constexpr int32_t kUnit = 4096;  // finer than the entries of the tables
   auto* const points = call.Input<OvraResponsePoint>(static_cast<size_t>(count));
   int32_t x = call.draw.Int(first, 0);
   for (int32_t i = 0; i < count; ++i) {
-    points[i] = {x / 64.0, call.draw.Int(-128, 256) / 64.0};
-    x += call.draw.Int(1, std::max(1, (64 - x) / (count - i)));
+    points[i] = {x / double{kUnit}, call.draw.Int(-kUnit, 3 * kUnit) / double{kUnit}};
+    x += call.draw.Int(1, std::max(1, (kUnit - x) / (count - i)));
   }
   return points;
 }
@@ -39,7 +40,7 @@ Response DrawResponse(Call& call) {
     const int32_t level_points = call.draw.Int(1, 5);
     const int32_t difference_points = call.draw.Int(1, 5);
     const OvraResponsePoint* const level_curve = DrawCurve(call, level_points, 0);
-    const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -64);
+    const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -4096);
     OvraYUsmMakeTable(0, level_points, level_curve, difference_points, difference_curve, level,
                       difference);
   }
@@ -74,7 +75,7 @@ void ResponseTables(Call& call) {
   const int32_t level_points = call.draw.Int(1, 6);
   const int32_t difference_points = call.draw.Int(1, 6);
   const OvraResponsePoint* const level_curve = DrawCurve(call, level_points, 0);
-  const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -64);
+  const OvraResponsePoint* const difference_curve = DrawCurve(call, difference_points, -4096);
   auto* const level = call.Output<int16_t>(OVRA_LEVEL_TABLE_SIZE);
   auto* const difference = call.Output<int16_t>(OVRA_DIFFERENCE_TABLE_SIZE);
   call.Run([&] {
