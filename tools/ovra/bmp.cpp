@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // BMP with 24 bits a pixel: a device-independent bitmap behind a file header.
 #include <array>
-#include <cstring>
+#include <utility>
 #include <vector>
 
 #include "codecs.h"
@@ -15,7 +15,8 @@ constexpr size_t kFileHeaderBytes = 14;
 constexpr size_t kInfoHeaderBytes = 40;
 constexpr size_t kHeaderBytes = kFileHeaderBytes + kInfoHeaderBytes;
 constexpr uint32_t kBitsPerPixel = 24;
-constexpr uint32_t kPixelsPerMeter = 2835;  // 72 to the inch
+constexpr uint32_t kPixelsPerMeter = 2835;  // 72 to the inch, where a picture does not tell
+constexpr double kInchesPerMeter = 1 / 0.0254;
 
 using Header = std::array<uint8_t, kHeaderBytes>;
 
@@ -64,64 +65,119 @@ Header ReadHeader(const InputFile& file) {
   return header;
 }
 
+// A file whose rows are read one by one from its end, as the format stores them.
+class BmpReader : public RowReader {
+ public:
+  explicit BmpReader(InputFile file) : file_(std::move(file)) {
+    const Header header = ReadHeader(file_);
+    const auto signed_height = int64_t{static_cast<int32_t>(Get(header, kHeight))};
+    top_down_ = signed_height < 0;
+    const auto width = uint64_t{Get(header, kWidth)};
+    const auto height = static_cast<uint64_t>(top_down_ ? -signed_height : signed_height);
+    pixel_offset_ = Get(header, kPixelOffset);
+    file_.CheckClaim(width, height, 3, InputFile::Holds::kPlainSamples);
+    header_.width = static_cast<int32_t>(width);
+    header_.height = static_cast<int32_t>(height);
+    header_.format = FileFormat(8, 3);
+    header_.metadata.resolution = {
+        CleanResolution(static_cast<int32_t>(Get(header, kResolutionX)) / kInchesPerMeter),
+        CleanResolution(static_cast<int32_t>(Get(header, kResolutionY)) / kInchesPerMeter)};
+    dib_.resize(DibStride(width));
+  }
+
+  void ReadRow(uint8_t* row) override {
+    const int32_t stored = top_down_ ? next_row_ : header_.height - 1 - next_row_;
+    ++next_row_;
+    const uint64_t offset = pixel_offset_ + static_cast<uint64_t>(stored) * dib_.size();
+    // The padding of the last row may be missing.
+    if (!file_.ReadAt(offset, dib_.data(), header_.row_bytes())) file_.Refuse("BMP: is cut off");
+    OvraDib2Raw(dib_.data(), row, static_cast<uint32_t>(header_.width), 1);
+  }
+
+ private:
+  InputFile file_;
+  bool top_down_ = false;
+  uint64_t pixel_offset_ = 0;
+  std::vector<uint8_t> dib_;
+  int32_t next_row_ = 0;
+};
+
+class BmpWriter : public RowWriter {
+ public:
+  BmpWriter(OutputPtr file, const PictureHeader& header)
+      : file_(std::move(file)),
+        grey_(header.channels() == 1),
+        width_(static_cast<uint32_t>(header.width)),
+        rows_left_(header.height),
+        raw_(size_t{3} * width_),
+        dib_(DibStride(width_)) {
+    if (header.depth_bits() != 8)
+      file_->Refuse("BMP holds 8 bits a sample; use PNG or TIFF for 16");
+    if (header.channels() == 4) file_->Refuse("BMP is written without alpha; use PNG or TIFF");
+    if (uint64_t{dib_.size()} * static_cast<uint64_t>(header.height) > UINT32_MAX - kHeaderBytes) {
+      file_->Refuse("is too large for BMP");
+    }
+    const Metadata& metadata = header.metadata;
+    if (!metadata.profile.empty() || !metadata.exif.empty() || !metadata.xmp.empty() ||
+        !metadata.iptc.empty() || !metadata.comment.empty()) {
+      NoteLeftOut(*file_, "BMP has no place for profile, EXIF, XMP, IPTC and comment");
+    }
+    WriteHeader(header);
+  }
+
+  void WriteRow(const uint8_t* row) override {
+    if (grey_) {  // grey stands in all three
+      for (size_t i = 0; i < raw_.size(); ++i) raw_[i] = row[i / 3];
+      row = raw_.data();
+    }
+    OvraRaw2Dib(row, dib_.data(), width_, 1);
+    const uint64_t offset =
+        kHeaderBytes + uint64_t{dib_.size()} * static_cast<uint64_t>(--rows_left_);
+    if (!file_->WriteAt(offset, dib_.data(), dib_.size())) file_->RefuseWithSystemMessage();
+  }
+
+  void Finish() override { file_->Commit(); }
+
+ private:
+  void WriteHeader(const PictureHeader& picture) {
+    const auto height = static_cast<uint32_t>(picture.height);
+    const auto bytes = static_cast<uint32_t>(dib_.size() * height);
+    const Resolution& resolution = picture.metadata.resolution;
+    const auto per_meter = [](double per_inch) {
+      return per_inch > 0 ? static_cast<uint32_t>(per_inch * kInchesPerMeter + 0.5)
+                          : kPixelsPerMeter;
+    };
+    Header header = {'B', 'M'};
+    Put(header, kFileSize, static_cast<uint32_t>(kHeaderBytes) + bytes);
+    Put(header, kPixelOffset, kHeaderBytes);
+    Put(header, kInfoSize, kInfoHeaderBytes);
+    Put(header, kWidth, width_);
+    Put(header, kHeight, height);
+    Put(header, kPlanes, 1, 2);
+    Put(header, kBitCount, kBitsPerPixel, 2);
+    Put(header, kImageSize, bytes);
+    Put(header, kResolutionX, per_meter(resolution.x));
+    Put(header, kResolutionY, per_meter(resolution.y));
+    if (!file_->WriteAt(0, header.data(), header.size())) file_->RefuseWithSystemMessage();
+  }
+
+  OutputPtr file_;
+  bool grey_;
+  uint32_t width_;
+  int32_t rows_left_;
+  std::vector<uint8_t> raw_;
+  std::vector<uint8_t> dib_;
+};
+
 }  // namespace
 
-Image ReadBmp(const InputFile& file) {
-  const Header header = ReadHeader(file);
-  const auto signed_height = int64_t{static_cast<int32_t>(Get(header, kHeight))};
-  const bool top_down = signed_height < 0;
-  const auto width = uint64_t{Get(header, kWidth)};
-  const auto height = static_cast<uint64_t>(top_down ? -signed_height : signed_height);
-  file.CheckClaim(width, height, 3);
-  Image image(static_cast<int64_t>(width), static_cast<int64_t>(height), FileFormat(8, 3));
-
-  const size_t stride = DibStride(width);
-  std::vector<uint8_t> dib(stride * height);
-  std::fseek(file.stream(), static_cast<long>(Get(header, kPixelOffset)), SEEK_SET);
-  for (size_t y = 0; y < height; ++y) {
-    uint8_t* const row = dib.data() + stride * (top_down ? height - 1 - y : y);
-    // The padding of the last row may be missing.
-    const size_t wanted = y + 1 < height ? stride : 3 * width;
-    if (std::fread(row, 1, wanted, file.stream()) != wanted) file.Refuse("BMP: is cut off");
-  }
-  OvraDib2Raw(dib.data(), image.data(), static_cast<uint32_t>(width),
-              static_cast<uint32_t>(height));
-  return image;
+std::unique_ptr<RowReader> OpenBmp(InputFile file) {
+  return std::make_unique<BmpReader>(std::move(file));
 }
 
-void WriteBmp(const Image& image, const OutputFile& file, const WriteOptions&) {
-  if (image.depth_bits() != 8) file.Refuse("BMP holds 8 bits a sample; use PNG or TIFF for 16");
-  if (image.channels() == 4) file.Refuse("BMP is written without alpha; use PNG or TIFF");
-  const auto width = static_cast<uint32_t>(image.width());
-  const auto height = static_cast<uint32_t>(image.height());
-  std::vector<uint8_t> raw;
-  raw.reserve(size_t{3} * width * height);
-  for (int32_t y = 0; y < image.height(); ++y) {
-    const uint8_t* const row = image.Row(y);
-    const size_t copies = image.channels() == 1 ? 3 : 1;  // grey stands in all three
-    for (size_t i = 0; i < image.row_bytes(); ++i) raw.insert(raw.end(), copies, row[i]);
-  }
-  if (uint64_t{DibStride(width)} * height > UINT32_MAX - kHeaderBytes) {
-    file.Refuse("is too large for BMP");
-  }
-  std::vector<uint8_t> dib(DibStride(width) * height);
-  OvraRaw2Dib(raw.data(), dib.data(), width, height);
-
-  Header header = {'B', 'M'};
-  Put(header, kFileSize, static_cast<uint32_t>(kHeaderBytes + dib.size()));
-  Put(header, kPixelOffset, kHeaderBytes);
-  Put(header, kInfoSize, kInfoHeaderBytes);
-  Put(header, kWidth, width);
-  Put(header, kHeight, height);
-  Put(header, kPlanes, 1, 2);
-  Put(header, kBitCount, kBitsPerPixel, 2);
-  Put(header, kImageSize, static_cast<uint32_t>(dib.size()));
-  Put(header, kResolutionX, kPixelsPerMeter);
-  Put(header, kResolutionY, kPixelsPerMeter);
-  if (std::fwrite(header.data(), 1, header.size(), file.stream()) != header.size() ||
-      std::fwrite(dib.data(), 1, dib.size(), file.stream()) != dib.size()) {
-    file.Refuse("cannot be written");
-  }
+std::unique_ptr<RowWriter> CreateBmp(OutputPtr file, const PictureHeader& header,
+                                     const WriteOptions&) {
+  return std::make_unique<BmpWriter>(std::move(file), header);
 }
 
 }  // namespace ovra_host

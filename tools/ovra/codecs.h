@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 // One reader and one writer a file format. Readers are given the file at its start and treat its
-// bytes as hostile; writers are given a picture that CheckStorable has accepted.
+// bytes as hostile; writers are given a header that CreatePicture has accepted.
 #pragma once
 
 #include <cstdio>
+#include <memory>
+#include <string>
 
 #include "files.h"
-#include "image.h"
-#include "image_io.h"
+#include "picture_rows.h"
 
 namespace ovra_host {
 
@@ -21,14 +22,24 @@ struct ErrorText {
   }
 };
 
-Image ReadPng(const InputFile& file);
-Image ReadJpeg(const InputFile& file);
-Image ReadTiff(const InputFile& file);
-Image ReadBmp(const InputFile& file);
+// Tells the user that a remark stays behind.
+inline void NoteLeftOut(const OutputFile& file, const std::string& what) {
+  file.Note(what + "; left out");
+}
 
-void WritePng(const Image& image, const OutputFile& file, const WriteOptions& options);
-void WriteJpeg(const Image& image, const OutputFile& file, const WriteOptions& options);
-void WriteTiff(const Image& image, const OutputFile& file, const WriteOptions& options);
-void WriteBmp(const Image& image, const OutputFile& file, const WriteOptions& options);
+std::unique_ptr<RowReader> OpenPng(InputFile file);
+std::unique_ptr<RowReader> OpenJpeg(InputFile file);
+std::unique_ptr<RowReader> OpenTiff(InputFile file);
+std::unique_ptr<RowReader> OpenBmp(InputFile file);
+
+using OutputPtr = std::unique_ptr<OutputFile>;
+std::unique_ptr<RowWriter> CreatePng(OutputPtr file, const PictureHeader& header,
+                                     const WriteOptions& options);
+std::unique_ptr<RowWriter> CreateJpeg(OutputPtr file, const PictureHeader& header,
+                                      const WriteOptions& options);
+std::unique_ptr<RowWriter> CreateTiff(OutputPtr file, const PictureHeader& header,
+                                      const WriteOptions& options);
+std::unique_ptr<RowWriter> CreateBmp(OutputPtr file, const PictureHeader& header,
+                                     const WriteOptions& options);
 
 }  // namespace ovra_host

@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -26,78 +27,134 @@ std::string SystemMessage() {
   return std::strerror(errno);
 }
 
-// The mode of the file that will be replaced, or of a new one.
-mode_t ModeFor(const std::string& path) {
-  struct stat existing;
-  if (::stat(path.c_str(), &existing) == 0) return existing.st_mode & 07777;
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
+mode_t ModeOfNewFiles() {
+  static const mode_t mask = [] {  // asking for it changes it: once, whatever the number of threads
+    const mode_t present = ::umask(0);
+    ::umask(present);
+    return present;
+  }();
   return kNewFileMode & ~mask;
+}
+
+// Where a path leads when its last part is a symbolic link, whether or not something is there.
+std::filesystem::path Followed(const std::string& path) {
+  constexpr int kMaxLinks = 40;
+  std::filesystem::path target = path;
+  std::error_code error;
+  for (int i = 0; i < kMaxLinks && std::filesystem::is_symlink(target, error); ++i) {
+    const std::filesystem::path next = std::filesystem::read_symlink(target, error);
+    if (error) break;
+    target = target.parent_path() / next;  // an absolute one replaces all before it
+  }
+  return target;
 }
 
 }  // namespace
 
 InputFile::InputFile(const std::string& path) : path_(path) {
-  stream_.reset(std::fopen(path.c_str(), "rbe"));
-  if (!stream_) Refuse(SystemMessage());
   struct stat information;
-  if (::fstat(::fileno(stream()), &information) != 0) Refuse(SystemMessage());
+  if (::stat(path.c_str(), &information) != 0) Refuse(SystemMessage());
+  if (!S_ISREG(information.st_mode)) Refuse("is not a regular file");
+  // Something else may have taken its place: opened this way, not even a pipe waits.
+  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) Refuse(SystemMessage());
+  stream_.reset(::fdopen(descriptor, "rb"));
+  if (!stream_) ::close(descriptor);
+  if (!stream_ || ::fstat(descriptor, &information) != 0) Refuse(SystemMessage());
   if (!S_ISREG(information.st_mode)) Refuse("is not a regular file");
   size_ = static_cast<uint64_t>(information.st_size);
 }
 
-void InputFile::CheckClaim(uint64_t width, uint64_t height, uint64_t bytes_per_pixel) const {
+bool InputFile::ReadAt(uint64_t offset, uint8_t* to, size_t bytes) const {
+  if (offset > size_ || bytes > size_ - offset) return false;
+  while (bytes > 0) {
+    const ssize_t count = ::pread(::fileno(stream()), to, bytes, static_cast<off_t>(offset));
+    if (count <= 0) return false;
+    to += count;
+    offset += static_cast<uint64_t>(count);
+    bytes -= static_cast<size_t>(count);
+  }
+  return true;
+}
+
+void InputFile::CheckClaim(uint64_t width, uint64_t height, uint64_t bytes_per_pixel,
+                           Holds holds) const {
   const auto max_side = static_cast<uint64_t>(kMaxSide);
   const std::string claim = std::to_string(width) + " x " + std::to_string(height) + " pixels";
   if (width == 0 || height == 0) Refuse("claims " + claim);
   if (width > max_side || height > max_side) Refuse("is too large: " + claim);
   const uint64_t bytes = width * height * bytes_per_pixel;
-  if (bytes > static_cast<uint64_t>(kMaxImageBytes)) Refuse("is too large: " + claim);
-  if (bytes / kMaxExpansion > size_) Refuse("is too short for the " + claim + " that it claims");
+  const uint64_t least = holds == Holds::kPlainSamples ? bytes : bytes / kMaxExpansion;
+  if (least > size_) Refuse("is too short for the " + claim + " that it claims");
 }
 
 void InputFile::Refuse(const std::string& reason) const {
   throw Error(path_ + ": " + reason);
 }
 
-OutputFile::OutputFile(const std::string& path) : path_(path), final_path_(path) {
-  std::error_code ignored;  // a path that leads nowhere yet stays as it is
-  const std::filesystem::path target = std::filesystem::canonical(path, ignored);
-  if (!target.empty()) final_path_ = target.string();
-  if (!target.empty() && !std::filesystem::is_regular_file(target)) {
-    Refuse("exists and is not a regular file");
-  }
-  temporary_path_ = final_path_ + ".XXXXXX";
-  const int descriptor = ::mkostemp(temporary_path_.data(), O_CLOEXEC);
-  if (descriptor < 0) {
-    temporary_path_.clear();
-    Refuse("cannot be written: " + SystemMessage());
-  }
+OutputFile::OutputFile(const std::string& path) : path_(path) {
+  const std::filesystem::path target = Followed(path);
+  final_path_ = target.string();
+  struct stat existing;
+  const bool exists = ::stat(final_path_.c_str(), &existing) == 0;
+  if (exists && !S_ISREG(existing.st_mode)) Refuse("exists and is not a regular file");
+  has_other_names_ = exists && existing.st_nlink > 1;
+  const int descriptor = temporary_.Create(target.parent_path().string());
+  if (descriptor < 0) RefuseWithSystemMessage();
   stream_.reset(::fdopen(descriptor, "w+b"));
-  // The destructor does not run when this fails, so the file is removed here.
-  if (!stream_ || ::fchmod(descriptor, ModeFor(final_path_)) != 0) {
-    const std::string message = SystemMessage();
-    if (!stream_) ::close(descriptor);
-    ::unlink(temporary_path_.c_str());
-    Refuse("cannot be written: " + message);
-  }
+  if (!stream_) ::close(descriptor);
+  const mode_t mode = exists ? existing.st_mode & 07777 : ModeOfNewFiles();
+  if (!stream_ || ::fchmod(descriptor, mode) != 0) RefuseWithSystemMessage();
 }
 
-OutputFile::~OutputFile() {
-  stream_.reset();
-  if (!temporary_path_.empty()) ::unlink(temporary_path_.c_str());
+OutputFile::~OutputFile() = default;
+
+bool OutputFile::WriteAt(uint64_t offset, const uint8_t* from, size_t bytes) const {
+  while (bytes > 0) {
+    const ssize_t count = ::pwrite(::fileno(stream()), from, bytes, static_cast<off_t>(offset));
+    if (count <= 0) return false;
+    from += count;
+    offset += static_cast<uint64_t>(count);
+    bytes -= static_cast<size_t>(count);
+  }
+  return true;
 }
 
 void OutputFile::Commit() {
-  const bool written = std::fflush(stream()) == 0 && std::ferror(stream()) == 0 &&
-                       ::fsync(::fileno(stream())) == 0 && std::fclose(stream_.release()) == 0 &&
-                       std::rename(temporary_path_.c_str(), final_path_.c_str()) == 0;
-  if (!written) Refuse("cannot be written: " + SystemMessage());
-  temporary_path_.clear();
+  const bool flushed =
+      std::fflush(stream()) == 0 && std::ferror(stream()) == 0 && ::fsync(::fileno(stream())) == 0;
+  if (!flushed || !(has_other_names_ ? CopyToItsName() : MoveToItsName())) {
+    RefuseWithSystemMessage();
+  }
+}
+
+bool OutputFile::MoveToItsName() {
+  if (std::fclose(stream_.release()) != 0) return false;
+  return temporary_.RenameTo(final_path_);
+}
+
+bool OutputFile::CopyToItsName() const {
+  const Stream to(std::fopen(final_path_.c_str(), "wbe"));
+  if (!to) return false;
+  std::rewind(stream());
+  std::array<char, 1 << 16> buffer;
+  size_t count = 0;
+  while ((count = std::fread(buffer.data(), 1, buffer.size(), stream())) > 0) {
+    if (std::fwrite(buffer.data(), 1, count, to.get()) != count) return false;
+  }
+  return std::ferror(stream()) == 0 && std::fflush(to.get()) == 0;
+}
+
+void OutputFile::Note(const std::string& text) const {
+  PrintNote(path_ + ": " + text);
 }
 
 void OutputFile::Refuse(const std::string& reason) const {
   throw Error(path_ + ": " + reason);
+}
+
+void OutputFile::RefuseWithSystemMessage() const {
+  Refuse("cannot be written: " + SystemMessage());
 }
 
 }  // namespace ovra_host

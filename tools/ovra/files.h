@@ -7,6 +7,8 @@
 #include <memory>
 #include <string>
 
+#include "temporary_files.h"
+
 namespace ovra_host {
 
 struct StreamCloser {
@@ -17,15 +19,22 @@ using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 // A regular file open for reading.
 class InputFile {
  public:
+  enum class Holds { kCompressed, kPlainSamples };
+
+  // Anything else, as a pipe, is refused before it is opened: opening could wait without end.
   explicit InputFile(const std::string& path);
 
   const std::string& path() const { return path_; }
   std::FILE* stream() const { return stream_.get(); }
   uint64_t size() const { return size_; }
 
-  // Throws unless a picture of this size can come out of a file this long and is not too large.
-  // Called with what a header claims, before memory is asked for.
-  void CheckClaim(uint64_t width, uint64_t height, uint64_t bytes_per_pixel) const;
+  // Reads bytes from an offset, apart from the stream; false where the file ends before.
+  bool ReadAt(uint64_t offset, uint8_t* to, size_t bytes) const;
+
+  // Throws unless a picture of this size can come out of a file this long. Called with what a header
+  // claims, before memory is asked for.
+  void CheckClaim(uint64_t width, uint64_t height, uint64_t bytes_per_pixel,
+                  Holds holds = Holds::kCompressed) const;
 
   // Throws Error about this file.
   [[noreturn]] void Refuse(const std::string& reason) const;
@@ -37,7 +46,8 @@ class InputFile {
 };
 
 // A file that is written under another name in the same folder. Commit gives it its own name in one
-// step; without it everything is removed again.
+// step; without it everything is removed again. A symbolic link is followed, also one that leads to
+// no file yet; a file of several names keeps them and gets the new content by copying.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& path);
@@ -48,15 +58,26 @@ class OutputFile {
   const std::string& path() const { return path_; }
   std::FILE* stream() const { return stream_.get(); }
 
+  // Writes bytes at an offset, apart from the stream; false on failure.
+  bool WriteAt(uint64_t offset, const uint8_t* from, size_t bytes) const;
+
   void Commit();
 
-  // Throws Error about this file.
+  // Tells the user something about this file.
+  void Note(const std::string& text) const;
+
+  // Throw Error about this file.
   [[noreturn]] void Refuse(const std::string& reason) const;
+  [[noreturn]] void RefuseWithSystemMessage() const;
 
  private:
+  bool MoveToItsName();
+  bool CopyToItsName() const;
+
   std::string path_;
   std::string final_path_;  // where path_ leads to when it is a symbolic link
-  std::string temporary_path_;
+  bool has_other_names_ = false;
+  TemporaryName temporary_;
   Stream stream_;
 };
 

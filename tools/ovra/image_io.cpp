@@ -1,96 +1,83 @@
 // SPDX-License-Identifier: MIT
 #include "image_io.h"
 
-#include <algorithm>
 #include <array>
-#include <cctype>
-#include <filesystem>
-#include <string_view>
+#include <utility>
+#include <vector>
 
-#include "codecs.h"
 #include "error.h"
-#include "files.h"
+#include "exif.h"
+#include "ovra/geometry.h"
+#include "srgb.h"
 
 namespace ovra_host {
 namespace {
 
-using namespace std::string_view_literals;
-
-struct Signature {
-  std::string_view bytes;
-  Image (*read)(const InputFile&);
-};
-
-constexpr std::array<Signature, 5> kSignatures = {{
-    {"\x89PNG\r\n\x1a\n"sv, ReadPng},
-    {"\xFF\xD8\xFF"sv, ReadJpeg},
-    {"II*\0"sv, ReadTiff},
-    {"MM\0*"sv, ReadTiff},
-    {"BM"sv, ReadBmp},
-}};
-
-struct Extension {
-  std::string_view name;
-  void (*write)(const Image&, const OutputFile&, const WriteOptions&);
-};
-
-constexpr std::array<Extension, 6> kExtensions = {{
-    {".png", WritePng},
-    {".jpg", WriteJpeg},
-    {".jpeg", WriteJpeg},
-    {".tif", WriteTiff},
-    {".tiff", WriteTiff},
-    {".bmp", WriteBmp},
-}};
-
-const Extension& FindExtension(const std::string& path) {
-  std::string name = std::filesystem::path(path).extension().string();
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  const auto* const found = std::find_if(kExtensions.begin(), kExtensions.end(),
-                                         [&](const Extension& e) { return e.name == name; });
-  if (found == kExtensions.end()) {
-    throw Error(path + ": an output's name ends in .png, .jpg, .jpeg, .tif, .tiff or .bmp");
+Image MakeImage(const PictureHeader& header, const std::string& path) {
+  try {
+    return Image(header.width, header.height, header.format);
+  } catch (const Error& error) {
+    throw Error(path + ": " + error.what());
   }
-  return *found;
 }
 
-// Files hold grey, RGB and RGBA of 8 or 16 bits, from the top.
-void CheckStorable(const Image& image, const std::string& path) {
-  const bool depth_fits = image.depth_bits() == 8 || image.depth_bits() == 16;
+// Files hold rows without padding, and nothing but top-down ones.
+void WriteRows(const Image& image, const Metadata& metadata, const std::string& path,
+               const WriteOptions& options) {
   const OvraPixelFormatCode row_alignment = image.format() & 0x00F00000;
-  const OvraPixelFormatCode wanted = FileFormat(image.depth_bits(), image.channels());
-  if (!depth_fits || image.channels() == 2 || image.format() != (wanted | row_alignment)) {
-    throw Error(path + ": only grey, RGB and RGBA of 8 or 16 bits a sample can be stored");
-  }
+  const auto writer = CreatePicture(
+      path, {image.width(), image.height(), image.format() & ~row_alignment, metadata}, options);
+  for (int32_t y = 0; y < image.height(); ++y) writer->WriteRow(image.Row(y));
+  writer->Finish();
 }
 
 }  // namespace
 
-Image ReadImage(const std::string& path) {
-  const InputFile file(path);
-  std::array<char, 8> start = {};
-  const size_t count = std::fread(start.data(), 1, start.size(), file.stream());
-  std::rewind(file.stream());
-  const std::string_view bytes(start.data(), count);
-  for (const Signature& signature : kSignatures) {
-    if (bytes.substr(0, signature.bytes.size()) == signature.bytes) {
-      return signature.read(file);
-    }
+Picture ReadPicture(const std::string& path, const ReadOptions& options) {
+  const auto reader = OpenPicture(path);
+  Image image = MakeImage(reader->header(), path);
+  for (int32_t y = 0; y < image.height(); ++y) reader->ReadRow(image.Row(y));
+  reader->Finish();
+  Picture picture = {std::move(image), reader->header().metadata};
+  const uint16_t orientation = ExifOrientation(picture.metadata.exif);
+  if (options.auto_orient && orientation != kUpright) {
+    picture.image = Rotated(picture.image, ModeForOrientation(orientation));
+    SetExifUpright(&picture.metadata.exif);
   }
-  file.Refuse("is not a PNG, JPEG, TIFF or BMP file");
+  if (options.to_srgb) ConvertToSrgb(&picture);
+  if (options.strip) StripMetadata(&picture.metadata);
+  return picture;
+}
+
+void WritePicture(const Picture& picture, const std::string& path, const WriteOptions& options) {
+  WriteRows(picture.image, picture.metadata, path, options);
+}
+
+Image ReadImage(const std::string& path) {
+  return ReadPicture(path).image;
 }
 
 void WriteImage(const Image& image, const std::string& path, const WriteOptions& options) {
-  const Extension& extension = FindExtension(path);
-  CheckStorable(image, path);
-  OutputFile file(path);
-  extension.write(image, file, options);
-  file.Commit();
+  WriteRows(image, {}, path, options);
 }
 
-void CheckOutputName(const std::string& path) {
-  FindExtension(path);
+Image Rotated(const Image& image, int32_t mode) {
+  if (mode == OVRA_ROTATE_NONE) return image;
+  const bool exchanged = mode % 2 != 0;  // the odd modes exchange width and height
+  Image result(exchanged ? image.height() : image.width(),
+               exchanged ? image.width() : image.height(), image.format());
+  CheckStatus(OvraRotateImage(image.data(), result.data(), image.width(), image.height(),
+                              image.format(), mode),
+              "OvraRotateImage");
+  return result;
+}
+
+int32_t ModeForOrientation(uint16_t orientation) {
+  constexpr std::array<int32_t, 9> kModes = {
+      OVRA_ROTATE_NONE,          OVRA_ROTATE_NONE,           OVRA_ROTATE_MIRROR,
+      OVRA_ROTATE_HALF,          OVRA_ROTATE_FLIP,           OVRA_ROTATE_TRANSPOSE,
+      OVRA_ROTATE_QUARTER_RIGHT, OVRA_ROTATE_ANTI_TRANSPOSE, OVRA_ROTATE_QUARTER_LEFT};
+  return orientation < kModes.size() ? kModes[orientation] : int32_t{OVRA_ROTATE_NONE};
 }
 
 }  // namespace ovra_host

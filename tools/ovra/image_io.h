@@ -1,29 +1,39 @@
 // SPDX-License-Identifier: MIT
-// Pictures from and to files: PNG, JPEG, TIFF and BMP.
+// Whole pictures from and to files.
 #pragma once
 
 #include <string>
 
 #include "image.h"
+#include "metadata.h"
+#include "picture_rows.h"
 
 namespace ovra_host {
 
-struct WriteOptions {
-  int jpeg_quality = 92;  // 1..100
+struct ReadOptions {
+  bool auto_orient = true;  // turn the picture as its orientation tag says, and reset the tag
+  bool strip = false;       // drop all remarks but the profile
+  bool to_srgb = false;     // convert colors by the profile
 };
 
-// Reads a picture as grey, RGB or RGBA with 8 or 16 bits a sample. What a file is, is told by its
-// first bytes, not by its name. Palettes, fewer bits and grey with alpha are expanded; pixels stay
-// in the order in which they are stored; colour profiles and other remarks are dropped. Whatever
-// the bytes of the file are, the answer is a picture or an Error of one line.
-Image ReadImage(const std::string& path);
+struct Picture {
+  Image image;
+  Metadata metadata;
+};
 
-// Writes a picture in the format that the extension of the name asks for. It is written beside
-// under another name and then renamed, so that a failure leaves an existing file as it was. Throws
-// Error when the format cannot hold the picture: 16 bits or alpha in JPEG and BMP.
+// Reads a picture with all its remarks.
+Picture ReadPicture(const std::string& path, const ReadOptions& options = {});
+void WritePicture(const Picture& picture, const std::string& path,
+                  const WriteOptions& options = {});
+
+// The pixels alone.
+Image ReadImage(const std::string& path);
 void WriteImage(const Image& image, const std::string& path, const WriteOptions& options = {});
 
-// Throws Error unless WriteImage knows the extension.
-void CheckOutputName(const std::string& path);
+// The picture turned by a mode of OvraRotateImage.
+Image Rotated(const Image& image, int32_t mode);
+
+// The mode that brings a picture of this EXIF orientation upright.
+int32_t ModeForOrientation(uint16_t orientation);
 
 }  // namespace ovra_host

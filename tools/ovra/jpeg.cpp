@@ -7,10 +7,13 @@
 #include <jpeglib.h>
 
 #include <csetjmp>
+#include <cstdlib>
 #include <string>
+#include <utility>
 
 #include "codecs.h"
 #include "error.h"
+#include "jpeg_markers.h"
 
 namespace ovra_host {
 namespace {
@@ -21,6 +24,11 @@ constexpr int kMaxScans = 500;
 
 // From this quality on colours are stored at full resolution.
 constexpr int kFullColorQuality = 90;
+
+// Up to so many pixels the codes are fitted to the picture, for which libjpeg keeps it whole.
+constexpr int64_t kMaxFittedPixels = 64'000'000;
+
+constexpr double kCentimetersPerInch = 2.54;
 
 struct JpegErrors {
   jpeg_error_mgr manager;  // first, so that its address is that of the whole
@@ -37,11 +45,12 @@ struct JpegErrors {
 }
 
 // Warnings (below 0) tell of missing or damaged data, which libjpeg would replace by grey; a
-// picture is read whole or not at all. Superfluous bytes and odd version numbers do no harm.
+// picture is read whole or not at all. Superfluous bytes, odd version numbers and a damaged profile
+// do no harm.
 void OnMessage(j_common_ptr codec, int level) {
   const int code = codec->err->msg_code;
-  const bool harmless =
-      code == JWRN_EXTRANEOUS_DATA || code == JWRN_ADOBE_XFORM || code == JWRN_JFIF_MAJOR;
+  const bool harmless = code == JWRN_EXTRANEOUS_DATA || code == JWRN_ADOBE_XFORM ||
+                        code == JWRN_JFIF_MAJOR || code == JWRN_BOGUS_ICC;
   if (level < 0 && !harmless) OnError(codec);
 }
 
@@ -64,25 +73,31 @@ bool RunGuarded(JpegErrors& errors, const Step& step) {
   return true;
 }
 
-class JpegReader {
+class JpegReader : public RowReader {
  public:
-  explicit JpegReader(const InputFile& file) : file_(file) {
+  explicit JpegReader(InputFile file) : file_(std::move(file)) {
     PrepareErrors(&errors_);
     decoder_.err = &errors_.manager;
     progress_.progress_monitor = LimitScans;
+    try {
+      Open();
+    } catch (...) {  // the destructor of the class does not run
+      jpeg_destroy_decompress(&decoder_);
+      throw;
+    }
   }
-  ~JpegReader() { jpeg_destroy_decompress(&decoder_); }
-  JpegReader(const JpegReader&) = delete;
-  JpegReader& operator=(const JpegReader&) = delete;
+  ~JpegReader() override { jpeg_destroy_decompress(&decoder_); }
 
-  Image Read() {
-    Run([this] { ReadHeader(); });
-    const auto channels = static_cast<uint32_t>(decoder_.num_components);
-    if (channels != 1 && channels != 3) file_.Refuse("JPEG: only grey and RGB are read, not CMYK");
-    file_.CheckClaim(decoder_.image_width, decoder_.image_height, channels);
-    Image image(decoder_.image_width, decoder_.image_height, FileFormat(8, channels));
-    Run([this, &image] { ReadRows(image); });
-    return image;
+  void ReadRow(uint8_t* row) override {
+    Run([this, row] {
+      JSAMPROW to = row;
+      if (decoder_.output_scanline == 0) jpeg_start_decompress(&decoder_);
+      jpeg_read_scanlines(&decoder_, &to, 1);
+    });
+  }
+
+  void Finish() override {
+    Run([this] { jpeg_finish_decompress(&decoder_); });
   }
 
  private:
@@ -91,82 +106,139 @@ class JpegReader {
     if (!RunGuarded(errors_, step)) file_.Refuse(std::string("JPEG: ") + errors_.error.text);
   }
 
+  void Open() {
+    Run([this] { ReadHeader(); });
+    const auto channels = static_cast<uint32_t>(decoder_.num_components);
+    if (channels != 1 && channels != 3) file_.Refuse("JPEG: only grey and RGB are read, not CMYK");
+    file_.CheckClaim(decoder_.image_width, decoder_.image_height, channels);
+    header_.width = static_cast<int32_t>(decoder_.image_width);
+    header_.height = static_cast<int32_t>(decoder_.image_height);
+    header_.format = FileFormat(8, channels);
+    if (jpeg_has_multiple_scans(&decoder_)) CheckFitsWhole(channels);
+    decoder_.out_color_space = channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    header_.metadata = JpegMetadata(decoder_.marker_list);
+    JOCTET* profile = nullptr;
+    unsigned bytes = 0;
+    Run([&] { jpeg_read_icc_profile(&decoder_, &profile, &bytes); });
+    if (profile != nullptr) header_.metadata.profile.assign(profile, profile + bytes);
+    std::free(profile);
+    SetResolution();
+  }
+
   void ReadHeader() {
     jpeg_create_decompress(&decoder_);
     decoder_.progress = &progress_;
     jpeg_stdio_src(&decoder_, file_.stream());
+    for (const int marker : kKeptJpegMarkers) jpeg_save_markers(&decoder_, marker, 0xFFFF);
     jpeg_read_header(&decoder_, TRUE);
   }
 
-  void ReadRows(Image& image) {
-    decoder_.out_color_space = image.channels() == 1 ? JCS_GRAYSCALE : JCS_RGB;
-    jpeg_start_decompress(&decoder_);
-    while (decoder_.output_scanline < decoder_.output_height) {
-      JSAMPROW row = image.Row(static_cast<int32_t>(decoder_.output_scanline));
-      jpeg_read_scanlines(&decoder_, &row, 1);
-    }
-    jpeg_finish_decompress(&decoder_);
+  // Of a picture in several scans all coefficients are kept, two bytes each.
+  void CheckFitsWhole(uint32_t channels) const {
+    const int64_t bytes = int64_t{2} * channels * header_.width * header_.height;
+    if (bytes > kMaxImageBytes) file_.Refuse("JPEG: is too large for one of several scans");
   }
 
-  const InputFile& file_;
+  void SetResolution() {
+    constexpr int kPerInch = 1;
+    constexpr int kPerCentimeter = 2;
+    if (decoder_.saw_JFIF_marker == FALSE) return;
+    const double factor = decoder_.density_unit == kPerInch         ? 1
+                          : decoder_.density_unit == kPerCentimeter ? kCentimetersPerInch
+                                                                    : 0;
+    header_.metadata.resolution = {decoder_.X_density * factor, decoder_.Y_density * factor};
+  }
+
+  InputFile file_;
   JpegErrors errors_ = {};
   jpeg_progress_mgr progress_ = {};
   jpeg_decompress_struct decoder_ = {};
 };
 
-class JpegWriter {
+class JpegWriter : public RowWriter {
  public:
-  explicit JpegWriter(const OutputFile& file) : file_(file) {
+  JpegWriter(OutputPtr file, const PictureHeader& header, int quality) : file_(std::move(file)) {
     PrepareErrors(&errors_);
     encoder_.err = &errors_.manager;
+    try {
+      const std::vector<JpegMarker> markers = JpegMarkers(header.metadata, *file_);
+      Run([&] { WriteHeader(header, markers, quality); });
+    } catch (...) {  // the destructor of the class does not run
+      jpeg_destroy_compress(&encoder_);
+      throw;
+    }
   }
-  ~JpegWriter() { jpeg_destroy_compress(&encoder_); }
-  JpegWriter(const JpegWriter&) = delete;
-  JpegWriter& operator=(const JpegWriter&) = delete;
+  ~JpegWriter() override { jpeg_destroy_compress(&encoder_); }
 
-  void Write(const Image& image, int quality) {
-    const bool written = RunGuarded(errors_, [this, &image, quality] { WriteAll(image, quality); });
-    if (!written) file_.Refuse(std::string("JPEG: ") + errors_.error.text);
+  void WriteRow(const uint8_t* row) override {
+    Run([this, row] {
+      JSAMPROW from = const_cast<JSAMPROW>(row);  // libjpeg does not write to it
+      jpeg_write_scanlines(&encoder_, &from, 1);
+    });
+  }
+
+  void Finish() override {
+    Run([this] { jpeg_finish_compress(&encoder_); });
+    file_->Commit();
   }
 
  private:
-  void WriteAll(const Image& image, int quality) {
+  template <class Step>
+  void Run(const Step& step) {
+    if (!RunGuarded(errors_, step)) file_->Refuse(std::string("JPEG: ") + errors_.error.text);
+  }
+
+  void WriteHeader(const PictureHeader& header, const std::vector<JpegMarker>& markers,
+                   int quality) {
     jpeg_create_compress(&encoder_);
-    jpeg_stdio_dest(&encoder_, file_.stream());
-    encoder_.image_width = static_cast<JDIMENSION>(image.width());
-    encoder_.image_height = static_cast<JDIMENSION>(image.height());
-    encoder_.input_components = static_cast<int>(image.channels());
-    encoder_.in_color_space = image.channels() == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    jpeg_stdio_dest(&encoder_, file_->stream());
+    encoder_.image_width = static_cast<JDIMENSION>(header.width);
+    encoder_.image_height = static_cast<JDIMENSION>(header.height);
+    encoder_.input_components = static_cast<int>(header.channels());
+    encoder_.in_color_space = header.channels() == 1 ? JCS_GRAYSCALE : JCS_RGB;
     jpeg_set_defaults(&encoder_);
     jpeg_set_quality(&encoder_, quality, TRUE);
-    encoder_.optimize_coding = TRUE;
+    encoder_.optimize_coding = int64_t{header.width} * header.height <= kMaxFittedPixels;
     if (quality >= kFullColorQuality) {
       encoder_.comp_info[0].h_samp_factor = 1;
       encoder_.comp_info[0].v_samp_factor = 1;
     }
-    jpeg_start_compress(&encoder_, TRUE);
-    for (int32_t y = 0; y < image.height(); ++y) {
-      JSAMPROW row = const_cast<JSAMPROW>(image.Row(y));  // libjpeg does not write to it
-      jpeg_write_scanlines(&encoder_, &row, 1);
+    const Resolution& resolution = header.metadata.resolution;
+    if (resolution.x > 0 && resolution.x <= UINT16_MAX && resolution.y <= UINT16_MAX) {
+      encoder_.density_unit = 1;  // per inch
+      encoder_.X_density = static_cast<UINT16>(resolution.x + 0.5);
+      encoder_.Y_density = static_cast<UINT16>(resolution.y + 0.5);
     }
-    jpeg_finish_compress(&encoder_);
+    jpeg_start_compress(&encoder_, TRUE);
+    for (const JpegMarker& marker : markers) {
+      jpeg_write_marker(&encoder_, marker.number, marker.bytes.data(),
+                        static_cast<unsigned>(marker.bytes.size()));
+    }
+    const Blob& profile = header.metadata.profile;
+    if (!profile.empty()) {
+      jpeg_write_icc_profile(&encoder_, profile.data(), static_cast<unsigned>(profile.size()));
+    }
   }
 
-  const OutputFile& file_;
+  OutputPtr file_;
   JpegErrors errors_ = {};
   jpeg_compress_struct encoder_ = {};
 };
 
 }  // namespace
 
-Image ReadJpeg(const InputFile& file) {
-  return JpegReader(file).Read();
+std::unique_ptr<RowReader> OpenJpeg(InputFile file) {
+  return std::make_unique<JpegReader>(std::move(file));
 }
 
-void WriteJpeg(const Image& image, const OutputFile& file, const WriteOptions& options) {
-  if (image.depth_bits() != 8) file.Refuse("JPEG holds 8 bits a sample; use PNG or TIFF for 16");
-  if (image.channels() == 4) file.Refuse("JPEG holds no alpha; use PNG or TIFF");
-  JpegWriter(file).Write(image, options.jpeg_quality);
+std::unique_ptr<RowWriter> CreateJpeg(OutputPtr file, const PictureHeader& header,
+                                      const WriteOptions& options) {
+  if (header.depth_bits() != 8) file->Refuse("JPEG holds 8 bits a sample; use PNG or TIFF for 16");
+  if (header.channels() == 4) file->Refuse("JPEG holds no alpha; use PNG or TIFF");
+  if (header.width > JPEG_MAX_DIMENSION || header.height > JPEG_MAX_DIMENSION) {
+    file->Refuse("is too large for JPEG, whose sides are 65500 at most; use PNG or TIFF");
+  }
+  return std::make_unique<JpegWriter>(std::move(file), header, options.jpeg_quality);
 }
 
 }  // namespace ovra_host

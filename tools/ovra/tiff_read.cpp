@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "error.h"
@@ -39,31 +40,49 @@ void DivideByAlpha(Sample* pixel, int32_t count, uint32_t max) {
   }
 }
 
-void DivideByAlpha(Image& image) {
-  for (int32_t y = 0; y < image.height(); ++y) {
-    if (image.depth_bits() == 8) {
-      DivideByAlpha(image.Row(y), image.width(), image.max_sample());
-    } else {
-      DivideByAlpha(image.Row16(y), image.width(), image.max_sample());
-    }
-  }
-}
+// A band of rows that the file does not hold one by one.
+struct Band {
+  std::vector<uint8_t> bytes;
+  uint32_t first = 0;
+  uint32_t end = 0;  // the row behind the last one
+};
 
-class TiffReader {
+class TiffReader : public RowReader {
  public:
-  explicit TiffReader(const InputFile& file)
-      : file_(file), session_(file.stream(), file.path(), "rm"), layout_(ReadLayout()) {}
-
-  Image Read() {
-    if (!layout_.Direct()) return ReadConverted();
-    Image image(layout_.width, layout_.height, FileFormat(layout_.bits, layout_.channels));
-    if (TIFFIsTiled(tiff()) != 0) {
-      ReadTiles(image);
-    } else {
-      ReadStrips(image);
+  explicit TiffReader(InputFile file)
+      : file_(std::move(file)),
+        session_(file_.stream(), file_.path(), "rm"),
+        layout_(ReadLayout()) {
+    header_.width = static_cast<int32_t>(layout_.width);
+    header_.height = static_cast<int32_t>(layout_.height);
+    header_.metadata = TiffMetadata(session_, file_);
+    if (!layout_.Direct()) {
+      ReadConverted();
+      return;
     }
-    if (layout_.associated_alpha && layout_.channels == 4) DivideByAlpha(image);
-    return image;
+    header_.format = FileFormat(layout_.bits, layout_.channels);
+    const bool tiled = TIFFIsTiled(tiff()) != 0;
+    if (!tiled && TIFFScanlineSize64(tiff()) != header_.row_bytes()) {
+      file_.Refuse("TIFF: its row sizes do not agree");
+    }
+    if (tiled) PrepareTiles();
+  }
+
+  void ReadRow(uint8_t* row) override {
+    const uint32_t y = next_row_++;
+    if (tile_.empty() && band_.bytes.empty()) {
+      if (TIFFReadScanline(tiff(), row, y, 0) < 0) RefuseWithMessage();
+    } else {
+      if (y >= band_.end) ReadTiles();
+      std::memcpy(row, band_.bytes.data() + header_.row_bytes() * (y - band_.first),
+                  header_.row_bytes());
+    }
+    if (!layout_.Direct() || !layout_.associated_alpha || header_.channels() != 4) return;
+    if (header_.depth_bits() == 8) {
+      DivideByAlpha(row, header_.width, UINT8_MAX);
+    } else {
+      DivideByAlpha(reinterpret_cast<uint16_t*>(row), header_.width, UINT16_MAX);
+    }
   }
 
  private:
@@ -89,93 +108,89 @@ class TiffReader {
       file_.Refuse("TIFF: only unsigned whole numbers are read as samples");
     }
     const uint64_t bytes_per_pixel = layout.Direct() ? layout.bits / 8 * layout.channels : 4;
-    file_.CheckClaim(layout.width, layout.height, bytes_per_pixel);
+    const bool plain = session_.Field<uint16_t>(TIFFTAG_COMPRESSION) == COMPRESSION_NONE;
+    file_.CheckClaim(
+        layout.width, layout.height, bytes_per_pixel,
+        layout.Direct() && plain ? InputFile::Holds::kPlainSamples : InputFile::Holds::kCompressed);
     return layout;
   }
 
-  void ReadStrips(Image& image) const {
-    CheckRowSize(image, TIFFScanlineSize64(tiff()));
-    for (int32_t y = 0; y < image.height(); ++y) {
-      if (TIFFReadScanline(tiff(), image.Row(y), static_cast<uint32_t>(y), 0) < 0) {
-        RefuseWithMessage();
-      }
-    }
-  }
-
-  void ReadTiles(Image& image) const {
+  void PrepareTiles() {
     const auto tile_width = session_.Field<uint32_t>(TIFFTAG_TILEWIDTH);
     const auto tile_height = session_.Field<uint32_t>(TIFFTAG_TILELENGTH);
-    const size_t pixel_bytes = size_t{image.bytes_per_sample()} * image.channels();
-    file_.CheckClaim(tile_width, tile_height, pixel_bytes);
-    const size_t tile_row_bytes = tile_width * pixel_bytes;
-    std::vector<uint8_t> tile(tile_row_bytes * tile_height);
-    if (TIFFTileSize64(tiff()) != tile.size()) file_.Refuse("TIFF: its tile sizes do not agree");
-    for (uint32_t top = 0; top < layout_.height; top += tile_height) {
-      for (uint32_t left = 0; left < layout_.width; left += tile_width) {
-        if (TIFFReadTile(tiff(), tile.data(), left, top, 0, 0) < 0) RefuseWithMessage();
-        const uint32_t rows = std::min(tile_height, layout_.height - top);
-        const size_t bytes = std::min(tile_width, layout_.width - left) * pixel_bytes;
-        for (uint32_t y = 0; y < rows; ++y) {
-          std::memcpy(image.Row(static_cast<int32_t>(top + y)) + left * pixel_bytes,
-                      tile.data() + y * tile_row_bytes, bytes);
-        }
+    file_.CheckClaim(tile_width, tile_height, PixelBytes());
+    const uint64_t tile_bytes = uint64_t{tile_width} * tile_height * PixelBytes();
+    const uint64_t band_bytes = uint64_t{header_.row_bytes()} * tile_height;
+    if (TIFFTileSize64(tiff()) != tile_bytes) file_.Refuse("TIFF: its tile sizes do not agree");
+    if (std::max(tile_bytes, band_bytes) > static_cast<uint64_t>(kMaxImageBytes)) {
+      file_.Refuse("TIFF: its tiles are too large");
+    }
+    tile_.resize(tile_bytes);
+    band_.bytes.resize(band_bytes);
+  }
+
+  // Reads the next row of tiles.
+  void ReadTiles() {
+    const auto tile_width = session_.Field<uint32_t>(TIFFTAG_TILEWIDTH);
+    const auto tile_height = session_.Field<uint32_t>(TIFFTAG_TILELENGTH);
+    const size_t tile_row_bytes = tile_width * PixelBytes();
+    band_.first = band_.end;
+    band_.end += std::min(tile_height, layout_.height - band_.first);
+    for (uint32_t left = 0; left < layout_.width; left += tile_width) {
+      if (TIFFReadTile(tiff(), tile_.data(), left, band_.first, 0, 0) < 0) RefuseWithMessage();
+      const size_t bytes = std::min(tile_width, layout_.width - left) * PixelBytes();
+      for (uint32_t y = 0; y < band_.end - band_.first; ++y) {
+        std::memcpy(band_.bytes.data() + y * header_.row_bytes() + left * PixelBytes(),
+                    tile_.data() + y * tile_row_bytes, bytes);
       }
     }
   }
 
-  void CheckRowSize(const Image& image, uint64_t file_row_bytes) const {
-    if (file_row_bytes != image.row_bytes()) file_.Refuse("TIFF: its row sizes do not agree");
-  }
+  size_t PixelBytes() const { return size_t{layout_.bits} / 8 * layout_.channels; }
 
   // Palettes, few bits, planes, luma with colour differences: libtiff makes 8-bit RGB of them, with
-  // alpha, and colours multiplied by it.
-  Image ReadConverted() const {
+  // alpha, and colours multiplied by it. It needs the whole picture for that.
+  void ReadConverted() {
     if (layout_.bits > 8) {
       file_.Refuse("TIFF: of this colour model or arrangement only 8 bits a sample are read");
     }
     char reason[1024] = "";
     if (TIFFRGBAImageOK(tiff(), reason) == 0) file_.Refuse(std::string("TIFF: ") + reason);
-    Image image(layout_.width, layout_.height, FileFormat(8, 4));
-    std::vector<uint32_t> pixels(size_t{layout_.width} * layout_.height);
+    const uint64_t count = uint64_t{layout_.width} * layout_.height;
+    if (count * 4 > static_cast<uint64_t>(kMaxImageBytes)) file_.Refuse("TIFF: is too large");
+    std::vector<uint32_t> pixels(count);
     // Asked for in the orientation that the file states, pixels come in the order they are stored.
     const auto orientation = session_.Field<uint16_t>(TIFFTAG_ORIENTATION);
     if (TIFFReadRGBAImageOriented(tiff(), layout_.width, layout_.height, pixels.data(), orientation,
                                   1) == 0) {
       RefuseWithMessage();
     }
-    bool opaque = true;
-    uint8_t* bytes = image.data();
+    const bool opaque = std::all_of(pixels.begin(), pixels.end(),
+                                    [](uint32_t pixel) { return TIFFGetA(pixel) == 255; });
+    header_.format = FileFormat(8, opaque ? 3 : 4);
+    band_.bytes.reserve(count * header_.channels());
+    band_.end = layout_.height;
     for (const uint32_t pixel : pixels) {
-      opaque = opaque && TIFFGetA(pixel) == 255;
-      *bytes++ = static_cast<uint8_t>(TIFFGetR(pixel));
-      *bytes++ = static_cast<uint8_t>(TIFFGetG(pixel));
-      *bytes++ = static_cast<uint8_t>(TIFFGetB(pixel));
-      *bytes++ = static_cast<uint8_t>(TIFFGetA(pixel));
+      const uint8_t samples[] = {
+          static_cast<uint8_t>(TIFFGetR(pixel)), static_cast<uint8_t>(TIFFGetG(pixel)),
+          static_cast<uint8_t>(TIFFGetB(pixel)), static_cast<uint8_t>(TIFFGetA(pixel))};
+      band_.bytes.insert(band_.bytes.end(), samples, samples + header_.channels());
     }
-    if (opaque) return WithoutAlpha(image);
-    DivideByAlpha(image);
-    return image;
+    if (!opaque) DivideByAlpha(band_.bytes.data(), static_cast<int32_t>(count), UINT8_MAX);
   }
 
-  static Image WithoutAlpha(const Image& image) {
-    Image result(image.width(), image.height(), FileFormat(8, 3));
-    for (int32_t y = 0; y < image.height(); ++y) {
-      for (int32_t x = 0; x < image.width(); ++x) {
-        std::memcpy(result.Row(y) + std::ptrdiff_t{3} * x, image.Row(y) + std::ptrdiff_t{4} * x, 3);
-      }
-    }
-    return result;
-  }
-
-  const InputFile& file_;
+  InputFile file_;
   TiffSession session_;
   Layout layout_;
+  std::vector<uint8_t> tile_;
+  Band band_;
+  uint32_t next_row_ = 0;
 };
 
 }  // namespace
 
-Image ReadTiff(const InputFile& file) {
-  return TiffReader(file).Read();
+std::unique_ptr<RowReader> OpenTiff(InputFile file) {
+  return std::make_unique<TiffReader>(std::move(file));
 }
 
 }  // namespace ovra_host

@@ -38,4 +38,11 @@ class TiffSession {
   std::unique_ptr<TIFF, Closer> tiff_;
 };
 
+// Remarks of a photograph in the fields of a TIFF file. Its EXIF data is put together from the file's
+// directories, and taken apart into them.
+Metadata TiffMetadata(const TiffSession& session, const InputFile& file);
+
+// Before the first row of a new file. What it cannot hold is left out, with a line for the user.
+void SetTiffMetadata(const TiffSession& session, const OutputFile& file, const Metadata& metadata);
+
 }  // namespace ovra_host

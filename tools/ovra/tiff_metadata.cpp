@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include "exif.h"
+#include "tiff_session.h"
+
+namespace ovra_host {
+namespace {
+
+constexpr double kCentimetersPerInch = 2.54;
+
+Blob BlobField(const TiffSession& session, ttag_t tag) {
+  uint32_t count = 0;
+  const uint8_t* bytes = nullptr;
+  if (TIFFGetField(session.get(), tag, &count, &bytes) == 0 || bytes == nullptr) return {};
+  if (tag == TIFFTAG_RICHTIFFIPTC) count *= 4;  // libtiff counts words of it
+  return count <= kMaxBlobBytes ? Blob(bytes, bytes + count) : Blob();
+}
+
+void SetBlob(const TiffSession& session, ttag_t tag, const Blob& blob) {
+  if (blob.empty()) return;
+  TIFFSetField(session.get(), tag, static_cast<uint32_t>(blob.size()), blob.data());
+}
+
+// IPTC readers look at the bare record, in words; others at the resource blocks.
+void SetIptc(const TiffSession& session, const Blob& blocks) {
+  SetBlob(session, TIFFTAG_PHOTOSHOP, blocks);
+  Blob record = FindIptcRecord(blocks);
+  if (record.empty()) return;
+  record.resize((record.size() + 3) / 4 * 4);
+  TIFFSetField(session.get(), TIFFTAG_RICHTIFFIPTC, static_cast<uint32_t>(record.size() / 4),
+               record.data());
+}
+
+// The directories of the photograph and the place stand right behind the header, where libtiff,
+// which appends, leaves them alone.
+void SetExif(const TiffSession& session, const OutputFile& file, const Blob& exif) {
+  TIFF* const tiff = session.get();
+  TIFFSetField(tiff, TIFFTAG_ORIENTATION, ExifOrientation(exif));
+  constexpr uint32_t kHeaderBytes = 8;
+  const ExifForTiff parts = SplitExif(exif, kHeaderBytes);
+  for (const auto& [tag, text] : parts.texts) TIFFSetField(tiff, tag, text.c_str());
+  if (parts.directories.empty()) return;
+  if (TIFFIsBigTIFF(tiff) != 0) {
+    NoteLeftOut(file, "a TIFF above 4 GB is written without EXIF data");
+    return;
+  }
+  if (!file.WriteAt(kHeaderBytes, parts.directories.data(), parts.directories.size())) {
+    file.RefuseWithSystemMessage();
+  }
+  if (parts.exif_offset != 0) {
+    TIFFSetField(tiff, TIFFTAG_EXIFIFD, static_cast<uint64_t>(parts.exif_offset));
+  }
+  if (parts.gps_offset != 0) {
+    TIFFSetField(tiff, TIFFTAG_GPSIFD, static_cast<uint64_t>(parts.gps_offset));
+  }
+}
+
+}  // namespace
+
+Metadata TiffMetadata(const TiffSession& session, const InputFile& file) {
+  Metadata metadata;
+  metadata.profile = BlobField(session, TIFFTAG_ICCPROFILE);
+  metadata.xmp = BlobField(session, TIFFTAG_XMLPACKET);
+  metadata.iptc = BlobField(session, TIFFTAG_PHOTOSHOP);
+  const Blob record = BlobField(session, TIFFTAG_RICHTIFFIPTC);
+  if (metadata.iptc.empty() && !record.empty()) {
+    metadata.iptc = WrapIptcRecord(record.data(), record.size());
+  }
+  metadata.exif = ExifOfTiff([&file](uint64_t offset, uint8_t* to, size_t bytes) {
+    return file.ReadAt(offset, to, bytes);
+  });
+  const auto unit = session.Field<uint16_t>(TIFFTAG_RESOLUTIONUNIT);
+  const double factor = unit == RESUNIT_INCH         ? 1
+                        : unit == RESUNIT_CENTIMETER ? kCentimetersPerInch
+                                                     : 0;
+  float x = 0;
+  float y = 0;
+  if (TIFFGetField(session.get(), TIFFTAG_XRESOLUTION, &x) != 0 &&
+      TIFFGetField(session.get(), TIFFTAG_YRESOLUTION, &y) != 0 && x > 0 && y > 0) {
+    metadata.resolution = {CleanResolution(x * factor), CleanResolution(y * factor)};
+  }
+  return metadata;
+}
+
+void SetTiffMetadata(const TiffSession& session, const OutputFile& file, const Metadata& metadata) {
+  SetBlob(session, TIFFTAG_ICCPROFILE, metadata.profile);
+  SetBlob(session, TIFFTAG_XMLPACKET, metadata.xmp);
+  if (!metadata.iptc.empty()) SetIptc(session, metadata.iptc);
+  if (!metadata.exif.empty()) SetExif(session, file, metadata.exif);
+  char* described = nullptr;
+  if (!metadata.comment.empty() &&
+      TIFFGetField(session.get(), TIFFTAG_IMAGEDESCRIPTION, &described) == 0) {
+    TIFFSetField(session.get(), TIFFTAG_IMAGEDESCRIPTION, metadata.comment.c_str());
+  }
+  if (metadata.resolution.x > 0) {
+    TIFFSetField(session.get(), TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    TIFFSetField(session.get(), TIFFTAG_XRESOLUTION, metadata.resolution.x);
+    TIFFSetField(session.get(), TIFFTAG_YRESOLUTION, metadata.resolution.y);
+  }
+}
+
+}  // namespace ovra_host
