@@ -9,10 +9,6 @@
 
 namespace ovra_host {
 
-// The picture in three channels: what is done to it may give color to greys. Throws Error when it
-// has an alpha channel.
-Image ReadColor(const std::string& path);
-
 // The picture with a table applied to each channel.
 Image ApplyTables(const Image& source, const ChannelTables& tables, OvraPixelFormatCode format,
                   const CommonOptions& common);

@@ -19,6 +19,8 @@ namespace ovra_host {
 // Options that stand before or after any subcommand.
 struct CommonOptions {
   bool show_time = false;
+  bool quality_given = false;
+  ReadOptions read;
   WriteOptions write;
 };
 
@@ -50,6 +52,15 @@ CLI::Option* AddRectangle(CLI::App& command, const std::string& name, Rectangle&
 using Choices = std::vector<std::pair<std::string, int32_t>>;
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, int32_t& value,
                        const Choices& choices, const std::string& description);
+
+// --fill N,N,N: a color of one value a channel, or one for all, in samples of the picture. Throws
+// Error where there are too many or too few, or one is beyond the range of the samples; a picture
+// with alpha may be given three, and is opaque there.
+CLI::Option* AddFill(CLI::App& command, std::string& fill);
+std::vector<uint16_t> ParseFill(const std::string& text, const Image& image);
+
+// The modes of OvraRotateImage by name.
+const Choices& TurnChoices();
 
 // Positional file names. An output's extension is checked before any work is done.
 CLI::Option* AddInput(CLI::App& command, const std::string& name, std::string& path,

@@ -59,14 +59,15 @@ void BlendByMask(Image& background, const Image& overlay, const ComposeOptions& 
 }
 
 void Compose(const ComposeOptions& options, const CommonOptions& common) {
-  Image background = ReadImage(options.background);
-  const Image overlay = ReadImage(options.overlay);
+  Picture picture = ReadPicture(options.background, common.read);
+  Image& background = picture.image;
+  const Image overlay = ReadPicture(options.overlay, common.read).image;
   if (options.mask.empty()) {
     Blend(background, overlay, options, common);
   } else {
     BlendByMask(background, overlay, options, common);
   }
-  WriteImage(background, options.output, common.write);
+  WritePicture(picture, options.output, common.write);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include "color_command.h"
 #include "commands.h"
+#include "picture_files.h"
+#include "picture_forms.h"
 #include "tone_curve.h"
 
 namespace ovra_host {
@@ -12,8 +14,6 @@ namespace {
 constexpr size_t kChannels = 3;
 
 struct CurveOptions {
-  std::string input;
-  std::string output;
   std::vector<double> gamma;                    // one for all, or one a channel
   std::string points;                           // for all channels
   std::array<std::string, kChannels> channels;  // for one channel, after `points`
@@ -44,16 +44,17 @@ ChannelCurve CurveFor(const CurveOptions& options, size_t channel) {
   return curve;
 }
 
-void Curve(const CurveOptions& options, const CommonOptions& common) {
+Image Curve(const Image& picture, const CurveOptions& options, const CommonOptions& common) {
   if (options.gamma.size() == 2) throw Error("--gamma needs one number or three");
   const std::array<ChannelCurve, kChannels> curves = {CurveFor(options, 0), CurveFor(options, 1),
                                                       CurveFor(options, 2)};
-  const Image source = ReadColor(options.input);
   const ChannelTables tables =
-      TabulateChannels(source.max_sample(), source.max_sample(), [&](double value) {
+      TabulateChannels(picture.max_sample(), picture.max_sample(), [&](double value) {
         return Triple{curves[0](value), curves[1](value), curves[2](value)};
       });
-  WriteImage(ApplyTables(source, tables, source.format(), common), options.output, common.write);
+  return OnThreeChannels(picture, GreyBecomes::kColor, [&](const Image& source) {
+    return ApplyTables(source, tables, source.format(), common);
+  });
 }
 
 void AddPoints(CLI::App& command, const std::string& name, std::string& points,
@@ -66,8 +67,6 @@ void AddPoints(CLI::App& command, const std::string& name, std::string& points,
 void AddCurveCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command = app.add_subcommand("curve", "Change tones by curves");
   const auto options = std::make_shared<CurveOptions>();
-  AddInput(*command, "input", options->input);
-  AddOutput(*command, "output", options->output);
   CLI::Option_group* const curves = command->add_option_group("curves");
   curves
       ->add_option("--gamma", options->gamma,
@@ -86,7 +85,9 @@ void AddCurveCommand(CLI::App& app, const CommonOptions& common) {
       "Points are given by fractions of full scale, from left to right; curves are smooth and\n"
       "never leave the values of the two points beside them.\n\n"
       "Example:\n  ovra curve --points 0:0,0.25:0.18,0.75:0.84,1:1 photo.jpg contrast.png");
-  command->callback([options, &common] { Curve(*options, common); });
+  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+    return Curve(image, *options, common);
+  }));
 }
 
 }  // namespace ovra_host

@@ -23,8 +23,8 @@ void DifferenceRow(const Sample* first, const Sample* second, Sample* result, si
 }
 
 void Difference(const DifferenceOptions& options, const CommonOptions& common) {
-  const Image first = ReadImage(options.first);
-  const Image second = ReadImage(options.second);
+  const Image first = ReadPicture(options.first, common.read).image;
+  const Image second = ReadPicture(options.second, common.read).image;
   if (first.width() != second.width() || first.height() != second.height() ||
       first.format() != second.format()) {
     throw Error("difference needs two pictures of one size and format");

@@ -3,13 +3,13 @@
 #include "color_terms.h"
 #include "commands.h"
 #include "ovra/color.h"
+#include "picture_files.h"
+#include "picture_forms.h"
 
 namespace ovra_host {
 namespace {
 
 struct MatrixOptions {
-  std::string input;
-  std::string output;
   std::string file;
   bool sepia = false;
   double saturation = 1;
@@ -24,16 +24,14 @@ ColorTerms TermsFor(const MatrixOptions& options) {
   return GainTerms({options.gains[0], options.gains[1], options.gains[2]});
 }
 
-void Matrix(const MatrixOptions& options, const CommonOptions& common) {
-  const ColorTerms terms = TermsFor(options);
-  const Image source = ReadColor(options.input);
-  const OvraColorMatrix matrix = MakeColorMatrix(terms, source.max_sample());
+Image Matrix(const Image& source, const MatrixOptions& options, const CommonOptions& common) {
+  const OvraColorMatrix matrix = MakeColorMatrix(TermsFor(options), source.max_sample());
   Image result(source.width(), source.height(), source.format());
   CallLibrary(common, "OvraConvColorMtxSingleStep", [&] {
     return OvraConvColorMtxSingleStep(source.data(), result.data(), source.width(), source.height(),
                                       source.format(), result.format(), &matrix);
   });
-  WriteImage(result, options.output, common.write);
+  return result;
 }
 
 }  // namespace
@@ -41,8 +39,6 @@ void Matrix(const MatrixOptions& options, const CommonOptions& common) {
 void AddMatrixCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command = app.add_subcommand("matrix", "Mix the channels by a color matrix");
   const auto options = std::make_shared<MatrixOptions>();
-  AddInput(*command, "input", options->input);
-  AddOutput(*command, "output", options->output);
   CLI::Option_group* const what = command->add_option_group("what to do");
   what->add_option("--file", options->file, "text file with three rows of 3 or 10 weights")
       ->type_name("FILE");
@@ -61,7 +57,10 @@ void AddMatrixCommand(CLI::App& app, const CommonOptions& common) {
       "  r g b 1 r*r g*g b*b r*g g*b b*r\n"
       "or of the first three of them. A # begins a remark.\n\n"
       "Example:\n  ovra matrix --saturation 1.3 photo.jpg vivid.png");
-  command->callback([options, &common] { Matrix(*options, common); });
+  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+    return OnThreeChannels(image, GreyBecomes::kColor,
+                           [&](const Image& source) { return Matrix(source, *options, common); });
+  }));
 }
 
 }  // namespace ovra_host

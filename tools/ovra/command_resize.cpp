@@ -4,14 +4,13 @@
 
 #include "commands.h"
 #include "ovra/resample.h"
+#include "picture_files.h"
 
 namespace ovra_host {
 namespace {
 
 // What was asked for; 0 where it was not.
 struct ResizeOptions {
-  std::string input;
-  std::string output;
   int32_t width = 0;
   int32_t height = 0;
   double scale = 0;
@@ -40,8 +39,7 @@ Image MakeResult(const ResizeOptions& options, Size region, OvraPixelFormatCode 
   return Image(Scaled(region.width, scale), Scaled(region.height, scale), format);
 }
 
-void Resize(const ResizeOptions& options, const CommonOptions& common) {
-  const Image source = ReadImage(options.input);
+Image Resize(const Image& source, const ResizeOptions& options, const CommonOptions& common) {
   const bool whole = options.crop.size.width == 0;
   const Rectangle region =
       whole ? Rectangle{{0, 0}, {source.width(), source.height()}} : options.crop;
@@ -58,7 +56,7 @@ void Resize(const ResizeOptions& options, const CommonOptions& common) {
                                 region.position.y, region.size.width, region.size.height);
     });
   }
-  WriteImage(result, options.output, common.write);
+  return result;
 }
 
 void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
@@ -78,8 +76,6 @@ void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
 void AddResizeCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command = app.add_subcommand("resize", "Make smaller or larger, whole or a part");
   const auto options = std::make_shared<ResizeOptions>();
-  AddInput(*command, "input", options->input);
-  AddOutput(*command, "output", options->output);
   AddSizeOptions(*command, *options);
   AddRectangle(*command, "--crop", options->crop, "the part of the picture to take");
   command->footer(
@@ -88,7 +84,9 @@ void AddResizeCommand(CLI::App& app, const CommonOptions& common) {
       "part\n"
       "keeps its size.\n\n"
       "Example:\n  ovra resize --fit 1600x1200 photo.jpg smaller.jpg");
-  command->callback([options, &common] { Resize(*options, common); });
+  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+    return Resize(image, *options, common);
+  }));
 }
 
 }  // namespace ovra_host

@@ -3,6 +3,8 @@
 #include <numeric>
 
 #include "commands.h"
+#include "picture_files.h"
+#include "picture_forms.h"
 #include "sharpening.h"
 #include "tone_curve.h"
 
@@ -13,8 +15,6 @@ namespace {
 constexpr double kCoarseRadiusRatio = 4;
 
 struct SharpenOptions {
-  std::string input;
-  std::string output;
   double amount = 1.8;
   double radius = 0;  // 0: from the size of the picture
   Weights taps;
@@ -64,7 +64,10 @@ CLI::Option* AddCurve(CLI::App& command, const std::string& name, Curve& curve,
 
 CLI::Option* AddTaps(CLI::App& command, const std::string& name, Weights& taps,
                      const std::string& description) {
-  return command.add_option(name, taps, description)->delimiter(',')->type_name("N,N,...");
+  return command.add_option(name, taps, description)
+      ->delimiter(',')
+      ->allow_extra_args(false)
+      ->type_name("N,N,...");
 }
 
 void CheckTaps(const Weights& taps, const std::string& name) {
@@ -180,17 +183,17 @@ void SharpenTwice(const SharpenOptions& options, Image* image, const CommonOptio
   RunDoubleMask(coarse, fine, image, common);
 }
 
-void Sharpen(const SharpenOptions& options, const CommonOptions& common) {
-  Image image = ReadImage(options.input);
-  if (options.use_double) {
-    if (image.channels() != 3 || image.depth_bits() != 8) {
-      throw Error(options.input + ": --double needs a picture of 8 bits a sample in color");
-    }
-    SharpenTwice(options, &image, common);
-  } else {
+Image Sharpen(Image image, const SharpenOptions& options, const CommonOptions& common) {
+  if (!options.use_double) {
     SharpenOnce(options, &image, common);
+    return image;
   }
-  WriteImage(image, options.output, common.write);
+  return OnThreeChannels(image, GreyBecomes::kGrey, [&](const Image& color) {
+    return OnEightBits(color, [&](Image narrow) {
+      SharpenTwice(options, &narrow, common);
+      return narrow;
+    });
+  });
 }
 
 void AddBlurOptions(CLI::App& command, SharpenOptions& options) {
@@ -227,8 +230,6 @@ void AddBlurOptions(CLI::App& command, SharpenOptions& options) {
 void AddSharpenCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command = app.add_subcommand("sharpen", "Sharpen or soften by the luminance");
   const auto options = std::make_shared<SharpenOptions>();
-  AddInput(*command, "input", options->input);
-  AddOutput(*command, "output", options->output);
   AddBlurOptions(*command, *options);
   AddCurve(*command, "--level", options->levels,
            "Strength Y by brightness X of 0..1; points in rising order");
@@ -242,7 +243,9 @@ void AddSharpenCommand(CLI::App& app, const CommonOptions& common) {
       "Example:\n  ovra sharpen photo.jpg sharp.jpg\n"
       "  ovra sharpen --amount 2.5 --radius 1.2 photo.jpg sharp.png\n"
       "  ovra sharpen --double --coarse-amount 1.4 photo.jpg crisp.jpg");
-  command->callback([options, &common] { Sharpen(*options, common); });
+  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+    return Sharpen(image, *options, common);
+  }));
 }
 
 }  // namespace ovra_host

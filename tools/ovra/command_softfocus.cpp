@@ -1,23 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "ovra/filter.h"
+#include "picture_files.h"
+#include "picture_forms.h"
 
 namespace ovra_host {
 namespace {
 
 struct SoftFocusOptions {
-  std::string input;
-  std::string output;
   int32_t radius = 60;
   double decay = 0.1;
   double mix = 0.5;
 };
 
-void SoftFocus(const SoftFocusOptions& options, const CommonOptions& common) {
-  const Image source = ReadImage(options.input);
-  if (source.channels() != 3 || source.depth_bits() != 8) {
-    throw Error(options.input + ": softfocus needs a picture of 8 bits a sample in color");
-  }
+Image SoftFocus(const Image& source, const SoftFocusOptions& options, const CommonOptions& common) {
   Image result(source.width(), source.height(), source.format());
   OvraSoftFocusParams params = {};
   params.radius = options.radius;
@@ -28,7 +24,7 @@ void SoftFocus(const SoftFocusOptions& options, const CommonOptions& common) {
     return OvraSoftFocus(source.data(), result.data(), static_cast<uint32_t>(source.width()),
                          static_cast<uint32_t>(source.height()), &params);
   });
-  WriteImage(result, options.output, common.write);
+  return result;
 }
 
 }  // namespace
@@ -40,8 +36,6 @@ void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
   constexpr double kMaxDecay = 0.9;
   CLI::App* const command = app.add_subcommand("softfocus", "Mix in a blurred copy, for a glow");
   const auto options = std::make_shared<SoftFocusOptions>();
-  AddInput(*command, "input", options->input, "picture of 8 bits a sample in color");
-  AddOutput(*command, "output", options->output);
   command
       ->add_option("--radius", options->radius,
                    "Length of the blur in pixels for a shorter side of 2503; scaled for others")
@@ -59,7 +53,12 @@ void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
   command->footer(
       "Example:\n  ovra softfocus portrait.jpg soft.jpg\n"
       "  ovra softfocus --radius 150 --mix 0.7 portrait.jpg dream.jpg");
-  command->callback([options, &common] { SoftFocus(*options, common); });
+  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+    return OnThreeChannels(image, GreyBecomes::kGrey, [&](const Image& color) {
+      return OnEightBits(color,
+                         [&](const Image& source) { return SoftFocus(source, *options, common); });
+    });
+  }));
 }
 
 }  // namespace ovra_host

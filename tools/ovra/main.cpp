@@ -4,10 +4,14 @@
 #include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <iostream>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "ovra/version.h"
+#include "suggestion.h"
+#include "temporary_files.h"
 
 namespace {
 
@@ -28,10 +32,21 @@ std::string VersionText() {
 
 void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
   app.add_flag("--time", common.show_time, "Print the milliseconds of each library call");
-  app.add_option("--quality", common.write.jpeg_quality, "Quality of JPEG output")
+  app.add_option_function<int>(
+         "--quality",
+         [&common](int quality) {
+           common.write.jpeg_quality = quality;
+           common.quality_given = true;
+         },
+         "Quality of JPEG output [" + std::to_string(common.write.jpeg_quality) + "]")
       ->check(CLI::Range(1, 100))
-      ->type_name("1..100")
-      ->capture_default_str();
+      ->type_name("1..100");
+  app.add_flag("--strip", common.read.strip,
+               "Leave out all that the picture carries but its colour profile");
+  app.add_flag("--to-srgb", common.read.to_srgb, "Convert colors by the picture's profile to sRGB");
+  app.add_flag(
+      "!--no-auto-orient", common.read.auto_orient,
+      "Keep pixels and orientation tag as they are, instead of turning the picture upright");
 }
 
 void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
@@ -50,7 +65,63 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddSharpenCommand(app, common);
 }
 
-int Run(int argc, char** argv) {
+std::vector<std::string> CommandNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
+  return names;
+}
+
+// The long options of a command, also those that stand in groups.
+std::vector<std::string> OptionNames(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::Option* option : app.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  for (const CLI::App* group : app.get_subcommands({})) {
+    if (!group->get_name().empty()) continue;
+    const std::vector<std::string> more = OptionNames(*group);
+    names.insert(names.end(), more.begin(), more.end());
+  }
+  return names;
+}
+
+// What to say about a command line that cannot be read, in the user's words.
+std::string UsageMessage(const CLI::App& app, const std::vector<std::string>& words,
+                         const CLI::ParseError& error) {
+  const std::vector<std::string> commands = CommandNames(app);
+  const auto is_option = [](const std::string& word) { return word.rfind("--", 0) == 0; };
+  const auto command = std::find_if_not(words.begin(), words.end(), is_option);
+  if (command == words.end()) return "no command; see ovra --help";
+  if (std::find(commands.begin(), commands.end(), *command) == commands.end()) {
+    const std::string nearest = ovra_host::NearestWord(*command, commands);
+    return "there is no command \"" + *command + "\"; " +
+           (nearest.empty() ? "see ovra --help" : "did you mean " + nearest + "?");
+  }
+  const CLI::App* const chosen = app.get_subcommand(*command);
+  std::vector<std::string> options = OptionNames(*chosen);
+  const std::vector<std::string> everywhere = OptionNames(app);
+  options.insert(options.end(), everywhere.begin(), everywhere.end());
+  for (const std::string& word : words) {
+    const std::string name = word.substr(0, word.find('='));
+    if (!is_option(word) || std::find(options.begin(), options.end(), name) != options.end())
+      continue;
+    const std::string nearest = ovra_host::NearestWord(name, options);
+    return *command + " has no option " + name + "; " +
+           (nearest.empty() ? "see ovra " + *command + " --help" : "did you mean " + nearest + "?");
+  }
+  return std::string(error.what()) + "; see ovra " + *command + " --help";
+}
+
+// "help COMMAND" is another way to say "COMMAND --help".
+std::vector<std::string> WordsOf(int argc, char** argv) {
+  std::vector<std::string> words(argv + std::min(argc, 1), argv + argc);
+  if (words.empty() || words[0] != "help") return words;
+  words.erase(words.begin());
+  words.push_back("--help");
+  return words;
+}
+
+int Run(const std::vector<std::string>& words) {
   CLI::App app("Turns, places, resizes, sharpens and recolours pictures: PNG, JPEG, TIFF and BMP.",
                "ovra");
   ovra_host::CommonOptions common;
@@ -59,22 +130,28 @@ int Run(int argc, char** argv) {
   app.set_version_flag("--version", VersionText());
   AddCommonOptions(app, common);
   AddCommands(app, common);
-  app.footer("Every command has its own --help, with an example.");
+  app.footer(
+      "Every command has its own --help, with an example; ovra help COMMAND shows it too.\n"
+      "What a photograph carries (colour profile, EXIF, XMP, IPTC, resolution, comment) goes into\n"
+      "the result as far as its format can hold it.");
   try {
-    app.parse(argc, argv);
+    app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::Success& request) {  // --help, --version
-    return app.exit(request);
+    app.exit(request);
   } catch (const CLI::ParseError& error) {
-    return Report(std::string(error.what()) + "; see --help", kUsageError);
+    return Report(UsageMessage(app, words, error), kUsageError);
   }
-  return std::fflush(stdout) == 0 ? 0 : Report("standard output cannot be written", kFailed);
+  std::cout.flush();
+  const bool written = std::cout.good() && std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
+  return written ? 0 : Report("standard output cannot be written", kFailed);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   try {
-    return Run(argc, argv);
+    ovra_host::RemoveTemporaryFilesOnSignals();
+    return Run(WordsOf(argc, argv));
   } catch (const std::bad_alloc&) {
     return Report("out of memory", kFailed);
   } catch (const std::exception& error) {

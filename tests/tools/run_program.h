@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+// The built program as a user runs it, in a folder of its own.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "image_io.h"
+#include "tools/temporary_folder.h"
+
+namespace ovra_test {
+
+struct RunResult {
+  int exit_code;
+  std::string output;
+  std::string errors;
+};
+
+class ProgramTest : public testing::Test {
+ protected:
+  using Image = ovra_host::Image;
+
+  // Arguments are separated by spaces; file names are those in the test's folder, which is the
+  // program's current one. `before` are shell commands that prepare the ground.
+  RunResult Run(const std::string& arguments, const std::string& before = "true") const {
+    const std::string command = "cd '" + folder_.File("") + "' && " + before +
+                                " && '" OVRA_PROGRAM "' " + arguments + " >'" + logs_.File("out") +
+                                "' 2>'" + logs_.File("err") + "'";
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text("out"), Text("err")};
+  }
+
+  void ExpectFailure(const std::string& arguments, const std::string& text) const {
+    const RunResult result = Run(arguments);
+    EXPECT_NE(result.exit_code, 0) << arguments;
+    EXPECT_NE(result.errors.find(text), std::string::npos) << arguments << "\n" << result.errors;
+    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    EXPECT_EQ(result.errors.rfind("ovra: ", 0), 0U) << result.errors;
+  }
+
+  Image Read(const std::string& name) const { return ovra_host::ReadImage(folder_.File(name)); }
+
+  void Write(const std::string& name, const Image& image) const {
+    ovra_host::WriteImage(image, folder_.File(name));
+  }
+
+  void WriteText(const std::string& name, const std::string& text) const {
+    WriteBytes(folder_.File(name), FileBytes(text.begin(), text.end()));
+  }
+
+  // Two pixels by three, all samples different.
+  static Image Counting(uint32_t depth_bits, uint32_t channels) {
+    Image image(2, 3, ovra_host::FileFormat(depth_bits, channels));
+    for (size_t i = 0; i < image.size_bytes(); ++i) image.data()[i] = static_cast<uint8_t>(i + 1);
+    return image;
+  }
+
+  TemporaryFolder folder_;
+
+ private:
+  std::string Text(const std::string& kind) const {
+    const FileBytes bytes = ReadBytes(logs_.File(kind));
+    return std::string(bytes.begin(), bytes.end());
+  }
+
+  TemporaryFolder logs_;
+};
+
+inline std::vector<uint8_t> Bytes(const ovra_host::Image& image) {
+  return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
+}
+
+}  // namespace ovra_test

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "picture_forms.h"
+
+#include <algorithm>
+
+namespace ovra_host {
+namespace {
+
+// Calls `use` with the rows of both, as samples of their own size.
+template <class From, class To, class Use>
+void ForRowsOf(const Image& from, Image* to, const Use& use) {
+  for (int32_t y = 0; y < from.height(); ++y) {
+    use(reinterpret_cast<const From*>(from.Row(y)), reinterpret_cast<To*>(to->Row(y)));
+  }
+}
+
+// Copies one channel to another, in pictures of one depth and size.
+void CopyChannel(const Image& from, uint32_t from_channel, Image* to, uint32_t to_channel) {
+  const auto copy = [&](const auto* in, auto* out) {
+    for (int32_t x = 0; x < from.width(); ++x) {
+      out[static_cast<size_t>(x) * to->channels() + to_channel] =
+          in[static_cast<size_t>(x) * from.channels() + from_channel];
+    }
+  };
+  if (from.bytes_per_sample() == 1) {
+    ForRowsOf<uint8_t, uint8_t>(from, to, copy);
+  } else {
+    ForRowsOf<uint16_t, uint16_t>(from, to, copy);
+  }
+}
+
+template <class From, class To>
+void ConvertDepth(const Image& from, Image* to) {
+  const uint64_t from_max = from.max_sample();
+  const uint64_t to_max = to->max_sample();
+  const size_t samples = from.row_bytes() / from.bytes_per_sample();
+  ForRowsOf<From, To>(from, to, [&](const From* in, To* out) {
+    for (size_t i = 0; i < samples; ++i) {
+      out[i] = static_cast<To>((in[i] * to_max + from_max / 2) / from_max);
+    }
+  });
+}
+
+}  // namespace
+
+Image OnThreeChannels(const Image& source, GreyBecomes grey, const ImageOperation& operation) {
+  constexpr uint32_t kColors = 3;
+  if (source.channels() == kColors) return operation(source);
+  const uint32_t depth = source.depth_bits();
+  const bool is_grey = source.channels() == 1;
+  Image color(source.width(), source.height(), FileFormat(depth, kColors));
+  for (uint32_t c = 0; c < kColors; ++c) CopyChannel(source, is_grey ? 0 : c, &color, c);
+  const Image worked = operation(color);
+  if (is_grey && grey == GreyBecomes::kColor) return worked;
+  Image result = source;  // with its alpha
+  for (uint32_t c = 0; c < std::min(kColors, source.channels()); ++c) {
+    CopyChannel(worked, c, &result, c);
+  }
+  return result;
+}
+
+Image OnEightBits(const Image& source, const ImageOperation& operation) {
+  if (source.depth_bits() == 8) return operation(source);
+  const Image before = WithDepth(source, 8);
+  const Image after = operation(before);
+  Image result = source;
+  const auto max = static_cast<int32_t>(source.max_sample());
+  const int32_t step = max / UINT8_MAX;
+  for (int32_t y = 0; y < source.height(); ++y) {
+    for (size_t i = 0; i < before.row_bytes(); ++i) {
+      const int32_t change = (after.Row(y)[i] - before.Row(y)[i]) * step;
+      uint16_t& sample = result.Row16(y)[i];
+      sample = static_cast<uint16_t>(std::clamp(sample + change, 0, max));
+    }
+  }
+  return result;
+}
+
+Image WithDepth(const Image& source, uint32_t depth_bits) {
+  Image result(source.width(), source.height(), FileFormat(depth_bits, source.channels()));
+  if (source.bytes_per_sample() == 1 && depth_bits == 8) return source;
+  if (source.bytes_per_sample() == 1) {
+    ConvertDepth<uint8_t, uint16_t>(source, &result);
+  } else if (depth_bits == 8) {
+    ConvertDepth<uint16_t, uint8_t>(source, &result);
+  } else {
+    ConvertDepth<uint16_t, uint16_t>(source, &result);
+  }
+  return result;
+}
+
+}  // namespace ovra_host
