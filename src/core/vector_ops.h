@@ -85,6 +85,7 @@ struct Sse {
   static Reg Xor(Reg a, Reg b) { return _mm_xor_si128(a, b); }
   // b where the top bit of a byte of `choice` is set, else a.
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm_blendv_epi8(a, b, choice); }
+  static bool IsZero(Reg a) { return _mm_testz_si128(a, a) != 0; }
 
   // Element moves.
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm_shuffle_epi8(bytes, order); }
@@ -178,6 +179,13 @@ struct Sse {
   static Reg Greater32(Reg a, Reg b) { return _mm_cmpgt_epi32(a, b); }
   static Reg MulLow32(Reg a, Reg b) { return _mm_mullo_epi32(a, b); }
   static Reg AddAcross32(Reg a, Reg b) { return _mm_hadd_epi32(a, b); }
+  // Whole quotients of positive numbers that single precision holds exactly: its quotient may be
+  // rounded up to the next whole number, but never down from one. Division by 0 gives any number.
+  static Reg Divide32(Reg a, Reg b) {
+    const __m128 quotient = _mm_div_ps(_mm_cvtepi32_ps(a), _mm_cvtepi32_ps(b));
+    const Reg whole = _mm_cvttps_epi32(quotient);
+    return Add32(whole, Greater32(MulLow32(whole, b), a));
+  }
   static Reg ShiftLeft32(Reg a, int n) { return _mm_slli_epi32(a, n); }
   static Reg ShiftRight32(Reg a, int n) { return _mm_srai_epi32(a, n); }
   static Reg ShiftRightU32(Reg a, int n) { return _mm_srli_epi32(a, n); }
@@ -294,6 +302,7 @@ struct Avx2 {
   static Reg Or(Reg a, Reg b) { return _mm256_or_si256(a, b); }
   static Reg Xor(Reg a, Reg b) { return _mm256_xor_si256(a, b); }
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm256_blendv_epi8(a, b, choice); }
+  static bool IsZero(Reg a) { return _mm256_testz_si256(a, a) != 0; }
 
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm256_shuffle_epi8(bytes, order); }
   template <int kElement>
@@ -384,6 +393,11 @@ struct Avx2 {
   static Reg Greater32(Reg a, Reg b) { return _mm256_cmpgt_epi32(a, b); }
   static Reg MulLow32(Reg a, Reg b) { return _mm256_mullo_epi32(a, b); }
   static Reg AddAcross32(Reg a, Reg b) { return _mm256_hadd_epi32(a, b); }
+  static Reg Divide32(Reg a, Reg b) {
+    const __m256 quotient = _mm256_div_ps(_mm256_cvtepi32_ps(a), _mm256_cvtepi32_ps(b));
+    const Reg whole = _mm256_cvttps_epi32(quotient);
+    return Add32(whole, Greater32(MulLow32(whole, b), a));
+  }
   static Reg ShiftLeft32(Reg a, int n) { return _mm256_slli_epi32(a, n); }
   static Reg ShiftRight32(Reg a, int n) { return _mm256_srai_epi32(a, n); }
   static Reg ShiftRightU32(Reg a, int n) { return _mm256_srli_epi32(a, n); }

@@ -111,7 +111,7 @@ class BrightnessSource final : public RowSource {
   const int16_t* operator[](std::ptrdiff_t row) const { return rows_[row]; }
 
  private:
-  static constexpr int32_t kRowsKept = 6;
+  static constexpr uint64_t kRowsKept = 6;
 
   const Picture& picture_;
   BrightnessRow* const brightness_;
@@ -127,8 +127,8 @@ class Run {
       KernelTier tier)
       : picture_(picture),
         responses_(responses),
-        pyramid_(ForTier(tier, kPyramidPlain, kPyramidPlain, kPyramidPlain)),
-        kernels_(ForTier(tier, kMultiFrequencyPlain, kMultiFrequencyPlain, kMultiFrequencyPlain)),
+        pyramid_(ForTier(tier, kPyramidPlain, kPyramidSse, kPyramidAvx2)),
+        kernels_(ForTier(tier, kMultiFrequencyPlain, kMultiFrequencySse, kMultiFrequencyAvx2)),
         samples_(kernels_.brightness(format.color_model, picture.depth_bits)),
         brightness_(picture, samples_.brightness) {}
 
@@ -144,7 +144,7 @@ class Run {
 
  private:
   static constexpr int kFirstWhole = 2;
-  static constexpr int32_t kCoarseRows = 4;  // three that are expanded, and one
+  static constexpr uint64_t kCoarseRows = 4;  // three that are expanded, and one
 
   bool Allocate() {
     const std::ptrdiff_t width = picture_.size.width;

@@ -6,7 +6,7 @@
 namespace ovra {
 namespace {
 
-constexpr int32_t kCoarseRows = 4;  // three that are expanded, and one
+constexpr uint64_t kCoarseRows = 4;  // three that are expanded, and one
 constexpr int32_t kBlockBits = 2;
 
 }  // namespace

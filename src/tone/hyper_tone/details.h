@@ -29,8 +29,8 @@ class ToneDetail {
   ToneDetail(const TonePicture& picture, const HyperToneContext& context, KernelTier tier)
       : picture_(picture),
         context_(context),
-        pyramid_(ForTier(tier, kPyramidPlain, kPyramidPlain, kPyramidPlain)),
-        grid_kernels_(ForTier(tier, kToneGridPlain, kToneGridPlain, kToneGridPlain)) {}
+        pyramid_(ForTier(tier, kPyramidPlain, kPyramidSse, kPyramidAvx2)),
+        grid_kernels_(ForTier(tier, kToneGridPlain, kToneGridSse, kToneGridAvx2)) {}
   ~ToneDetail() = default;
 
   // The rows that every form needs; `narrow` of them is as wide as what the picture expands from.

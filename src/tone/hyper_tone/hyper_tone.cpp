@@ -87,7 +87,7 @@ Status RunHyperTone(ToneForm form, const uint8_t* source, uint8_t* destination, 
       RowStride(width, format),
       {static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height)},
       {made.depth_bits, {first, 38, third}},
-      &ForTier(tier, kHyperTonePlain, kHyperTonePlain, kHyperTonePlain)};
+      &ForTier(tier, kHyperTonePlain, kHyperToneSse, kHyperToneAvx2)};
   return RunForm(picture, destination, made, tier);
 }
 

@@ -40,7 +40,7 @@ class ToneBrightness final : public RowSource {
   const int16_t* operator[](std::ptrdiff_t row) const { return rows_[row]; }
 
  private:
-  static constexpr int32_t kRowsKept = 6;
+  static constexpr uint64_t kRowsKept = 6;
 
   const TonePicture& picture_;
   std::ptrdiff_t taken_ = 0;
@@ -72,7 +72,7 @@ class ToneBlocks final : public RowSource {
   const int16_t* operator[](std::ptrdiff_t row) const { return rows_[row]; }
 
  private:
-  static constexpr int32_t kRowsKept = 2;
+  static constexpr uint64_t kRowsKept = 2;
 
   const TonePicture& picture_;
   std::ptrdiff_t taken_ = 0;

@@ -26,7 +26,7 @@ class KeptRows final : public RowSource {
 
 }  // namespace
 
-bool Reduction::Allocate(PlaneSize finer_size, int32_t rows_kept) {
+bool Reduction::Allocate(PlaneSize finer_size, uint64_t rows_kept) {
   finer_size_ = finer_size;
   size_ = finer_size.Half();
   return narrowed_.Allocate(kTaps, size_.width) && rows_.Allocate(rows_kept, size_.width);

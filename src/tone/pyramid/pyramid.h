@@ -35,7 +35,7 @@ class RowSource {
 class Reduction final : public RowSource {
  public:
   // Of its own rows the last `rows_kept` stay.
-  [[nodiscard]] bool Allocate(PlaneSize finer_size, int32_t rows_kept);
+  [[nodiscard]] bool Allocate(PlaneSize finer_size, uint64_t rows_kept);
 
   // Starts at the first row.
   void Start(RowSource* finer, const PyramidKernels& kernels);

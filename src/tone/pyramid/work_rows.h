@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/work_memory.h"
+#include "core/row_ring.h"
 
 namespace ovra {
 
@@ -13,27 +13,18 @@ namespace ovra {
 // sample on and overshoot the last one. What lies there is anything but what HoldEnds put there.
 class WorkRows {
  public:
-  static constexpr std::ptrdiff_t kBefore = 16;
+  static constexpr std::ptrdiff_t kBefore = 32;  // rows start at a cache line
   static constexpr std::ptrdiff_t kBehind = 64;
 
-  [[nodiscard]] bool Allocate(int32_t rows, std::ptrdiff_t width) {
-    rows_ = rows;
-    const uint64_t stride = static_cast<uint64_t>(width) / kBefore * kBefore + kBefore + kBehind;
-    stride_ = static_cast<std::ptrdiff_t>(stride);
-    return samples_.Allocate(stride * static_cast<uint64_t>(rows));
+  [[nodiscard]] bool Allocate(uint64_t rows, std::ptrdiff_t width) {
+    return ring_.Allocate(static_cast<uint64_t>(width) + kBefore + kBehind, rows);
   }
 
-  int16_t* operator[](std::ptrdiff_t row) {
-    return samples_.data() + row % rows_ * stride_ + kBefore;
-  }
-  const int16_t* operator[](std::ptrdiff_t row) const {
-    return samples_.data() + row % rows_ * stride_ + kBefore;
-  }
+  int16_t* operator[](std::ptrdiff_t row) { return ring_.Row(row) + kBefore; }
+  const int16_t* operator[](std::ptrdiff_t row) const { return ring_.Row(row) + kBefore; }
 
  private:
-  WorkMemory<int16_t> samples_;
-  std::ptrdiff_t rows_ = 1;
-  std::ptrdiff_t stride_ = 0;
+  RowRing<int16_t> ring_;
 };
 
 // Repeats the ends of a row, two samples far: as far as any kernel looks.

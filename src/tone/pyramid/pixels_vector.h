@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+// Between 16-bit samples of pixels and one number for each pixel, in registers. For kernel files.
+#pragma once
+
+#include "core/vector_ops.h"
+
+namespace ovra {
+namespace {
+
+// weights[0] * c0 + weights[1] * c1 + weights[2] * c2, shifted down to at most 15 bits; the weights
+// sum to 64. With `is_signed` the samples stand 2^15 lower than they are.
+template <class V>
+class WeightedSum {
+ public:
+  template <class Weight>
+  WeightedSum(const Weight (&weights)[3], int shift, bool is_signed)
+      : first_two_(Pair(weights[0], weights[1])),
+        third_(Pair(weights[2], is_signed ? 128 : 0)),
+        shift_(shift) {}
+
+  typename V::Reg operator()(typename V::Reg c0, typename V::Reg c1, typename V::Reg c2) const {
+    const auto offset = V::Set16(16384);  // 128 times this is 64 times 2^15
+    const auto low =
+        Shifted(V::template UnpackLow<16>(c0, c1), V::template UnpackLow<16>(c2, offset));
+    const auto high =
+        Shifted(V::template UnpackHigh<16>(c0, c1), V::template UnpackHigh<16>(c2, offset));
+    return V::PackS32(low, high);
+  }
+
+ private:
+  static typename V::Reg Pair(int32_t first, int32_t second) {
+    return V::Set32(second << 16 | first);
+  }
+
+  typename V::Reg Shifted(typename V::Reg first_two, typename V::Reg third) const {
+    return V::ShiftRight32(V::Add32(V::MulAdd16(first_two, first_two_), V::MulAdd16(third, third_)),
+                           shift_);
+  }
+
+  typename V::Reg first_two_;
+  typename V::Reg third_;
+  int shift_;
+};
+
+// Spreads a number for each pixel, as wide as a sample, over the pixel's first kChanged samples; its
+// others get 0. Register r of kChannels holds the samples of 16 bytes.
+template <int kSampleBytes, int kChannels, int kChanged>
+struct SpreadOrder {
+  alignas(16) int8_t orders[kChannels][16];
+
+  constexpr SpreadOrder() : orders() {
+    for (int i = 0; i < 16 * kChannels; ++i) {
+      const int sample = i / kSampleBytes;
+      const int at = sample / kChannels * kSampleBytes + i % kSampleBytes;
+      orders[i / 16][i % 16] = static_cast<int8_t>(sample % kChannels < kChanged ? at : -1);
+    }
+  }
+};
+
+template <int kSampleBytes, int kChannels, int kChanged>
+constexpr SpreadOrder<kSampleBytes, kChannels, kChanged> kSpreadOrder;
+
+}  // namespace
+}  // namespace ovra
