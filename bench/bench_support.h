@@ -42,6 +42,7 @@ void RegisterExtrapolation();
 void RegisterRotation();
 void RegisterSmallResize();
 void RegisterSmooth();
+void RegisterTone();
 void RegisterYUsm();
 void RegisterResize();
 void RegisterYUsmDouble();

@@ -72,6 +72,7 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterRotation();
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterSmooth();
+  ovra_bench::RegisterTone();
   ovra_bench::RegisterYUsm();
   ovra_bench::RegisterResize();
   ovra_bench::RegisterYUsmDouble();

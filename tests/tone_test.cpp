@@ -7,6 +7,7 @@
 #include <cmath>
 #include <vector>
 
+#include "support/tone_forms.h"
 #include "support/tone_pictures.h"
 
 namespace {
@@ -15,38 +16,14 @@ using ovra_test::AnchorPicture;
 using ovra_test::Fnv1a;
 using ovra_test::Picture16;
 
-using Init = OvraStatus(OVRA_CALL*)(OvraPixelFormatCode, const OvraHyperToneParams*,
-                                    const uint16_t*, void**);
-using Run = OvraStatus(OVRA_CALL*)(const uint8_t*, uint8_t*, uint32_t, uint32_t,
-                                   OvraPixelFormatCode, const void*);
-using Free = OvraStatus(OVRA_CALL*)(void**);
+using ovra_test::kToneDefaults;
+using ovra_test::kToneForms;
+using ovra_test::ToneExports;
 
-struct Form {
-  const char* name;
-  Init init;
-  Init init_12;
-  Run run;
-  Free free;
-  bool is_hybrid;
-};
-
-constexpr Form kForms[] = {
-    {"HyperTone", OvraHyperTone_Init, OvraHyperTone_Init_12, OvraHyperTone, OvraHyperTone_Free,
-     false},
-    {"HyperToneLight", OvraHyperToneLight_Init, OvraHyperToneLight_Init_12, OvraHyperToneLight,
-     OvraHyperToneLight_Free, false},
-    {"HybridHyperTone", OvraHybridHyperTone_Init, OvraHybridHyperTone_Init_12, OvraHybridHyperTone,
-     OvraHybridHyperTone_Free, true},
-    {"HybridHyperToneLight", OvraHybridHyperToneLight_Init, OvraHybridHyperToneLight_Init_12,
-     OvraHybridHyperToneLight, OvraHybridHyperToneLight_Free, true},
-};
-
-constexpr OvraHyperToneParams kDefaults = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 4, 0};
-
-Picture16 Toned(const Form& form, const Picture16& picture, const OvraHyperToneParams& params,
-                const uint16_t* curve = nullptr) {
+Picture16 Toned(const ToneExports& form, const Picture16& picture,
+                const OvraHyperToneParams& params, const uint16_t* curve = nullptr) {
   void* context = nullptr;
-  const Init init = picture.depth_bits == 10 ? form.init : form.init_12;
+  const ToneExports::Init init = picture.depth_bits == 10 ? form.init : form.init_12;
   EXPECT_EQ(init(picture.Format(), &params, curve, &context), OVRA_OK);
   Picture16 result = picture;
   EXPECT_EQ(form.run(picture.Bytes(), result.Bytes(), picture.width, picture.height,
@@ -66,8 +43,8 @@ TEST(Tone, Anchors) {
   };
   constexpr OvraHyperToneParams kOther = {0.75F, 1.25F, -0.25F, 1.5F, 0.0625F, 0.5F, 3, 0};
   const Case cases[] = {
-      {kDefaults, 10, {0xd3cffa97, 0x97f809b9, 0x9879e008, 0x4c577fba}},
-      {kDefaults, 12, {0xdd43d830, 0x5b1d4df0, 0x69696672, 0x71c38605}},
+      {kToneDefaults, 10, {0xd3cffa97, 0x97f809b9, 0x9879e008, 0x4c577fba}},
+      {kToneDefaults, 12, {0xdd43d830, 0x5b1d4df0, 0x69696672, 0x71c38605}},
       {kOther, 10, {0xdb997a31, 0xa2dc7abd, 0x64d5a180, 0xd8f9450d}},
       {kOther, 12, {0xebbb9e76, 0xfd0bced6, 0x058debf2, 0xefa66fe2}},
   };
@@ -75,8 +52,8 @@ TEST(Tone, Anchors) {
   ASSERT_EQ(Fnv1a(AnchorPicture(10)), 0xf1171100);
   for (const Case& c : cases) {
     for (size_t i = 0; i < 4; ++i) {
-      EXPECT_EQ(Fnv1a(Toned(kForms[i], AnchorPicture(c.depth_bits), c.params)), c.hashes[i])
-          << kForms[i].name << ", " << c.depth_bits << " bits, scale " << c.params.scale;
+      EXPECT_EQ(Fnv1a(Toned(kToneForms[i], AnchorPicture(c.depth_bits), c.params)), c.hashes[i])
+          << kToneForms[i].name << ", " << c.depth_bits << " bits, scale " << c.params.scale;
     }
   }
 }

@@ -30,6 +30,12 @@ void YUsm(Call& call);
 void YUsmDouble(Call& call);
 void EdgeFilter(Call& call);
 void SoftFocus(Call& call);
+// tone_calls.cpp
+void MultiFrequency(Call& call);
+void HyperTone(Call& call);
+void HyperToneLight(Call& call);
+void HybridHyperTone(Call& call);
+void HybridHyperToneLight(Call& call);
 // color_calls.cpp
 void Cube(Call& call);
 void Cascade(Call& call);
@@ -55,6 +61,11 @@ inline constexpr Operation kOperations[] = {
     {"yusm-double", YUsmDouble},
     {"edge-filter", EdgeFilter},
     {"soft-focus", SoftFocus},
+    {"multi-frequency", MultiFrequency},
+    {"hyper-tone", HyperTone},
+    {"hyper-tone-light", HyperToneLight},
+    {"hybrid-hyper-tone", HybridHyperTone},
+    {"hybrid-hyper-tone-light", HybridHyperToneLight},
     {"cube", Cube},
     {"cascade", Cascade},
     {"channel-tables", ChannelTables},

@@ -1,0 +1,208 @@
+// SPDX-License-Identifier: MIT
+// Statuses of tone and multi-frequency processing.
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "conformance/statuses.h"
+#include "support/tone_forms.h"
+
+namespace {
+
+using namespace ovra_test;
+
+constexpr float kNan = std::numeric_limits<float>::quiet_NaN();
+constexpr OvraPixelFormatCode kRgb10 = 0x122;
+constexpr OvraPixelFormatCode kRgb12 = 0x124;
+constexpr uint32_t kTooLong = 0x80000000U;
+
+// A number just beyond the end of a range, away from `inside`.
+float Beyond(float end, float inside) {
+  return std::nextafter(end, 2 * end - inside);
+}
+
+Faults RefusedByTone(size_t format) {
+  return MalformedFormat(format) +
+         Faults{
+             {OVRA_ERROR_TONE_CHANNELS, {{format, 0x30, kChannelsField}}},
+             {OVRA_ERROR_TONE_DEPTH, {{format, 0x20, kChannelsField}, {format, 3, kDepthField}}},
+             {OVRA_ERROR_TONE_COLOR_MODEL,
+              {{format, OVRA_MODEL_YCC, kModelField}, {format, 2, kDepthField}}},
+             {OVRA_ERROR_TONE_ARRANGEMENT, {{format, 0x10100, kArrangementField | kModelField}}}};
+}
+
+TEST(Statuses, ToneInit) {
+  enum : size_t { kFormat, kParams, kCurve, kContext };
+  const OvraHyperToneParams bad = {2, 0, 0, 1, 0.1F, 1, 4, 0};
+  for (const ToneExports& form : kToneForms) {
+    SCOPED_TRACE(form.name);
+    void* context = nullptr;
+    const auto init = [&](OvraPixelFormatCode format, const OvraHyperToneParams* params,
+                          const uint16_t* curve, void** made) {
+      if (made != nullptr) *made = &context;
+      const OvraStatus status = form.init(format, params, curve, made);
+      if (status == OVRA_OK) return form.free(made);
+      if (made != nullptr) {
+        EXPECT_EQ(*made, nullptr);
+      }
+      return status;
+    };
+    ExpectStatuses(
+        init, std::tuple(kRgb10, &kToneDefaults, static_cast<const uint16_t*>(nullptr), &context),
+        {},
+        Faults{{OVRA_ERROR_TONE_NULL, {{kContext, nullptr}}},
+               {OVRA_ERROR_TONE_NULL, {{kParams, nullptr}}}} +
+            RefusedByTone(kFormat) + Faults{{OVRA_ERROR_TONE_PARAMETER, {{kParams, &bad}}}});
+    EXPECT_EQ(form.init_12(kRgb10, &kToneDefaults, nullptr, &context), OVRA_ERROR_TONE_DEPTH);
+    EXPECT_EQ(form.init(kRgb12, &kToneDefaults, nullptr, &context), OVRA_ERROR_TONE_DEPTH);
+    EXPECT_EQ(form.free(nullptr), OVRA_OK);
+  }
+}
+
+TEST(Statuses, ToneParameters) {
+  const struct {
+    float OvraHyperToneParams::*field;
+    float low;
+    float high;
+  } ranges[] = {{&OvraHyperToneParams::amount, 0, 1},
+                {&OvraHyperToneParams::shadows, -0.5F, 1.5F},
+                {&OvraHyperToneParams::highlights, -0.5F, 1},
+                {&OvraHyperToneParams::local_contrast, 0.5F, 1.5F},
+                {&OvraHyperToneParams::edge, 0.01F, 0.15F},
+                {&OvraHyperToneParams::colour, 0, 1}};
+  const auto status = [](const OvraHyperToneParams& params, const uint16_t* curve = nullptr) {
+    void* context = nullptr;
+    const OvraStatus answer = OvraHyperTone_Init(kRgb10, &params, curve, &context);
+    EXPECT_EQ(OvraHyperTone_Free(&context), OVRA_OK);
+    return answer;
+  };
+  for (const auto& [field, low, high] : ranges) {
+    OvraHyperToneParams params = kToneDefaults;
+    for (const float good : {low, high}) {
+      params.*field = good;
+      EXPECT_EQ(status(params), OVRA_OK) << good;
+    }
+    for (const float refused : {Beyond(low, high), Beyond(high, low), kNan}) {
+      params.*field = refused;
+      EXPECT_EQ(status(params), OVRA_ERROR_TONE_PARAMETER) << refused;
+    }
+  }
+  for (const int32_t scale : {2, 3, 8, 9, -1}) {
+    OvraHyperToneParams params = kToneDefaults;
+    params.scale = scale;
+    EXPECT_EQ(status(params), scale < 3 || scale > 8 ? OVRA_ERROR_TONE_PARAMETER : OVRA_OK);
+  }
+  std::vector<uint16_t> curve(1024, 1023);
+  EXPECT_EQ(status(kToneDefaults, curve.data()), OVRA_OK);
+  curve.back() = 1024;
+  EXPECT_EQ(status(kToneDefaults, curve.data()), OVRA_ERROR_TONE_PARAMETER);
+  curve.back() = 1022;
+  EXPECT_EQ(status(kToneDefaults, curve.data()), OVRA_ERROR_TONE_PARAMETER);
+}
+
+TEST(Statuses, ToneRun) {
+  enum : size_t { kFrom, kTo, kWidth, kHeight, kFormat, kContext };
+  const std::vector<uint8_t> from(24, 1);
+  std::vector<uint8_t> to(24, 7);
+  for (size_t i = 0; i < std::size(kToneForms); ++i) {
+    const ToneExports& form = kToneForms[i];
+    const ToneExports& other_form = kToneForms[(i + 1) % std::size(kToneForms)];
+    SCOPED_TRACE(form.name);
+    void* context = nullptr;
+    void* other = nullptr;
+    ASSERT_EQ(form.init(kRgb10, &kToneDefaults, nullptr, &context), OVRA_OK);
+    ASSERT_EQ(other_form.init(kRgb10, &kToneDefaults, nullptr, &other), OVRA_OK);
+    ExpectStatuses(
+        form.run,
+        std::tuple(from.data(), to.data(), 2U, 2U, kRgb10, static_cast<const void*>(context)), to,
+        Faults{{OVRA_ERROR_TONE_NULL, {{kFrom, nullptr}}},
+               {OVRA_ERROR_TONE_NULL, {{kTo, nullptr}}},
+               {OVRA_ERROR_TONE_NULL, {{kContext, nullptr}}},
+               {OVRA_ERROR_TONE_ZERO_SIZE, {{kWidth, 0}}},
+               {OVRA_ERROR_TONE_ZERO_SIZE, {{kHeight, 0}}}} +
+            RefusedByTone(kFormat) +
+            Faults{{OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10 | 0x10000000U}}},
+                   {OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb12}}},
+                   {OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10}, {kContext, other}}},
+                   {OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}, {kContext, context}}},
+                   // Six bytes a pixel.
+                   {OVRA_ERROR_NO_MEMORY, {{kHeight, 1}, {kWidth, 357913942}}}});
+    EXPECT_EQ(form.free(&context), OVRA_OK);
+    EXPECT_EQ(other_form.free(&other), OVRA_OK);
+    EXPECT_EQ(form.free(&context), OVRA_OK);
+  }
+}
+
+TEST(Statuses, MultiFrequency) {
+  enum : size_t { kFrom, kTo, kWidth, kHeight, kFormat, kParams };
+  const std::vector<uint8_t> from(24, 1);
+  std::vector<uint8_t> to(24, 7);
+  OvraMultiFrequencyParams good = {};
+  good.band_count = 1;
+  good.bands[0] = {2, 0, 0, 1};
+  OvraMultiFrequencyParams bad = good;
+  bad.band_count = 9;
+  ExpectStatuses(
+      OvraMultiFrequency,
+      std::tuple(from.data(), to.data(), 2U, 2U, kRgb10,
+                 static_cast<const OvraMultiFrequencyParams*>(&good)),
+      to,
+      Faults{{OVRA_ERROR_YUSM_NULL, {{kFrom, nullptr}}},
+             {OVRA_ERROR_YUSM_NULL, {{kTo, nullptr}}},
+             {OVRA_ERROR_YUSM_NULL, {{kParams, nullptr}}},
+             {OVRA_ERROR_YUSM_SIZE, {{kWidth, 0}}},
+             {OVRA_ERROR_YUSM_SIZE, {{kHeight, 0}}},
+             {OVRA_ERROR_MULTI_FREQUENCY_PARAMETER, {{kParams, &bad}}}} +
+          MalformedFormat(kFormat) +
+          Faults{
+              {OVRA_ERROR_YUSM_CHANNELS, {{kFormat, 0x10, kChannelsField}}},
+              {OVRA_ERROR_YUSM_DEPTH, {{kFormat, 0x20, kChannelsField}, {kFormat, 9, kDepthField}}},
+              {OVRA_ERROR_YUSM_COLOR_MODEL,
+               {{kFormat, OVRA_MODEL_GREY, kModelField}, {kFormat, 8, kDepthField}}},
+              {OVRA_ERROR_YUSM_COLOR_MODEL, {{kFormat, OVRA_MODEL_TRIPLE_4, kModelField}}},
+              {OVRA_ERROR_YUSM_COLOR_MODEL,
+               {{kFormat, OVRA_MODEL_CMYK | 0x30, kModelField | kChannelsField}}},
+              {OVRA_ERROR_YUSM_ARRANGEMENT,
+               {{kFormat, 0x10120, kArrangementField | kModelField | kChannelsField}}},
+              {OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}}},
+              {OVRA_ERROR_NO_MEMORY, {{kHeight, 1}, {kWidth, 357913942}}}});
+}
+
+TEST(Statuses, MultiFrequencyParameters) {
+  using Params = OvraMultiFrequencyParams;
+  using Band = OvraMultiFrequencyBand;
+  const auto status = [](const Params& params) {
+    uint8_t pixel[3] = {1, 2, 3};
+    return OvraMultiFrequency(pixel, pixel, 1, 1, 0x120, &params);
+  };
+  Params good = {2, 1, 0.5F, 7, {}};
+  for (Band& band : good.bands) band = {kNan, kNan, kNan, kNan};  // not read but the first two
+  good.bands[0] = good.bands[1] = {1, 0.25F, 0, 1};
+  ASSERT_EQ(status(good), OVRA_OK);
+  const auto expect_range = [&](float low, float high, const auto& field) {
+    for (const float value : {low, high}) {
+      Params params = good;
+      field(params) = value;
+      EXPECT_EQ(status(params), OVRA_OK) << value;
+    }
+    for (const float value : {Beyond(low, high), Beyond(high, low), kNan}) {
+      Params params = good;
+      field(params) = value;
+      EXPECT_EQ(status(params), OVRA_ERROR_MULTI_FREQUENCY_PARAMETER) << value;
+    }
+  };
+  expect_range(0, 2, [](Params& params) -> float& { return params.base_gain; });
+  expect_range(0, 1, [](Params& params) -> float& { return params.pivot; });
+  expect_range(0, 4, [](Params& params) -> float& { return params.bands[1].gain; });
+  expect_range(0, 0.25F, [](Params& params) -> float& { return params.bands[1].noise; });
+  expect_range(0, 1, [](Params& params) -> float& { return params.bands[1].damping; });
+  // No lower than the noise.
+  expect_range(0.25F, 1, [](Params& params) -> float& { return params.bands[1].limit; });
+  for (const uint32_t count : {0U, 3U, 9U, 0xFFFFFFFFU}) {
+    Params params = good;
+    params.band_count = count;
+    EXPECT_EQ(status(params), OVRA_ERROR_MULTI_FREQUENCY_PARAMETER) << count;
+  }
+}
+
+}  // namespace
