@@ -23,6 +23,12 @@ endif()
 set(OVRA_SSE_FLAGS -msse4.1)
 set(OVRA_AVX2_FLAGS -mavx2)
 
+# Where a function overruns its frame the program ends instead of going on: everywhere but in kernels,
+# which hold no frames worth the check in each row, and on Windows, where it needs one more library.
+if(NOT WIN32)
+  set(OVRA_STACK_FLAGS -fstack-protector-strong)
+endif()
+
 function(ovra_add_sources)
   foreach(source IN LISTS ARGN)
     set(path ${CMAKE_CURRENT_SOURCE_DIR}/${source})
@@ -32,10 +38,37 @@ function(ovra_add_sources)
     elseif(source MATCHES "_avx2\\.cpp$")
       set_source_files_properties(${path} TARGET_DIRECTORY ovra_objects
                                   PROPERTIES COMPILE_OPTIONS "${OVRA_AVX2_FLAGS}")
+    elseif(NOT source MATCHES "kernels")
+      set_source_files_properties(${path} TARGET_DIRECTORY ovra_objects
+                                  PROPERTIES COMPILE_OPTIONS "${OVRA_STACK_FLAGS}")
     endif()
     target_sources(ovra_objects PRIVATE ${path})
   endforeach()
 endfunction()
+
+# For what users run. Addresses that the loader has filled in cannot be written any more, the stack
+# cannot be executed, and a DLL may be loaded at any address.
+add_library(ovra_hardened INTERFACE)
+if(WIN32)
+  target_link_options(ovra_hardened INTERFACE -Wl,--dynamicbase,--nxcompat)
+else()
+  target_link_options(ovra_hardened INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
+endif()
+
+# For programs.
+add_library(ovra_hardened_program INTERFACE)
+target_link_libraries(ovra_hardened_program INTERFACE ovra_hardened)
+target_compile_options(ovra_hardened_program INTERFACE ${OVRA_STACK_FLAGS})
+if(NOT OVRA_SANITIZER)
+  target_compile_options(ovra_hardened_program INTERFACE
+                         $<$<CONFIG:Release>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+endif()
+
+# The same sources give the same bytes wherever they lie and whenever they are built.
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+if(WIN32)
+  add_link_options(-Wl,--no-insert-timestamp)
+endif()
 
 # Sanitizers instrument everything, the tests included.
 set(OVRA_SANITIZER "" CACHE STRING "Value for -fsanitize=, or empty")
@@ -43,4 +76,12 @@ if(OVRA_SANITIZER)
   add_compile_options(-fsanitize=${OVRA_SANITIZER} -fno-sanitize-recover=all
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${OVRA_SANITIZER})
+endif()
+
+# For tests, which spend more time in the compiler than running. What they test is not affected.
+add_library(ovra_quick INTERFACE)
+if(OVRA_SANITIZER)
+  target_compile_options(ovra_quick INTERFACE -O0)
+elseif(NOT CMAKE_BUILD_TYPE STREQUAL Debug)
+  target_compile_options(ovra_quick INTERFACE -O1)
 endif()

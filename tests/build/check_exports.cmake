@@ -26,7 +26,7 @@ else()
   execute_process(COMMAND ${NM} --dynamic --defined-only --format=posix ${LIBRARY}
                   OUTPUT_VARIABLE dump COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "[^\n]+ [A-Z] [^\n]*" rows "${dump}")
-  list(FILTER rows EXCLUDE REGEX "^OVRABASE_[0-9]+ A ")  # the version node itself
+  list(FILTER rows EXCLUDE REGEX "^OVRABASE_[0-9]+[@ ]")  # the version node itself
   list(TRANSFORM rows REPLACE "[@ ].*" "" OUTPUT_VARIABLE actual)
 endif()
 
