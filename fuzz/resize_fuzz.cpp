@@ -3,7 +3,7 @@
 
 #include "fuzz_support.h"
 #include "resample/kernel_table.h"
-#include "resample/resize_engine.h"
+#include "resample/resize/resize.h"
 
 // Any format word, region, factors, stretches, tap counts and table; pictures of the declared size.
 // Every tier answers the same status and the same bytes.
@@ -38,13 +38,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto side = [&] { return input.ConsumeIntegralInRange<int32_t>(0, kMaxSide); };
   ovra::ResizeImages images = {};
   images.format = input.ConsumeIntegral<uint32_t>();
-  images.source_size = {side(), side()};
-  images.destination_size = {side(), side()};
-  images.region = {input.ConsumeIntegral<int32_t>(), input.ConsumeIntegral<int32_t>(), side(),
-                   side()};
+  images.shape.source = {side(), side()};
+  images.shape.destination = {side(), side()};
+  images.shape.region = {input.ConsumeIntegral<int32_t>(), input.ConsumeIntegral<int32_t>(), side(),
+                         side()};
   if (input.ConsumeBool()) {  // inside the source
-    images.region.x = std::min(images.region.x, images.source_size.width - images.region.width);
-    images.region.y = std::min(images.region.y, images.source_size.height - images.region.height);
+    images.shape.region.x =
+        std::min(images.shape.region.x, images.shape.source.width - images.shape.region.width);
+    images.shape.region.y =
+        std::min(images.shape.region.y, images.shape.source.height - images.shape.region.height);
   }
   const ovra::KernelSupport horizontal = {input.ConsumeFloatingPoint<float>(), TakeTaps(input)};
   const ovra::KernelSupport vertical = {input.ConsumeFloatingPoint<float>(), TakeTaps(input)};
@@ -57,15 +59,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const auto bytes = [&format](ovra::ImageSize image) {
     return static_cast<size_t>(ovra::RowStride(image.width, format) * image.height);
   };
-  const std::vector<uint8_t> source = ovra_fuzz::TakeImage(input, bytes(images.source_size));
+  const std::vector<uint8_t> source = ovra_fuzz::TakeImage(input, bytes(images.shape.source));
   images.source = source.data();
   const auto run = [&](std::vector<uint8_t>& out, ovra::KernelTier with) {
     images.destination = out.data();
-    return own_factors
-               ? ovra::ResizeImageCoreVar(images, factors, table.data(), horizontal, vertical, with)
-               : ovra::ResizeImageCore(images, table.data(), horizontal, with);
+    return own_factors ? ovra::ResizeImageCoreVar(images, factors,
+                                                  {table.data(), horizontal, vertical}, with)
+                       : ovra::ResizeImageCore(images, table.data(), horizontal, with);
   };
-  std::vector<uint8_t> expected(bytes(images.destination_size), 1);
+  std::vector<uint8_t> expected(bytes(images.shape.destination), 1);
   std::vector<uint8_t> actual(expected);
   if (run(expected, ovra::KernelTier::kPlain) != run(actual, tier)) std::abort();
   ovra_fuzz::RequireEqual(expected, actual);

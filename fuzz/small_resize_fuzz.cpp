@@ -2,7 +2,7 @@
 
 #include "fuzz_support.h"
 #include "resample/kernel_table.h"
-#include "resample/small_resize.h"
+#include "resample/small_resize/small_resize.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   constexpr int32_t kMaxSide = 300;
@@ -34,8 +34,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   std::vector<uint8_t> expected(bytes(to_width, to_height), 1);
   std::vector<uint8_t> actual(expected);
   const auto run = [&](std::vector<uint8_t>& out, ovra::KernelTier with) {
-    return ovra::SmallResizeImage(source.data(), source_width, source_height, out.data(), to_width,
-                                  to_height, format, x, y, width, height, table.data(), with);
+    return ovra::SmallResizeImage(
+        {source.data(),
+         out.data(),
+         format,
+         {{source_width, source_height}, {to_width, to_height}, {x, y, width, height}}},
+        table.data(), with);
   };
   if (run(expected, ovra::KernelTier::kPlain) != run(actual, tier)) std::abort();
   ovra_fuzz::RequireEqual(expected, actual);

@@ -52,6 +52,19 @@ struct Sse {
   static void StoreLane(void* p, Reg a, int /*lane*/) { Store(p, a); }
   // Half a register's bytes from memory as whole 16-bit elements, or limited to bytes and back.
   static Reg LoadU8As16(const void* p) { return _mm_cvtepu8_epi16(LoadHalf(p)); }
+  // Eight bytes for each lane, or four from each of two places a lane, as whole 16-bit elements.
+  static Reg LoadLanesU8As16(const void* first, const void* /*second*/) {
+    return LoadU8As16(first);
+  }
+  static Reg LoadQuartersU8As16(const void* first_a, const void* first_b, const void* /*second_a*/,
+                                const void* /*second_b*/) {
+    return _mm_cvtepu8_epi16(_mm_unpacklo_epi32(_mm_loadu_si32(first_a), _mm_loadu_si32(first_b)));
+  }
+  // Eight bytes from each of two places a lane, as they are.
+  static Reg LoadHalves(const void* first_a, const void* first_b, const void* /*second_a*/,
+                        const void* /*second_b*/) {
+    return _mm_unpacklo_epi64(LoadHalf(first_a), LoadHalf(first_b));
+  }
   static void Store16AsU8(void* p, Reg a) {
     _mm_storel_epi64(static_cast<Reg*>(p), _mm_packus_epi16(a, a));
   }
@@ -202,6 +215,7 @@ struct Sse {
   using Doubles = SseDoubles;
   static constexpr int kDoubles = 2;
   static Doubles SetDoubles(double v) { return {_mm_set1_pd(v)}; }
+  static Doubles LoadDoubles(const double* p) { return {_mm_loadu_pd(p)}; }
   static Doubles LoadDoublesAligned(const double* p) { return {_mm_load_pd(p)}; }
   static void StoreDoublesAligned(double* p, Doubles a) { _mm_store_pd(p, a.value); }
   static Doubles MinDoubles(Doubles a, Doubles b) { return {_mm_min_pd(a.value, b.value)}; }
@@ -273,6 +287,20 @@ struct Avx2 {
   }
   static void StoreLane(void* p, Reg a, int lane) { Sse::Store(p, Lane(a, lane)); }
   static Reg LoadU8As16(const void* p) { return _mm256_cvtepu8_epi16(LoadHalf(p)); }
+  static Reg LoadLanesU8As16(const void* first, const void* second) {
+    return _mm256_cvtepu8_epi16(_mm_unpacklo_epi64(Sse::LoadHalf(first), Sse::LoadHalf(second)));
+  }
+  static Reg LoadQuartersU8As16(const void* first_a, const void* first_b, const void* second_a,
+                                const void* second_b) {
+    return _mm256_cvtepu8_epi16(
+        _mm_unpacklo_epi64(_mm_unpacklo_epi32(_mm_loadu_si32(first_a), _mm_loadu_si32(first_b)),
+                           _mm_unpacklo_epi32(_mm_loadu_si32(second_a), _mm_loadu_si32(second_b))));
+  }
+  static Reg LoadHalves(const void* first_a, const void* first_b, const void* second_a,
+                        const void* second_b) {
+    return SetLanes(Sse::LoadHalves(first_a, first_b, nullptr, nullptr),
+                    Sse::LoadHalves(second_a, second_b, nullptr, nullptr));
+  }
   static void Store16AsU8(void* p, Reg a) {
     Sse::Store(p, _mm_packus_epi16(Lane(a, 0), Lane(a, 1)));
   }
@@ -412,6 +440,7 @@ struct Avx2 {
   using Doubles = Avx2Doubles;
   static constexpr int kDoubles = 4;
   static Doubles SetDoubles(double v) { return {_mm256_set1_pd(v)}; }
+  static Doubles LoadDoubles(const double* p) { return {_mm256_loadu_pd(p)}; }
   static Doubles LoadDoublesAligned(const double* p) { return {_mm256_load_pd(p)}; }
   static void StoreDoublesAligned(double* p, Doubles a) { _mm256_store_pd(p, a.value); }
   static Doubles MinDoubles(Doubles a, Doubles b) { return {_mm256_min_pd(a.value, b.value)}; }

@@ -6,8 +6,8 @@
 
 #include "core/rows.h"
 #include "resample/kernel_table.h"
-#include "resample/small_resize.h"
-#include "resample/small_resize_kernels.h"
+#include "resample/small_resize/kernels.h"
+#include "resample/small_resize/small_resize.h"
 #include "support/failing_malloc.h"
 #include "support/guarded_buffer.h"
 #include "support/random.h"
@@ -27,13 +27,17 @@ std::vector<float> Table(float parameter = -0.75F) {
 
 class SmallResizeKernels : public ovra_test::AcceleratedTierTest {};
 
+template <class Sample>
+const ovra::ReductionKernelsOf<Sample>& KernelsOf(KernelTier tier) {
+  return ovra::ForTier(tier, ovra::kReductionPlain, ovra::kReductionSse, ovra::kReductionAvx2)
+      .Of<Sample>();
+}
+
 TEST_P(SmallResizeKernels, AreOtherFunctionsThanThePlainOnes) {
-  const auto plain = ovra::SelectReductionKernels<uint8_t>(KernelTier::kPlain);
-  const auto accelerated = ovra::SelectReductionKernels<uint8_t>(GetParam());
-  EXPECT_NE(plain.vertical, accelerated.vertical);
-  EXPECT_NE(plain.horizontal, accelerated.horizontal);
-  EXPECT_NE(ovra::SelectReductionKernels<uint16_t>(KernelTier::kPlain).vertical,
-            ovra::SelectReductionKernels<uint16_t>(GetParam()).vertical);
+  EXPECT_NE(KernelsOf<uint8_t>(KernelTier::kPlain).weigh_rows,
+            KernelsOf<uint8_t>(GetParam()).weigh_rows);
+  EXPECT_NE(KernelsOf<uint16_t>(KernelTier::kPlain).weigh_columns[1],
+            KernelsOf<uint16_t>(GetParam()).weigh_columns[1]);
 }
 
 // Whole calls on random shapes: every depth and channel count, odd row alignments, regions, both row
@@ -79,9 +83,12 @@ TEST_P(SmallResizeKernels, EqualPlain) {
     GuardedBuffer expected(size, guard);
     GuardedBuffer actual(size, guard);
     const auto run = [&](GuardedBuffer& out, KernelTier tier) {
-      return ovra::SmallResizeImage(source.data(), source_width, source_height, out.data(),
-                                    to_width, to_height, format, x, y, width, height, table.data(),
-                                    tier);
+      return ovra::SmallResizeImage(
+          {source.data(),
+           out.data(),
+           format,
+           {{source_width, source_height}, {to_width, to_height}, {x, y, width, height}}},
+          table.data(), tier);
     };
     ASSERT_EQ(run(expected, KernelTier::kPlain), OVRA_OK);
     ASSERT_EQ(run(actual, GetParam()), OVRA_OK);
@@ -90,32 +97,38 @@ TEST_P(SmallResizeKernels, EqualPlain) {
 }
 
 // Weights and samples at the ends of their ranges, where the halves of a weight and the signed
-// samples come closest to overflow.
+// samples come closest to overflow; at once, and in two parts.
 TEST_P(SmallResizeKernels, VerticalSumsDoNotOverflow) {
-  constexpr int32_t kMaxTaps = 256;
   constexpr std::ptrdiff_t kSamples = 70;
-  for (const int32_t count : {1, 2, 3, 17, 255, kMaxTaps}) {
+  for (const int32_t count : {2, 3, 17, 254, 255, 256, 509, 1000}) {
     // Alternating signs with the greatest absolute sum that a set may have.
     std::vector<int32_t> weights(static_cast<size_t>(count), 0);
     const auto magnitude =
         static_cast<int32_t>(ovra::kMaxReductionGain * ovra::kReductionUnity / count);
     for (size_t t = 0; t < weights.size(); ++t) weights[t] = t % 2 == 0 ? magnitude : -magnitude;
-    const ovra::ReductionAxis::Taps taps = {0, count, weights.data(), nullptr};
+    const int32_t weight_sum = count % 2 * magnitude;
     for (const bool in_phase : {true, false}) {
-      std::vector<uint16_t> rows(static_cast<size_t>(count * kSamples));
-      for (size_t i = 0; i < rows.size(); ++i) {
-        const bool positive = weights[i / kSamples] > 0;
-        rows[i] = positive == in_phase ? 65535 : 0;
+      std::vector<uint16_t> samples(static_cast<size_t>(count * kSamples));
+      std::vector<const uint16_t*> rows;
+      for (size_t t = 0; t < weights.size(); ++t) {
+        rows.push_back(samples.data() + t * kSamples);
+        const bool positive = weights[t] > 0;
+        std::fill_n(samples.data() + t * kSamples, kSamples,
+                    static_cast<uint16_t>(positive == in_phase ? 65535 : 0));
       }
       int32_t expected[kSamples];
-      int32_t actual[kSamples];
-      const auto run = [&](KernelTier tier, int32_t* out) {
-        ovra::SelectReductionKernels<uint16_t>(tier).vertical(rows.data(), 2 * kSamples, taps,
-                                                              kSamples, out);
-      };
-      run(KernelTier::kPlain, expected);
-      run(GetParam(), actual);
-      EXPECT_TRUE(std::equal(expected, expected + kSamples, actual)) << count;
+      KernelsOf<uint16_t>(KernelTier::kPlain)
+          .weigh_rows({rows.data(), weights.data(), count}, 0, kSamples, nullptr, weight_sum,
+                      expected);
+      for (const int32_t summed : {0, count / 2}) {
+        int64_t sums[kSamples + ovra::kSpareReductionSums];
+        int32_t actual[kSamples];
+        const auto& kernels = KernelsOf<uint16_t>(GetParam());
+        kernels.sum_rows({rows.data(), weights.data(), summed}, 0, kSamples, true, sums);
+        kernels.weigh_rows({rows.data() + summed, weights.data() + summed, count - summed}, 0,
+                           kSamples, sums, weight_sum, actual);
+        EXPECT_TRUE(std::equal(expected, expected + kSamples, actual)) << count << " " << summed;
+      }
     }
   }
 }
@@ -128,8 +141,9 @@ TEST(SmallResizeMemory, EveryFailedAllocationIsReported) {
   const std::vector<float> table = Table();
   std::vector<uint8_t> destination(100, 9);
   const auto run = [&] {
-    return ovra::SmallResizeImage(source.data(), 100, 100, destination.data(), 10, 10, 0, 0, 0, 100,
-                                  100, table.data(), ovra::DetectedTier());
+    return ovra::SmallResizeImage(
+        {source.data(), destination.data(), 0, {{100, 100}, {10, 10}, {0, 0, 100, 100}}},
+        table.data(), ovra::DetectedTier());
   };
   int allocations = 0;
   {

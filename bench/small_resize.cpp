@@ -4,7 +4,7 @@
 
 #include "bench_support.h"
 #include "resample/kernel_table.h"
-#include "resample/small_resize.h"
+#include "resample/small_resize/small_resize.h"
 
 namespace ovra_bench {
 
@@ -30,8 +30,12 @@ void RegisterSmallResize() {
       RegisterTiers(name, kPixels, [=](ovra::KernelTier tier) {
         std::vector<float> table(OVRA_KERNEL_TABLE_ENTRIES);
         ovra::CalcCubicSpline(ovra::kResizeKernelParameter, table.data());
-        ovra::SmallResizeImage(Source(bytes), kWidth, kHeight, Destination(bytes), kWidth / divisor,
-                               kHeight / divisor, code, 0, 0, kWidth, kHeight, table.data(), tier);
+        ovra::SmallResizeImage(
+            {Source(bytes),
+             Destination(bytes),
+             code,
+             {{kWidth, kHeight}, {kWidth / divisor, kHeight / divisor}, {0, 0, kWidth, kHeight}}},
+            table.data(), tier);
       });
     }
     RegisterMemcpy("small_resize/" + std::string(f.name), bytes, 0, kPixels);

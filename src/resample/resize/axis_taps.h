@@ -4,16 +4,9 @@
 
 #include <cstdint>
 
-#include "core/work_memory.h"
+#include "resample/resize_plan.h"
 
 namespace ovra {
-
-// What one axis is filtered with.
-struct AxisFilter {
-  const float* table;  // a kernel table
-  int32_t taps;
-  float stretch;
-};
 
 // How one axis of the destination lies on the source: about the middle of the region.
 struct AxisGeometry {
@@ -41,22 +34,7 @@ constexpr int32_t TapsBeforeCentre(int32_t taps) {
 inline constexpr int32_t kWeightBits = 10;
 inline constexpr int32_t kUnitWeight = 1 << kWeightBits;
 
-// The weight sets of one axis. The weights are truncated and kept as they are: a set may sum to a
-// little less or more than kUnitWeight.
-struct AxisWeights {
-  int32_t taps = 0;
-  int32_t weight_stride = 0;    // weights from set to set; those beyond the taps are 0
-  WorkMemory<int16_t> weights;  // in tap order
-  WorkMemory<TapSet> sets;
-
-  const int16_t* WeightsOf(int64_t set) const { return weights.data() + set * weight_stride; }
-};
-
-// Fills the sets of the axis into the memory that `axis` already holds for them. Everything
-// geometric is computed in double precision.
-void BuildWeightSets(const AxisGeometry& geometry, const AxisFilter& filter, AxisWeights* axis);
-
-// Weights from set to set for a tap count: vectors of four or eight weights stay whole.
+// Room for the weights of one set: vectors of four or eight weights stay whole.
 constexpr int32_t WeightStride(int32_t taps) {
   constexpr int32_t kHalfVector = 4;
   constexpr int32_t kVector = 8;
@@ -64,5 +42,32 @@ constexpr int32_t WeightStride(int32_t taps) {
              ? kHalfVector
              : static_cast<int32_t>((int64_t{taps} + kVector - 1) / kVector * kVector);
 }
+
+// The tap sets of one axis, each made when it is asked for. Everything geometric is computed in
+// double precision. The table must live as long as this.
+class AxisTaps {
+ public:
+  AxisTaps() = default;
+  AxisTaps(const AxisGeometry& geometry, const float* table, KernelSupport support);
+
+  int32_t CentreOf(int32_t i) const;
+
+  // Writes the weights in tap order, WeightStride of them; those beyond the taps are 0. The others
+  // are truncated and kept as they are: a set may sum to a little less or more than kUnitWeight.
+  TapSet Fill(int32_t i, int16_t* weights) const;
+
+ private:
+  double PositionOf(int32_t i) const;
+  double KernelAt(double distance) const;
+  uint32_t FillWeights(double fraction, int16_t* weights) const;
+
+  const float* table_ = nullptr;
+  double table_step_ = 0.0;  // table entries for a tap distance of one
+  int32_t taps_ = 0;
+  int32_t half_extent_ = 0;
+  double phase_ = 0.0;
+  double step_ = 0.0;  // from one destination position to the next, in the source
+  double centre_ = 0.0;
+};
 
 }  // namespace ovra

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
-#include "resample/resize_kernels.h"
+#include "resample/resize/kernels.h"
 
 namespace ovra {
 namespace {
@@ -81,69 +81,36 @@ void VerticalRowPlain(const VerticalPass<Sample>& pass, Sample* destination) {
   CombineRows(pass, kTaps, slots, weights, destination);
 }
 
-}  // namespace
-
 template <class Sample>
-void HorizontalColumnsClamped(const HorizontalPass& pass, int32_t begin, int32_t end,
-                              const Sample* source, Intermediate<Sample>* out) {
-  switch (pass.channels) {
-    case 1:
-      return Columns<Sample, 1, true>(pass, begin, end, source, out);
-    case 3:
-      return Columns<Sample, 3, true>(pass, begin, end, source, out);
-    default:
-      return Columns<Sample, 4, true>(pass, begin, end, source, out);
-  }
-}
-
-template <class Sample>
-void VerticalRowGeneric(const VerticalPass<Sample>& pass, int32_t* slots, int32_t* weights,
+void VerticalRowAnyTaps(const VerticalPass<Sample>& pass, int32_t* slots, int32_t* weights,
                         Sample* destination) {
   ListTaps(pass, slots, weights);
   CombineRows(pass, pass.taps, slots, weights, destination);
 }
 
 template <class Sample>
-HorizontalKernel<Sample> SelectHorizontalPlain(int32_t taps, int32_t channels) {
-  switch (channels) {
-    case 1:
-      return {HorizontalRowPlain<Sample, 1>, taps};
-    case 3:
-      return {HorizontalRowPlain<Sample, 3>, taps};
-    default:
-      return {HorizontalRowPlain<Sample, 4>, taps};
+constexpr ResizeKernelsOf<Sample> MakeKernels() {
+  ResizeKernelsOf<Sample> kernels = {};
+  for (auto& of_taps : kernels.horizontal) {
+    of_taps[kOneChannel] = {HorizontalRowPlain<Sample, 1>, 0};
+    of_taps[kThreeChannels] = {HorizontalRowPlain<Sample, 3>, 0};
+    of_taps[kFourChannels] = {HorizontalRowPlain<Sample, 4>, 0};
   }
+  kernels.clamped[kOneChannel] = Columns<Sample, 1, true>;
+  kernels.clamped[kThreeChannels] = Columns<Sample, 3, true>;
+  kernels.clamped[kFourChannels] = Columns<Sample, 4, true>;
+  kernels.vertical[kTaps4] = VerticalRowPlain<Sample, 4>;
+  kernels.vertical[kTaps5] = VerticalRowPlain<Sample, 5>;
+  kernels.vertical[kTaps6] = VerticalRowPlain<Sample, 6>;
+  kernels.vertical[kTaps7] = VerticalRowPlain<Sample, 7>;
+  kernels.vertical[kTaps8] = VerticalRowPlain<Sample, 8>;
+  kernels.vertical[kTaps16] = VerticalRowPlain<Sample, 16>;
+  kernels.vertical_of_any_taps = VerticalRowAnyTaps<Sample>;
+  return kernels;
 }
 
-template <class Sample>
-VerticalRow<Sample>* SelectVerticalPlain(int32_t taps) {
-  switch (taps) {
-    case 4:
-      return VerticalRowPlain<Sample, 4>;
-    case 5:
-      return VerticalRowPlain<Sample, 5>;
-    case 6:
-      return VerticalRowPlain<Sample, 6>;
-    case 7:
-      return VerticalRowPlain<Sample, 7>;
-    case 8:
-      return VerticalRowPlain<Sample, 8>;
-    case 16:
-      return VerticalRowPlain<Sample, 16>;
-    default:
-      return nullptr;
-  }
-}
+}  // namespace
 
-template void HorizontalColumnsClamped(const HorizontalPass&, int32_t, int32_t, const uint8_t*,
-                                       int16_t*);
-template void HorizontalColumnsClamped(const HorizontalPass&, int32_t, int32_t, const uint16_t*,
-                                       int32_t*);
-template void VerticalRowGeneric(const VerticalPass<uint8_t>&, int32_t*, int32_t*, uint8_t*);
-template void VerticalRowGeneric(const VerticalPass<uint16_t>&, int32_t*, int32_t*, uint16_t*);
-template HorizontalKernel<uint8_t> SelectHorizontalPlain(int32_t, int32_t);
-template HorizontalKernel<uint16_t> SelectHorizontalPlain(int32_t, int32_t);
-template VerticalRow<uint8_t>* SelectVerticalPlain(int32_t);
-template VerticalRow<uint16_t>* SelectVerticalPlain(int32_t);
+const ResizeKernels kResizePlain = {MakeKernels<uint8_t>(), MakeKernels<uint16_t>()};
 
 }  // namespace ovra

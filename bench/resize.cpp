@@ -3,7 +3,7 @@
 #include <string>
 
 #include "bench_support.h"
-#include "resample/resize.h"
+#include "resample/resize/resize.h"
 
 namespace ovra_bench {
 namespace {
@@ -42,11 +42,9 @@ void RegisterResizeOf(const Format& format, const Ratio& ratio) {
   constexpr double kPixels = double{kWidth} * kHeight;
   RegisterTiers(name, kPixels, [=](ovra::KernelTier tier) {
     const ovra::ResizeImages images = {Source(Bytes(source, format)),
-                                       source,
                                        Destination(Bytes(destination, format)),
-                                       destination,
                                        format.code,
-                                       {0, 0, source.width, source.height}};
+                                       {source, destination, {0, 0, source.width, source.height}}};
     ovra::ResizeImageVar(images, {ratio.value, ratio.value}, tier);
   });
   RegisterMemcpy(name, Bytes(source, format), Bytes(destination, format), kPixels);

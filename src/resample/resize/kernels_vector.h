@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
-// The vector forms of both passes, written once for all widths. A kernel file that includes this
-// brings a class V: operations on a register of V::kLanes lanes of 128 bits each, in which
-// shuffles, packs and horizontal sums stay.
+// The vector forms of both passes, for registers of any width. Included by one kernel file a tier.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 
-#include "resample/resize_kernels.h"
+#include "core/vector_ops.h"
+#include "resample/resize/kernels.h"
 
 namespace ovra {
 namespace {
@@ -51,20 +50,71 @@ struct PixelLoads {
 };
 
 // The shuffle that takes pair number `pair` of a load apart.
-template <class V, class Sample, int kChannels>
-typename V::Reg PairShuffle(int pair) {
-  constexpr int8_t kZero = -1;
-  constexpr int kSampleBytes = sizeof(Sample);
-  int8_t lane[kLaneBytes];
-  for (int i = 0; i < kLaneBytes; ++i) {
-    const int channel = i / 4;
-    const int pixel = 2 * pair + i % 4 / 2;
-    const int byte = i % 2;
-    const bool used = channel < kChannels && byte < kSampleBytes;
-    lane[i] =
-        used ? static_cast<int8_t>((pixel * kChannels + channel) * kSampleBytes + byte) : kZero;
+template <class Sample, int kChannels>
+struct PairShuffle {
+  alignas(kLaneBytes) int8_t bytes[kLaneBytes] = {};
+
+  constexpr explicit PairShuffle(int pair) {
+    constexpr int8_t kZero = -1;
+    constexpr int kSampleBytes = sizeof(Sample);
+    for (int i = 0; i < kLaneBytes; ++i) {
+      const int channel = i / 4;
+      const int pixel = 2 * pair + i % 4 / 2;
+      const int byte = i % 2;
+      const bool used = channel < kChannels && byte < kSampleBytes;
+      bytes[i] =
+          used ? static_cast<int8_t>((pixel * kChannels + channel) * kSampleBytes + byte) : kZero;
+    }
   }
-  return V::LoadLanes(lane, lane);
+};
+
+template <class Sample, int kChannels>
+constexpr PairShuffle<Sample, kChannels> kPairShuffles[2] = {PairShuffle<Sample, kChannels>(0),
+                                                             PairShuffle<Sample, kChannels>(1)};
+
+// 32-bit part number `part` of each lane in all its parts.
+template <class V>
+typename V::Reg SpreadPart(typename V::Reg a, int part) {
+  switch (part) {
+    case 0:
+      return V::template Spread32<0>(a);
+    case 1:
+      return V::template Spread32<1>(a);
+    case 2:
+      return V::template Spread32<2>(a);
+    default:
+      return V::template Spread32<3>(a);
+  }
+}
+
+// Three words of each four, side by side.
+template <class V>
+typename V::Reg DropEveryFourthWord(typename V::Reg words) {
+  static constexpr int8_t kOrder[kLaneBytes] = {0,  1,  2,  3,  4,  5,  8,  9,
+                                                10, 11, 12, 13, -1, -1, -1, -1};
+  return V::Shuffle8(words, V::LoadToAllLanes(kOrder));
+}
+
+// Eight samples a lane as signed words, which 16-bit samples become by losing 2^15.
+template <class V>
+typename V::Reg EightSamples(const uint8_t* first, const uint8_t* second) {
+  return V::LoadLanesU8As16(first, second);
+}
+template <class V>
+typename V::Reg EightSamples(const uint16_t* first, const uint16_t* second) {
+  return V::FlipSign16(V::LoadLanes(first, second));
+}
+
+// Four samples from each of two places a lane.
+template <class V>
+typename V::Reg FourSamplesOfTwo(const uint8_t* first_a, const uint8_t* first_b,
+                                 const uint8_t* second_a, const uint8_t* second_b) {
+  return V::LoadQuartersU8As16(first_a, first_b, second_a, second_b);
+}
+template <class V>
+typename V::Reg FourSamplesOfTwo(const uint16_t* first_a, const uint16_t* first_b,
+                                 const uint16_t* second_a, const uint16_t* second_b) {
+  return V::FlipSign16(V::LoadHalves(first_a, first_b, second_a, second_b));
 }
 
 template <class V, class Sample, int kChannels, int kPairs>
@@ -74,9 +124,11 @@ class PixelColumns {
   using Loads = PixelLoads<Sample, kChannels, kPairs>;
   static constexpr int kStep = 2 * V::kLanes;
 
+  static_assert(Loads::kPairsPerLoad <= 2);
+
   explicit PixelColumns(const HorizontalPass& pass) : pass_(pass) {
     for (int pair = 0; pair < Loads::kPairsPerLoad; ++pair) {
-      shuffles_[pair] = PairShuffle<V, Sample, kChannels>(pair);
+      shuffles_[pair] = V::LoadToAllLanes(kPairShuffles<Sample, kChannels>[pair].bytes);
     }
   }
 
@@ -86,8 +138,8 @@ class PixelColumns {
     const Reg even = Sums<0>(column, source);
     const Reg odd = Sums<1>(column, source);
     if constexpr (sizeof(Sample) == 1) {
-      Reg words = V::PackSigned32(LowHalves<V>(even), LowHalves<V>(odd));
-      if constexpr (kChannels == 3) words = V::DropWords3And7(words);
+      Reg words = V::PackS32(LowHalves<V>(even), LowHalves<V>(odd));
+      if constexpr (kChannels == 3) words = DropEveryFourthWord<V>(words);
       for (int lane = 0; lane < V::kLanes; ++lane) {
         V::StoreLane(out + 2 * lane * kChannels, words, lane);
       }
@@ -109,8 +161,7 @@ class PixelColumns {
     const TapSet* const sets = pass_.sets + column + kOdd;
     const uint8_t* const pixels = FirstPixel(sets[0], source);
     const uint8_t* const next_pixels = FirstPixel(sets[kNextLane], source);
-    Reg sums =
-        StartSums<V, Sample>(V::BroadcastToLanes(&sets[0].weight_sum, &sets[kNextLane].weight_sum));
+    Reg sums = StartSums<V, Sample>(WeightSums(sets));
     for (int load = 0; load < Loads::kLoads; ++load) {
       Reg loaded =
           V::LoadLanes(pixels + load * Loads::kLoadStep, next_pixels + load * Loads::kLoadStep);
@@ -118,11 +169,17 @@ class PixelColumns {
       for (int k = 0; k < Loads::kPairsPerLoad; ++k) {
         const int pair = load * Loads::kPairsPerLoad + k;
         if (pair >= kPairs) break;
-        sums = V::Add32(sums, V::MultiplyAdd16(V::ShuffleBytes(loaded, shuffles_[k]),
-                                               WeightPair<kOdd>(column, pair)));
+        sums = V::Add32(
+            sums, V::MulAdd16(V::Shuffle8(loaded, shuffles_[k]), WeightPair<kOdd>(column, pair)));
       }
     }
     return sums;
+  }
+
+  // The weight sum of each lane's column in all its parts.
+  static Reg WeightSums(const TapSet* sets) {
+    return V::SetLanes(Sse::Set32(static_cast<int32_t>(sets[0].weight_sum)),
+                       Sse::Set32(static_cast<int32_t>(sets[kNextLane].weight_sum)));
   }
 
   const uint8_t* FirstPixel(const TapSet& set, const Sample* source) const {
@@ -135,12 +192,12 @@ class PixelColumns {
   template <int kOdd>
   Reg WeightPair(int32_t column, int pair) const {
     if constexpr (kPairs == 2) {
-      return V::BroadcastPart(V::Load(pass_.weights + std::ptrdiff_t{column} * 4), 2 * kOdd + pair);
+      return SpreadPart<V>(V::Load(pass_.weights + std::ptrdiff_t{column} * 4), 2 * kOdd + pair);
     } else {
       const int16_t* const weights = pass_.weights +
                                      std::ptrdiff_t{column + kOdd} * pass_.weight_stride +
                                      pair / 4 * kWeightsPerLane;
-      return V::BroadcastPart(
+      return SpreadPart<V>(
           V::LoadLanes(weights, weights + std::ptrdiff_t{kNextLane} * pass_.weight_stride),
           pair % 4);
     }
@@ -175,11 +232,11 @@ class GreyColumns {
           V::AddAcross32(OneColumn(column + 2, source), OneColumn(column + 3, source)));
     }
     const TapSet* const sets = pass_.sets + column;
-    sums = V::Add32(
-        sums, StartSums<V, Sample>(V::OddParts(V::LoadLanes(sets, sets + kNextLane),
-                                               V::LoadLanes(sets + 2, sets + 2 + kNextLane))));
+    sums = V::Add32(sums,
+                    StartSums<V, Sample>(V::Odds32(V::LoadLanes(sets, sets + kNextLane),
+                                                   V::LoadLanes(sets + 2, sets + 2 + kNextLane))));
     if constexpr (sizeof(Sample) == 1) {
-      V::StoreLowWords(out, LowHalves<V>(sums));
+      V::Store32AsS16(out, LowHalves<V>(sums));
     } else {
       V::Store(out, V::ShiftRight32(sums, kHorizontalShift));
     }
@@ -190,10 +247,10 @@ class GreyColumns {
 
   Reg TwoColumns(int32_t column, const Sample* source) const {
     const int16_t* const weights = pass_.weights + std::ptrdiff_t{column} * 4;
-    const Reg samples = V::FourSamplesOfTwo(
+    const Reg samples = FourSamplesOfTwo<V>(
         FirstSample(column, source), FirstSample(column + 1, source),
         FirstSample(column + kNextLane, source), FirstSample(column + kNextLane + 1, source));
-    return V::MultiplyAdd16(samples, V::LoadLanes(weights, weights + kNextLane * 4));
+    return V::MulAdd16(samples, V::LoadLanes(weights, weights + kNextLane * 4));
   }
 
   Reg OneColumn(int32_t column, const Sample* source) const {
@@ -204,9 +261,9 @@ class GreyColumns {
     Reg sums = V::Set32(0);
     for (int group = 0; group < kGroups; ++group) {
       const int first = group * kWeightsPerLane;
-      sums = V::Add32(sums, V::MultiplyAdd16(V::EightSamples(samples + first, next_samples + first),
-                                             V::LoadLanes(weights + first,
-                                                          weights + kNextLane * stride + first)));
+      sums = V::Add32(
+          sums, V::MulAdd16(EightSamples<V>(samples + first, next_samples + first),
+                            V::LoadLanes(weights + first, weights + kNextLane * stride + first)));
     }
     return sums;
   }
@@ -219,50 +276,21 @@ class GreyColumns {
 };
 
 template <class Columns, class Sample, int kChannels>
-void HorizontalRowSimd(const HorizontalPass& pass, const Sample* source,
-                       Intermediate<Sample>* out) {
+void HorizontalRowVector(const HorizontalPass& pass, const Sample* source,
+                         Intermediate<Sample>* out) {
   const Columns columns(pass);
   const int32_t last = pass.destination_width - 1;
   const int32_t end = pass.inner_end < last ? pass.inner_end : last;
-  HorizontalColumnsClamped(pass, 0, pass.inner_begin, source, out);
+  ClampedColumns<Sample>* const clamped =
+      kResizePlain.Of<Sample>().clamped[kChannels == 1   ? kOneChannel
+                                        : kChannels == 3 ? kThreeChannels
+                                                         : kFourChannels];
+  clamped(pass, 0, pass.inner_begin, source, out);
   int32_t column = pass.inner_begin;
   for (; column + Columns::kStep <= end; column += Columns::kStep) {
     columns.Step(column, source, out + std::ptrdiff_t{column} * kChannels);
   }
-  HorizontalColumnsClamped(pass, column, pass.destination_width, source, out);
-}
-
-template <class V, class Sample, int kPairs>
-HorizontalKernel<Sample> HorizontalOfPairs(int32_t channels) {
-  if (channels == 1) {
-    using Columns = GreyColumns<V, Sample, kPairs>;
-    return {HorizontalRowSimd<Columns, Sample, 1>, Columns::kPixelsRead};
-  }
-  if (channels == 3) {
-    using Columns = PixelColumns<V, Sample, 3, kPairs>;
-    return {HorizontalRowSimd<Columns, Sample, 3>, Columns::Loads::kPixelsRead};
-  }
-  using Columns = PixelColumns<V, Sample, 4, kPairs>;
-  return {HorizontalRowSimd<Columns, Sample, 4>, Columns::Loads::kPixelsRead};
-}
-
-// Unrolled forms for 4 to 8 and 16 taps; an odd count takes one tap more, of weight 0.
-template <class V, class Sample>
-HorizontalKernel<Sample> HorizontalSimd(int32_t taps, int32_t channels) {
-  switch (taps) {
-    case 4:
-      return HorizontalOfPairs<V, Sample, 2>(channels);
-    case 5:
-    case 6:
-      return HorizontalOfPairs<V, Sample, 3>(channels);
-    case 7:
-    case 8:
-      return HorizontalOfPairs<V, Sample, 4>(channels);
-    case 16:
-      return HorizontalOfPairs<V, Sample, 8>(channels);
-    default:
-      return {nullptr, 0};
-  }
+  clamped(pass, column, pass.destination_width, source, out);
 }
 
 // --- Vertical pass ---
@@ -289,6 +317,12 @@ struct VerticalSums {
   typename V::Reg Shifted(int i) const { return V::ShiftRight32(sums[i], kVerticalShift); }
 };
 
+template <class V>
+typename V::Reg WeightsOfTwoRows(int16_t first, int16_t second) {
+  return V::Set32(
+      static_cast<int32_t>(static_cast<uint16_t>(first) | static_cast<uint32_t>(second) << 16));
+}
+
 // 16-bit intermediates: the rows of a pair are interleaved, to be multiplied by a pair of weights.
 template <class V>
 void AddRows(const RingPart<uint8_t>& part, int32_t count, std::ptrdiff_t i,
@@ -297,20 +331,20 @@ void AddRows(const RingPart<uint8_t>& part, int32_t count, std::ptrdiff_t i,
   constexpr int kRegSamples = V::kLanes * kLaneBytes / static_cast<int>(sizeof(int16_t));
   const auto add_pair = [block](int half, Reg a, Reg b, Reg weights) {
     Reg* const sums = block->sums + 2 * half;
-    sums[0] = V::Add32(sums[0], V::MultiplyAdd16(V::UnpackLow16(a, b), weights));
-    sums[1] = V::Add32(sums[1], V::MultiplyAdd16(V::UnpackHigh16(a, b), weights));
+    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
+    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
   };
   const int16_t* row = part.rows + i;
   int32_t k = 0;
   for (; k + 1 < count; k += 2) {
-    const Reg weights = V::Set16Pair(part.weights[k], part.weights[k + 1]);
+    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], part.weights[k + 1]);
     const int16_t* const next = row + part.row_spacing;
     add_pair(0, V::Load(row), V::Load(next), weights);
     add_pair(1, V::Load(row + kRegSamples), V::Load(next + kRegSamples), weights);
     row = next + part.row_spacing;
   }
   if (k < count) {
-    const Reg weights = V::Set16Pair(part.weights[k], 0);
+    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], 0);
     add_pair(0, V::Load(row), V::Set32(0), weights);
     add_pair(1, V::Load(row + kRegSamples), V::Set32(0), weights);
   }
@@ -325,24 +359,23 @@ void AddRows(const RingPart<uint16_t>& part, int32_t count, std::ptrdiff_t i,
     const typename V::Reg weight = V::Set32(part.weights[k]);
     for (int reg = 0; reg < VerticalSums<V>::kRegs; ++reg) {
       block->sums[reg] =
-          V::Add32(block->sums[reg], V::Multiply32(V::Load(row + reg * kRegSamples), weight));
+          V::Add32(block->sums[reg], V::MulLow32(V::Load(row + reg * kRegSamples), weight));
     }
   }
 }
 
 template <class V>
 void StoreBlock(const VerticalSums<V>& block, int32_t, uint8_t* destination) {
-  V::Store(destination, V::PackUnsigned8(V::PackSigned32(block.Shifted(0), block.Shifted(1)),
-                                         V::PackSigned32(block.Shifted(2), block.Shifted(3))));
+  V::Store(destination, V::InOrder(V::PackU16(V::PackS32(block.Shifted(0), block.Shifted(1)),
+                                              V::PackS32(block.Shifted(2), block.Shifted(3)))));
 }
 
 template <class V>
 void StoreBlock(const VerticalSums<V>& block, int32_t max_sample, uint16_t* destination) {
   constexpr int kRegSamples = V::kLanes * kLaneBytes / static_cast<int>(sizeof(uint16_t));
   for (int half = 0; half < 2; ++half) {
-    V::Store(
-        destination + half * kRegSamples,
-        V::PackUnsigned16Limited(block.Shifted(2 * half), block.Shifted(2 * half + 1), max_sample));
+    const auto packed = V::PackU32(block.Shifted(2 * half), block.Shifted(2 * half + 1));
+    V::Store(destination + half * kRegSamples, V::InOrder(V::MinU16(packed, V::Set16(max_sample))));
   }
 }
 
@@ -376,7 +409,7 @@ void CombineScalar(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t
 
 // kTaps 0 stands for any number of taps.
 template <class V, class Sample, int kTaps>
-void VerticalRowSimd(const VerticalPass<Sample>& pass, Sample* destination) {
+void VerticalRowVector(const VerticalPass<Sample>& pass, Sample* destination) {
   constexpr int kBlock = VerticalSums<V>::kRegs * V::kLanes * kLaneBytes / 4;
   const int32_t newer = pass.oldest;  // slots before the oldest one
   const int32_t older = pass.taps - newer;
@@ -405,25 +438,47 @@ void VerticalRowSimd(const VerticalPass<Sample>& pass, Sample* destination) {
   for (; i < pass.samples; ++i) CombineScalar(parts, i, pass.max_sample, destination);
 }
 
-template <class V, class Sample>
-VerticalRow<Sample>* VerticalSimd(int32_t taps) {
-  switch (taps) {
-    case 4:
-      return VerticalRowSimd<V, Sample, 4>;
-    case 5:
-      return VerticalRowSimd<V, Sample, 5>;
-    case 6:
-      return VerticalRowSimd<V, Sample, 6>;
-    case 7:
-      return VerticalRowSimd<V, Sample, 7>;
-    case 8:
-      return VerticalRowSimd<V, Sample, 8>;
-    case 16:
-      return VerticalRowSimd<V, Sample, 16>;
-    default:
-      return VerticalRowSimd<V, Sample, 0>;
-  }
+// Other tap counts than those with a form of their own: the plain horizontal pass.
+template <class Sample, int kChannelForm>
+void PlainHorizontalRow(const HorizontalPass& pass, const Sample* source,
+                        Intermediate<Sample>* out) {
+  kResizePlain.Of<Sample>().horizontal[kAnyTaps][kChannelForm].run(pass, source, out);
 }
+
+// An odd tap count takes one tap more in the horizontal pass, of weight 0.
+template <class V, class Sample, int kTaps>
+constexpr void SetKernelsOfTaps(int form, ResizeKernelsOf<Sample>* kernels) {
+  constexpr int kPairs = (kTaps + 1) / 2;
+  using Grey = GreyColumns<V, Sample, kPairs>;
+  using Three = PixelColumns<V, Sample, 3, kPairs>;
+  using Four = PixelColumns<V, Sample, 4, kPairs>;
+  kernels->horizontal[form][kOneChannel] = {HorizontalRowVector<Grey, Sample, 1>,
+                                            Grey::kPixelsRead};
+  kernels->horizontal[form][kThreeChannels] = {HorizontalRowVector<Three, Sample, 3>,
+                                               Three::Loads::kPixelsRead};
+  kernels->horizontal[form][kFourChannels] = {HorizontalRowVector<Four, Sample, 4>,
+                                              Four::Loads::kPixelsRead};
+  kernels->vertical[form] = VerticalRowVector<V, Sample, kTaps>;
+}
+
+template <class V, class Sample>
+constexpr ResizeKernelsOf<Sample> MakeKernels() {
+  ResizeKernelsOf<Sample> kernels = {};
+  SetKernelsOfTaps<V, Sample, 4>(kTaps4, &kernels);
+  SetKernelsOfTaps<V, Sample, 5>(kTaps5, &kernels);
+  SetKernelsOfTaps<V, Sample, 6>(kTaps6, &kernels);
+  SetKernelsOfTaps<V, Sample, 7>(kTaps7, &kernels);
+  SetKernelsOfTaps<V, Sample, 8>(kTaps8, &kernels);
+  SetKernelsOfTaps<V, Sample, 16>(kTaps16, &kernels);
+  kernels.horizontal[kAnyTaps][kOneChannel] = {PlainHorizontalRow<Sample, kOneChannel>, 0};
+  kernels.horizontal[kAnyTaps][kThreeChannels] = {PlainHorizontalRow<Sample, kThreeChannels>, 0};
+  kernels.horizontal[kAnyTaps][kFourChannels] = {PlainHorizontalRow<Sample, kFourChannels>, 0};
+  kernels.vertical[kAnyTaps] = VerticalRowVector<V, Sample, 0>;
+  return kernels;
+}
+
+template <class V>
+constexpr ResizeKernels kResizeOf = {MakeKernels<V, uint8_t>(), MakeKernels<V, uint16_t>()};
 
 }  // namespace
 }  // namespace ovra
