@@ -180,6 +180,134 @@ OVRA_API OvraStatus OVRA_CALL OvraSmallResizeImage(
     int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
     int32_t y, int32_t width, int32_t height, const float* kernel_table);
 
+// Resizing with a turn. The region of the source is resized as by the function of the same name
+// without "Rotate", and the result turned or mirrored as by OvraRotateImage (ovra/geometry.h), in
+// one call and without a picture in between: the bytes are those of the two calls.
+//
+// source, source_width, source_height, x, y, width, height
+//                     as for the resize: source pixels, before the turn, as seen
+// destination         destination_width x destination_height pixels as they lie in memory, after
+//                     the turn; for the odd modes the resize is one to destination_height x
+//                     destination_width pixels, and the scale follows from those. Row padding is
+//                     set to 0.
+// mode                an OvraRotation, 0 to 7, applied as seen
+//
+// Source and destination are separate buffers of the caller that must not overlap, in any mode. Work
+// memory does not grow with the height; all of it is taken before the first byte is written, and a
+// failed call leaves the destination as it was. Calls on different destinations may run in
+// parallel.
+
+// With a kernel of the caller's, as OvraResizeImageCore. Answers, in the order of the checks:
+// OVRA_ERROR_RESIZE_NULL_IMAGE (source, destination), OVRA_ERROR_RESIZE_NULL_TABLE,
+// OVRA_ERROR_RESIZE_STRETCH, OVRA_ERROR_RESIZE_TAP_COUNT, OVRA_ERROR_ROTATION_MODE, the
+// OVRA_ERROR_FORMAT_ codes, OVRA_ERROR_RESIZE_CHANNELS, OVRA_ERROR_RESIZE_DEPTH,
+// OVRA_ERROR_RESIZE_COLOR_MODEL, OVRA_ERROR_RESIZE_ARRANGEMENT, OVRA_ERROR_RESIZE_SOURCE_SMALL,
+// OVRA_ERROR_RESIZE_DESTINATION_SMALL, OVRA_ERROR_RESIZE_REGION_SIZE,
+// OVRA_ERROR_RESIZE_REGION_OUTSIDE, OVRA_ERROR_NO_MEMORY, or OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL OvraResizeRotateImageCore(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, const float* kernel_table, float stretch,
+    int32_t taps, int32_t mode);
+
+// With the library's own kernel, as OvraResizeImageROI, at any ratio. The OVRA_ERROR_FORMAT_ codes,
+// OVRA_ERROR_ROTATION_MODE, OVRA_ERROR_NO_MEMORY for the table and OVRA_ERROR_RESIZE_ZERO_SIZE come
+// first, then the others in the order of OvraResizeRotateImageCore, or below a ratio of 0.33 of
+// OvraSmallResizeRotateImage.
+OVRA_API OvraStatus OVRA_CALL OvraResizeRotateImageROI(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, int32_t mode);
+
+// For strong reductions, as OvraSmallResizeImage. Answers, in the order of the checks:
+// OVRA_ERROR_RESIZE_NULL_IMAGE, OVRA_ERROR_RESIZE_NULL_TABLE, OVRA_ERROR_ROTATION_MODE, the
+// OVRA_ERROR_FORMAT_ codes, OVRA_ERROR_RESIZE_CHANNELS, OVRA_ERROR_RESIZE_DEPTH,
+// OVRA_ERROR_RESIZE_COLOR_MODEL, OVRA_ERROR_RESIZE_ARRANGEMENT, OVRA_ERROR_RESIZE_ZERO_SIZE,
+// OVRA_ERROR_RESIZE_DESTINATION_SMALL, OVRA_ERROR_RESIZE_REGION_SIZE,
+// OVRA_ERROR_RESIZE_REGION_OUTSIDE, OVRA_ERROR_NO_MEMORY, or OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL OvraSmallResizeRotateImage(
+    const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
+    int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+    int32_t y, int32_t width, int32_t height, const float* kernel_table, int32_t mode);
+
+// Resizing in bands. The host hands over the source in bands of any number of rows, and gets
+// destination rows as soon as they can be made: those of the resize of the whole picture, byte for
+// byte. A context holds what lies between two calls; its size follows from the widths, not from the
+// heights.
+//
+// Rows, both ways, go in memory order of the whole picture: row 0 is the first in memory. In
+// bottom-up formats the first band holds the bottom rows of the picture, and the bottom rows of the
+// destination come first. The region is measured as seen.
+//
+// A context belongs to one stream of bands: no two calls may use it at once, but it may pass from
+// thread to thread between calls, and different contexts may be used in parallel. It serves any
+// number of pictures, one after the other.
+typedef struct OvraBandResizeContext OvraBandResizeContext;
+
+// Makes a context for the resize that OvraResizeImageROI does for the same arguments with images;
+// the whole source is the region 0, 0, source_width, source_height. The context is released by
+// OvraBandResize_Free; where the call fails, *context is null.
+//
+// Answers, in the order of the checks: OVRA_ERROR_RESIZE_NULL_IMAGE (context is null), the
+// OVRA_ERROR_FORMAT_ codes, OVRA_ERROR_NO_MEMORY for the table and the context,
+// OVRA_ERROR_RESIZE_ZERO_SIZE, then by the ratio the statuses of OvraResizeImageCore or of
+// OvraSmallResizeImage from OVRA_ERROR_RESIZE_CHANNELS on, OVRA_ERROR_NO_MEMORY, or OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL OvraBandResize_Init(int32_t source_width, int32_t source_height,
+                                                  int32_t destination_width,
+                                                  int32_t destination_height,
+                                                  OvraPixelFormatCode format, int32_t x, int32_t y,
+                                                  int32_t width, int32_t height,
+                                                  OvraBandResizeContext** context);
+
+// The same for the resize that OvraResizeImageCore does. The table is copied.
+//
+// Answers, in the order of the checks: OVRA_ERROR_RESIZE_NULL_IMAGE (context is null), then the
+// statuses of OvraResizeImageCore from OVRA_ERROR_RESIZE_NULL_TABLE on, or OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL
+OvraBandResizeCore_Init(int32_t source_width, int32_t source_height, int32_t destination_width,
+                        int32_t destination_height, OvraPixelFormatCode format, int32_t x,
+                        int32_t y, int32_t width, int32_t height, const float* kernel_table,
+                        float stretch, int32_t taps, OvraBandResizeContext** context);
+
+// Takes rows of a band and writes the destination rows that are ready, until the band is at its end
+// or there is no room for a row that is ready. Nothing is allocated.
+//
+// source            the first row of the band; may be null when source_rows is 0
+// source_width      as given to the _Init
+// source_rows       rows in the band; with 0, and first_row the rows taken so far, rows that are
+//                   ready are fetched
+// destination       where destination rows go; may be null when destination_rows is 0
+// destination_width as given to the _Init
+// destination_rows  room at the destination, in rows
+// format            as given to the _Init, all bits of it
+// first_row         number of the band's first row in the source: the rows taken so far. 0 begins
+//                   a new picture; whatever the last one had left is dropped
+// rows_taken        out: rows of the band that were taken. The others are handed over again
+// rows_written      out: destination rows written
+//
+// The band and the destination must not overlap, and the two counts are separate objects. A row
+// comes out at most half the taps, or below a ratio of 0.33 two destination rows, after its centre;
+// after the last source row all others are ready. The picture is complete when all source rows were
+// taken and all destination rows written. Row padding of the destination is written only where rows
+// are copied, at a scale of exactly 1; then that of source rows is read, too.
+//
+// A failed call changes nothing, except that both counts are 0 (not where one of them or the context
+// is null). Answers, in the order of the checks: OVRA_ERROR_RESIZE_NULL_IMAGE (context, rows_taken
+// or rows_written is null, then source with rows or destination with room),
+// OVRA_ERROR_BAND_RESIZE_CHANGED (a width or the format differs), OVRA_ERROR_BAND_RESIZE_POSITION
+// (a count or first_row is negative, first_row is neither 0 nor the rows taken, or the band reaches
+// beyond the source), or OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL OvraBandResize(const uint8_t* source, int32_t source_width,
+                                             int32_t source_rows, uint8_t* destination,
+                                             int32_t destination_width, int32_t destination_rows,
+                                             OvraPixelFormatCode format, int32_t first_row,
+                                             int32_t* rows_taken, int32_t* rows_written,
+                                             OvraBandResizeContext* context);
+
+// Releases a context, at any point of a picture, and nulls the pointer. Does nothing where `context`
+// or the pointer is null. Always OVRA_OK.
+OVRA_API OvraStatus OVRA_CALL OvraBandResize_Free(OvraBandResizeContext** context);
+
 #ifdef __cplusplus
 }
 #endif

@@ -28,10 +28,12 @@ enum OvraStatusCode {
   OVRA_ERROR_RESIZE_DEPTH = 107,              // sample depth above 16 bits
   OVRA_ERROR_RESIZE_COLOR_MODEL = 108,        // colour model and channel count do not fit
   OVRA_ERROR_RESIZE_ARRANGEMENT = 109,        // arrangement not 0
+  OVRA_ERROR_BAND_RESIZE_CHANGED = 110,       // bands: a width or the format differs from _Init
   OVRA_ERROR_RESIZE_SOURCE_SMALL = 111,       // source smaller than the tap count
   OVRA_ERROR_RESIZE_DESTINATION_SMALL = 112,  // destination smaller than the tap count or a pixel
   OVRA_ERROR_RESIZE_REGION_SIZE = 113,     // region below the tap count or beyond the source size
   OVRA_ERROR_RESIZE_REGION_OUTSIDE = 114,  // region reaches beyond the source
+  OVRA_ERROR_BAND_RESIZE_POSITION = 115,   // bands: rows out of their order, or beyond the source
 
   // Luminance unsharp mask; 116..121 also multi-frequency processing.
   OVRA_ERROR_YUSM_NULL = 116,              // a pointer is null
@@ -98,6 +100,10 @@ enum OvraStatusCode {
   OVRA_ERROR_ROTATION_DEPTH = 176,        // sample depth above 16 bits
   OVRA_ERROR_ROTATION_COLOR_MODEL = 177,  // colour model not allowed with the channel count
   OVRA_ERROR_ROTATION_ARRANGEMENT = 178,  // arrangement not 0
+
+  // Trimming; it shares the other codes of rotation.
+  OVRA_ERROR_TRIMMING_SIZE = 179,      // destination width or height not in 8..16383
+  OVRA_ERROR_TRIMMING_IN_PLACE = 180,  // source and destination are the same
 
   // Cascaded colour cubes.
   OVRA_ERROR_CASCADE_NULL = 184,        // a cube or lattice is null

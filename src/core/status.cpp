@@ -27,6 +27,8 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "resize: colour model does not fit the channel count";
     case OVRA_ERROR_RESIZE_ARRANGEMENT:
       return "resize: arrangement is not 0";
+    case OVRA_ERROR_BAND_RESIZE_CHANGED:
+      return "banded resize: a width or the format differs from that of the context";
     case OVRA_ERROR_RESIZE_SOURCE_SMALL:
       return "resize: source is smaller than the tap count";
     case OVRA_ERROR_RESIZE_DESTINATION_SMALL:
@@ -35,6 +37,8 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "resize: region is smaller than the tap count or larger than the source";
     case OVRA_ERROR_RESIZE_REGION_OUTSIDE:
       return "resize: region reaches beyond the source";
+    case OVRA_ERROR_BAND_RESIZE_POSITION:
+      return "banded resize: the band does not follow the last one or reaches beyond the source";
     case OVRA_ERROR_YUSM_NULL:
       return "unsharp mask or multi-frequency processing: null pointer";
     case OVRA_ERROR_YUSM_SIZE:
@@ -140,6 +144,10 @@ OVRA_API const char* OVRA_CALL OvraStatusText(OvraStatus status) {
       return "rotation: colour model does not fit the channel count";
     case OVRA_ERROR_ROTATION_ARRANGEMENT:
       return "rotation: arrangement is not 0";
+    case OVRA_ERROR_TRIMMING_SIZE:
+      return "trimming: destination width or height is not 8 to 16383";
+    case OVRA_ERROR_TRIMMING_IN_PLACE:
+      return "trimming: source and destination are the same";
     case OVRA_ERROR_CASCADE_NULL:
       return "cascade: a cube or its lattice is missing";
     case OVRA_ERROR_CASCADE_GRID_COUNT:

@@ -44,6 +44,7 @@ Status RowStream::Prepare(const ResizePlan& plan, RowUse use, KernelTier tier) {
       break;
   }
   source_stride_ = plan.SourceStride();
+  destination_stride_ = plan.DestinationStride();
   destination_height_ = plan.shape.destination.height;
   return std::visit([&](auto& maker) { return maker.Prepare(plan, use, tier); }, maker_);
 }

@@ -58,6 +58,8 @@ class RowStream {
   // Begins a new picture.
   void Restart();
 
+  std::ptrdiff_t DestinationStride() const { return destination_stride_; }
+
   // Source rows taken, and destination rows written, of the present picture.
   int32_t Taken() const { return taken_; }
   int32_t Written() const { return written_; }
@@ -79,6 +81,7 @@ class RowStream {
                ReductionRows<uint16_t>>
       maker_;
   std::ptrdiff_t source_stride_ = 0;
+  std::ptrdiff_t destination_stride_ = 0;
   int32_t destination_height_ = 0;
   int32_t taken_ = 0;
   int32_t written_ = 0;

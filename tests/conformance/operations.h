@@ -24,6 +24,11 @@ void ResizeByFactors(Call& call);
 void ResizeCore(Call& call);
 void ResizeCoreByFactors(Call& call);
 void SmallResize(Call& call);
+void ResizeRotate(Call& call);
+void ResizeRotateCore(Call& call);
+void SmallResizeRotate(Call& call);
+void BandResize(Call& call);
+void BandResizeCore(Call& call);
 // filter_calls.cpp
 void ResponseTables(Call& call);
 void YUsm(Call& call);
@@ -56,6 +61,11 @@ inline constexpr Operation kOperations[] = {
     {"resize-core", ResizeCore},
     {"resize-core-factors", ResizeCoreByFactors},
     {"small-resize", SmallResize},
+    {"resize-rotate", ResizeRotate},
+    {"resize-rotate-core", ResizeRotateCore},
+    {"small-resize-rotate", SmallResizeRotate},
+    {"band-resize", BandResize},
+    {"band-resize-core", BandResizeCore},
     {"response-tables", ResponseTables},
     {"yusm", YUsm},
     {"yusm-double", YUsmDouble},

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <limits>
+#include <utility>
 
 #include "conformance/operations.h"
 
@@ -184,6 +186,121 @@ void SmallResize(Call& call) {
                                 i.destination, i.destination_shape.width,
                                 i.destination_shape.height, i.source_shape.format, i.region.x,
                                 i.region.y, i.region.width, i.region.height, table);
+  });
+}
+
+namespace {
+
+// Upright as DrawDestination has it; in memory after the turn. All of it is written.
+void DrawTurnedDestination(Call& call, int32_t least, int32_t most, int32_t mode, Images* images) {
+  const bool same_size = call.draw.OneIn(16);
+  Shape& shape = images->destination_shape;
+  shape = {call.draw.Size(least, most), call.draw.Size(least, 200), images->source_shape.format};
+  if (same_size) shape = images->source_shape;
+  if (mode % 2 != 0) std::swap(shape.width, shape.height);
+  images->source = call.Source(images->source_shape);
+  images->destination = call.Destination(shape, Padding::kWritten);
+}
+
+// Bands of random heights and strips of random room, until the picture is complete. All of its rows
+// are in memory, but only those of the band are handed over.
+OvraStatus RunBands(const Images& i, Draw draw, OvraBandResizeContext* context) {
+  const Shape& from = i.source_shape;
+  const Shape& to = i.destination_shape;
+  int32_t first = 0;
+  int32_t out = 0;
+  while (first < from.height || out < to.height) {
+    const int32_t rows = draw.Int(0, 3) == 0 ? draw.Int(0, from.height - first)
+                                             : draw.Int(0, std::min(from.height - first, 3));
+    const int32_t room =
+        draw.Int(0, draw.OneIn(4) ? to.height - out : std::min(to.height - out, 2));
+    int32_t taken = -1;
+    int32_t written = -1;
+    const OvraStatus status =
+        OvraBandResize(i.source + from.Stride() * static_cast<size_t>(first), from.width, rows,
+                       i.destination + to.Stride() * static_cast<size_t>(out), to.width, room,
+                       from.format, first, &taken, &written, context);
+    if (status != OVRA_OK) return status;
+    first += taken;
+    out += written;
+  }
+  return OVRA_OK;
+}
+
+}  // namespace
+
+void ResizeRotate(Call& call) {
+  const int32_t mode = call.draw.Int(0, 7);
+  Images i = DrawImages(call, 8, 300);
+  DrawTurnedDestination(call, call.draw.Of({1, 8, 8}), 300, mode, &i);
+  call.Run([&] {
+    return OvraResizeRotateImageROI(i.source, i.source_shape.width, i.source_shape.height,
+                                    i.destination, i.destination_shape.width,
+                                    i.destination_shape.height, i.source_shape.format, i.region.x,
+                                    i.region.y, i.region.width, i.region.height, mode);
+  });
+}
+
+void ResizeRotateCore(Call& call) {
+  const int32_t mode = call.draw.Int(0, 7);
+  const int32_t taps = DrawTaps(call.draw);
+  Images i = DrawImages(call, taps, 300);
+  DrawTurnedDestination(call, taps, 300, mode, &i);
+  const float stretch = DrawStretch(call.draw);
+  const float* const table = DrawTable(call);
+  call.Run([&] {
+    return OvraResizeRotateImageCore(
+        i.source, i.source_shape.width, i.source_shape.height, i.destination,
+        i.destination_shape.width, i.destination_shape.height, i.source_shape.format, i.region.x,
+        i.region.y, i.region.width, i.region.height, table, stretch, taps, mode);
+  });
+}
+
+void SmallResizeRotate(Call& call) {
+  const int32_t mode = call.draw.Int(0, 7);
+  Images i = DrawImages(call, 1, 400);
+  DrawTurnedDestination(call, 1, call.draw.Of({12, 40, 130}), mode, &i);
+  const float* const table = DrawTable(call);
+  call.Run([&] {
+    return OvraSmallResizeRotateImage(i.source, i.source_shape.width, i.source_shape.height,
+                                      i.destination, i.destination_shape.width,
+                                      i.destination_shape.height, i.source_shape.format, i.region.x,
+                                      i.region.y, i.region.width, i.region.height, table, mode);
+  });
+}
+
+void BandResize(Call& call) {
+  Images i = DrawImages(call, 8, 300);
+  DrawDestination(call, call.draw.Of({1, 8, 8}), 300, &i);
+  const Draw cuts(call.draw.Bits());
+  call.Run([&] {
+    OvraBandResizeContext* context = nullptr;
+    OvraStatus status =
+        OvraBandResize_Init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
+                            i.destination_shape.height, i.source_shape.format, i.region.x,
+                            i.region.y, i.region.width, i.region.height, &context);
+    if (status == OVRA_OK) status = RunBands(i, cuts, context);
+    OvraBandResize_Free(&context);
+    return status;
+  });
+}
+
+void BandResizeCore(Call& call) {
+  const int32_t taps = DrawTaps(call.draw);
+  Images i = DrawImages(call, taps, 300);
+  DrawDestination(call, taps, 300, &i);
+  const float stretch = DrawStretch(call.draw);
+  const float* const table = DrawTable(call);
+  const Draw cuts(call.draw.Bits());
+  call.Run([&] {
+    OvraBandResizeContext* context = nullptr;
+    OvraStatus status = OvraBandResizeCore_Init(
+        i.source_shape.width, i.source_shape.height, i.destination_shape.width,
+        i.destination_shape.height, i.source_shape.format, i.region.x, i.region.y, i.region.width,
+        i.region.height, table, stretch, taps, &context);
+    if (status == OVRA_OK) status = RunBands(i, cuts, context);
+    OvraBandResize_Free(&context);
+    return status;
   });
 }
 

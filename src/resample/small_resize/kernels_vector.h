@@ -125,15 +125,19 @@ struct VerticalSums {
 template <class V, class Sample>
 void AddRows(const Sample* const* rows, int32_t count, const WeightPairs& weights, std::ptrdiff_t i,
              VerticalSums<V>* left, VerticalSums<V>* right) {
+  VerticalSums<V> left_sums = *left;  // in registers, where nothing that is read can alias them
+  VerticalSums<V> right_sums = *right;
   for (int32_t p = 0; p < weights.pairs; ++p) {
     // An odd last row is paired with itself; the weight of its second self is 0.
     const Sample* const a = rows[2 * p] + i;
     const Sample* const b = rows[2 * p + (2 * p + 1 < count ? 1 : 0)] + i;
     const auto high = V::Set32(weights.high[p]);
     const auto low = V::Set32(weights.low[p]);
-    left->Add(a, b, high, low);
-    right->Add(a + VerticalSums<V>::kSamples, b + VerticalSums<V>::kSamples, high, low);
+    left_sums.Add(a, b, high, low);
+    right_sums.Add(a + VerticalSums<V>::kSamples, b + VerticalSums<V>::kSamples, high, low);
   }
+  *left = left_sums;
+  *right = right_sums;
 }
 
 // A step makes two registers of samples. The last step overlaps the one before and has a place of its
