@@ -224,7 +224,8 @@ TEST(SoftFocus, SameOnEveryPlatform) {
   uint32_t hash = 2166136261U;  // FNV-1a
   for (int i = 0; i < 400; ++i) {
     const double base = 0.001 * RandomInt(random, 1, 999);
-    const int exponent = RandomInt(random, 1, 4);  // drawn in an order that holds for every compiler
+    const int exponent =
+        RandomInt(random, 1, 4);  // drawn in an order that holds for every compiler
     const int radius = RandomInt(random, 110, 20000);
     const OvraSoftFocusParams params = Params(radius, base, exponent, 1.0);
     for (const uint8_t sample : Softened(picture, kSide, kSide, params)) {

@@ -10,7 +10,8 @@
 namespace ovra_host {
 namespace {
 
-[[gnu::format(printf, 4, 0)]] int KeepError(TIFF*, void* error, const char*, const char* format, va_list arguments) {
+[[gnu::format(printf, 4, 0)]] int KeepError(TIFF*, void* error, const char*, const char* format,
+                                            va_list arguments) {
   char message[sizeof(ErrorText::text)];
   std::vsnprintf(message, sizeof(message), format, arguments);
   static_cast<ErrorText*>(error)->Set(message);
