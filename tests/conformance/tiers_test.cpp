@@ -6,7 +6,6 @@
 #include "conformance/operations.h"
 #include "support/failing_malloc.h"
 #include "support/forced_tier.h"
-#include "support/tiers.h"
 
 namespace {
 

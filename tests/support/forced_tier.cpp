@@ -28,6 +28,12 @@ ForcedTier::~ForcedTier() {
   forced_tier.reset();
 }
 
+const char* TierName(ovra::KernelTier tier) {
+  return tier == ovra::KernelTier::kPlain ? "plain"
+         : tier == ovra::KernelTier::kSse ? "SSE"
+                                          : "AVX2";
+}
+
 std::vector<ovra::KernelTier> AllTiers() {
   std::vector<ovra::KernelTier> tiers;
   for (const auto tier :

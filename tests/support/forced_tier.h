@@ -18,6 +18,8 @@ class ForcedTier {
   ForcedTier& operator=(const ForcedTier&) = delete;
 };
 
+const char* TierName(ovra::KernelTier tier);
+
 // Those that this processor runs, the plain one first.
 std::vector<ovra::KernelTier> AllTiers();
 

@@ -94,11 +94,6 @@ TEST(KernelTable, AnyParameterIsUsedAsGiven) {
   EXPECT_EQ(huge[4096], 0.0F);
 }
 
-TEST(KernelTable, NullTableIsRefused) {
-  EXPECT_EQ(OvraCalcCubicSpline(-0.5F, nullptr), OVRA_ERROR_RESIZE_NULL_TABLE);
-  EXPECT_EQ(OvraCalcBSpline(0.0F, nullptr), OVRA_ERROR_RESIZE_NULL_TABLE);
-}
-
 // The precision control of a host is neither used nor changed.
 TEST(KernelTable, DoesNotDependOnTheHostsPrecision) {
   constexpr uint16_t kPrecisionMask = 0x0300;
