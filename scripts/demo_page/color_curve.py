@@ -1,8 +1,6 @@
 # SPDX-License-Identifier: MIT
 """Tones by curves, and channels mixed by matrices."""
 
-import struct
-
 from geometry import is_plain_color
 
 CHANNELS = (("red", "#c33"), ("green", "#393"), ("blue", "#33c"))
@@ -59,21 +57,12 @@ def add_variants(page, pictures, command, variants, chart, plotted):
 
 def plot_tones(page, command, name, title, options):
     """A plot of the channels of a grey ramp of all tones, as the library has changed them."""
-    result = f"{command}-{name}-tones.bmp"
+    result = f"{command}-{name}-tones.png"
     page.ovra(command, *options, "tones.png", result)
-    page.ovra("rotate", "--mode", "none", "tones.png", "tones.bmp")
-    before = read_top_row(page.out / "tones.bmp")
-    after = read_top_row(page.out / result)
-    curves = [[(x[k] / 255, y[k] / 255) for x, y in zip(before, after)] for k in range(3)]
+    before = page.samples("tones.png")
+    after = page.samples(result)
+    curves = [[(before[3 * x + k] / 255, after[3 * x + k] / 255) for x in range(256)]
+              for k in range(3)]
     if curves[0] == curves[1] == curves[2]:
         return page.plot(title, [("all channels", "#333", curves[0])])
     return page.plot(title, [(*channel, curve) for channel, curve in zip(CHANNELS, curves)])
-
-
-def read_top_row(path):
-    """The first pixels of a BMP file, which holds the bottom row first, as (red, green, blue)."""
-    data = path.read_bytes()
-    start, = struct.unpack_from("<I", data, 10)
-    width, height = struct.unpack_from("<ii", data, 18)
-    row = start + (height - 1) * ((3 * width + 3) // 4 * 4)
-    return [tuple(reversed(data[row + 3 * x:row + 3 * x + 3])) for x in range(width)]

@@ -12,9 +12,11 @@ import filter_sharpen
 import filter_smooth
 import geometry
 import resample
+import tone
 from page import Page
 
-SECTIONS = [geometry, resample, filter_sharpen, filter_smooth, color_cube, color_curve]
+SECTIONS = [geometry, resample, filter_sharpen, filter_smooth, tone, color_cube,
+            color_curve]
 
 
 def main():

@@ -2,10 +2,13 @@
 """What the sections of the demonstration page share: running a command, and parts of HTML."""
 
 import html
+import os
 import re
 import shlex
 import shutil
+import struct
 import subprocess
+import tempfile
 import time
 from dataclasses import dataclass
 from pathlib import Path
@@ -20,6 +23,7 @@ class Step:
 
     command: str
     total_ms: float
+    peak_mb: float  # most memory that the program held
     library_ms: list  # (function, milliseconds) for each library call
     output: str
 
@@ -40,15 +44,21 @@ class Page:
         """Runs one of the project's programs in the folder of the pictures."""
         shown = [program, *map(str, arguments)]
         timed = ["--time"] if program == "ovra" else []
-        start = time.perf_counter()
-        result = subprocess.run([self.programs / program, *timed, *map(str, arguments)],
-                                cwd=self.out, capture_output=True, text=True, check=False)
-        total_ms = 1000 * (time.perf_counter() - start)
-        if result.returncode != 0:
-            raise SystemExit(f"demo: {shlex.join(shown)}\n{result.stderr.strip()}")
-        library = re.findall(r"^(Ovra\w+) ([\d.]+) ms$", result.stdout, re.MULTILINE)
-        step = Step(shlex.join(shown), total_ms, [(name, float(ms)) for name, ms in library],
-                    result.stdout)
+        with tempfile.TemporaryFile("w+") as output, tempfile.TemporaryFile("w+") as errors:
+            start = time.perf_counter()
+            process = subprocess.Popen([self.programs / program, *timed, *map(str, arguments)],
+                                       cwd=self.out, stdout=output, stderr=errors)
+            _, status, usage = os.wait4(process.pid, 0)
+            total_ms = 1000 * (time.perf_counter() - start)
+            process.returncode = os.waitstatus_to_exitcode(status)
+            output.seek(0)
+            errors.seek(0)
+            printed = output.read()
+            if process.returncode != 0:
+                raise SystemExit(f"demo: {shlex.join(shown)}\n{errors.read().strip()}")
+        library = re.findall(r"^(Ovra\w+) ([\d.]+) ms$", printed, re.MULTILINE)
+        step = Step(shlex.join(shown), total_ms, usage.ru_maxrss / 1024,
+                    [(name, float(ms)) for name, ms in library], printed)
         self.steps.append(step)
         return step
 
@@ -82,6 +92,23 @@ class Page:
         width, height = re.findall(r"\d+", self.info(name)["size"])[:2]
         return int(width), int(height)
 
+    def samples(self, name):
+        """All samples of a picture as 8-bit red, green, blue, from the top left, row by row."""
+        bitmap = self.out / "samples.bmp"
+        self.run("ovra", "rotate", "--mode", "none", name, bitmap.name)
+        data = bitmap.read_bytes()
+        bitmap.unlink()
+        self.steps.pop()  # says nothing about the library
+        start, = struct.unpack_from("<I", data, 10)
+        width, height = struct.unpack_from("<ii", data, 18)
+        stride = (3 * width + 3) // 4 * 4
+        rows = []
+        for y in reversed(range(height)):
+            row = bytearray(data[start + y * stride:start + y * stride + 3 * width])
+            row[0::3], row[2::3] = row[2::3], row[0::3]
+            rows.append(bytes(row))
+        return b"".join(rows)
+
     # Parts of the page ------------------------------------------------------------------------
 
     def section(self, title, text):
@@ -100,9 +127,20 @@ class Page:
         kind = "row true-size" if true_size else "row"
         self.parts.append(f'<div class="{kind}">\n{"".join(figures)}</div>\n')
 
-    def figure(self, name, title, step=None, scale=1):
+    def framed(self, name, part, angle):
+        """A picture with the outline of a part (left, top, width, height) that will be cut out of it
+        when it has been turned counter-clockwise by so many degrees about the part's middle."""
+        left, top, across, down = part
+        width, height = self.size(name)
+        middle = f"{left + across / 2} {top + down / 2}"
+        return (f'<svg class="framed" viewBox="0 0 {width} {height}" role="img">'
+                f'<image href="{html.escape(name)}" width="{width}" height="{height}"/>'
+                f'<rect x="{left}" y="{top}" width="{across}" height="{down}" '
+                f'transform="rotate({angle} {middle})"/></svg>')
+
+    def figure(self, name, title, step=None, scale=1, content=None):
         """A picture with its title and, when a step made it, the command line and its time.
-        Above 1, scale repeats each pixel so many times."""
+        Above 1, scale repeats each pixel so many times. `content` is shown in place of the picture."""
         width, height = self.size(name)
         pixels = f' class="pixels" style="width: {width * scale}px"' if scale != 1 else ""
         picture = (f'<img src="{html.escape(name)}" width="{width}" height="{height}" '
@@ -111,7 +149,7 @@ class Page:
         if scale != 1:
             note += f", shown {scale} times as large"
         caption = f'<b>{html.escape(title)}</b> <span class="note">{note}</span>'
-        return self._figure(picture, caption, step)
+        return self._figure(content or picture, caption, step)
 
     def plot(self, title, curves, step=None, x_range=(0, 1), y_range=(0, 1), size=320):
         """Curves as inline SVG; curves: list of (label, color, [(x, y), ...])."""

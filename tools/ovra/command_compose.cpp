@@ -58,10 +58,22 @@ void BlendByMask(Image& background, const Image& overlay, const ComposeOptions& 
   });
 }
 
+// An overlay that changes nothing is a slip of the hand more often than not.
+void NoteWhenOutside(const Image& background, const Image& overlay, const ComposeOptions& options) {
+  const auto& [x, y] = options.position;
+  if (x < background.width() && y < background.height() && int64_t{x} + overlay.width() > 0 &&
+      int64_t{y} + overlay.height() > 0) {
+    return;
+  }
+  PrintNote(options.overlay + ": lies wholly beside the picture at --at " + std::to_string(x) +
+            "," + std::to_string(y) + "; nothing is changed");
+}
+
 void Compose(const ComposeOptions& options, const CommonOptions& common) {
   Picture picture = ReadPicture(options.background, common.read);
   Image& background = picture.image;
   const Image overlay = ReadPicture(options.overlay, common.read).image;
+  NoteWhenOutside(background, overlay, options);
   if (options.mask.empty()) {
     Blend(background, overlay, options, common);
   } else {

@@ -19,5 +19,7 @@ void AddSmoothCommand(CLI::App& app, const CommonOptions& common);
 void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common);
 void AddDifferenceCommand(CLI::App& app, const CommonOptions& common);
 void AddSharpenCommand(CLI::App& app, const CommonOptions& common);
+void AddClarityCommand(CLI::App& app, const CommonOptions& common);
+void AddToneCommand(CLI::App& app, const CommonOptions& common);
 
 }  // namespace ovra_host

@@ -20,6 +20,9 @@ constexpr double kMaxNumber = 1e9;
 
 constexpr std::string_view kSpaces = " \t\r";
 
+// Some editors put it before UTF-8.
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 std::string_view Trim(std::string_view text) {
   const size_t first = text.find_first_not_of(kSpaces);
   if (first == std::string_view::npos) return {};
@@ -50,6 +53,9 @@ class Parser {
   explicit Parser(const std::string& name) : name_(name) {}
 
   CubeFile Parse(std::string_view text) {
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+      text.remove_prefix(kByteOrderMark.size());
+    }
     while (!text.empty()) {
       const size_t length = std::min(text.find('\n'), text.size());
       ++line_;
@@ -98,16 +104,15 @@ class Parser {
       ParseSize(1, CubeFile::kMaxPoints1D, line);
     } else if (keyword == "LUT_3D_SIZE") {
       ParseSize(3, CubeFile::kMaxPoints3D, line);
-    } else {
-      Refuse("unknown keyword");
+    } else {  // programs have keywords of their own, none of which changes the table
+      cube_.skipped.push_back("line " + std::to_string(line_) + ": " + std::string(keyword));
     }
   }
 
-  void ParseTitle(std::string_view quoted) {
-    if (quoted.size() < 2 || quoted.front() != '"' || quoted.back() != '"') {
-      Refuse("a title stands in quotation marks");
-    }
-    cube_.title = quoted.substr(1, quoted.size() - 2);
+  // A title stands in quotation marks, which many programs leave out.
+  void ParseTitle(std::string_view title) {
+    const bool quoted = title.size() >= 2 && title.front() == '"' && title.back() == '"';
+    cube_.title = quoted ? title.substr(1, title.size() - 2) : title;
   }
 
   template <size_t kCount>
@@ -210,7 +215,11 @@ CubeFile ReadCubeFile(const std::string& path) {
   if (std::fread(text.data(), 1, text.size(), file.stream()) != text.size()) {
     file.Refuse("cannot be read");
   }
-  return ParseCubeFile(text, path);
+  CubeFile cube = ParseCubeFile(text, path);
+  for (const std::string& keyword : cube.skipped) {
+    PrintNote(path + ": " + keyword + " is not known here and left out");
+  }
+  return cube;
 }
 
 void WriteCubeFile(const CubeFile& cube, const std::string& path) {

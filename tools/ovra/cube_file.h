@@ -22,6 +22,8 @@ struct CubeFile {
   Triple domain_max = {1, 1, 1};
   // `points` rows, or `points` cubed with the red input varying fastest, then the green one.
   std::vector<Triple> rows;
+  // Keywords that are not of the format, with their lines; they are left out.
+  std::vector<std::string> skipped;
 
   // The output for one input, linear between the points and constant beyond the domain.
   Triple Evaluate(const Triple& input) const;

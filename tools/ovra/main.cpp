@@ -63,6 +63,8 @@ void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddSoftFocusCommand(app, common);
   ovra_host::AddDifferenceCommand(app, common);
   ovra_host::AddSharpenCommand(app, common);
+  ovra_host::AddClarityCommand(app, common);
+  ovra_host::AddToneCommand(app, common);
 }
 
 std::vector<std::string> CommandNames(const CLI::App& app) {

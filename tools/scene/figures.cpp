@@ -51,6 +51,13 @@ ovra_host::Image GreyRamp(int32_t width, int32_t height) {
   });
 }
 
+ovra_host::Image StepEdge(int32_t width, int32_t height) {
+  constexpr double kDark = 0.2;
+  constexpr double kLight = 0.8;
+  return Draw(width, height, kCentreOnly,
+              [=](double x, double) { return Grey(x < width / 2.0 ? kDark : kLight); });
+}
+
 ovra_host::Image HueCircle(int32_t width, int32_t height) {
   const double radius = CircleRadius(width, height);
   return Draw(width, height, kSmoothEdges, [=](double x, double y) {

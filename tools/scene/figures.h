@@ -13,6 +13,9 @@ ovra_host::Image ZonePlate(int32_t width, int32_t height);
 // Black to white from left to right; the lower half in sixteen steps.
 ovra_host::Image GreyRamp(int32_t width, int32_t height);
 
+// A dark grey and, right of the middle, a light one.
+ovra_host::Image StepEdge(int32_t width, int32_t height);
+
 // Hue by angle and saturation by distance, on grey.
 ovra_host::Image HueCircle(int32_t width, int32_t height);
 

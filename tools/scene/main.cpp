@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "back_light.h"
 #include "figures.h"
 #include "image_io.h"
 #include "scene.h"
@@ -26,6 +27,8 @@ int Run(int argc, char** argv) {
   app.add_flag_callback("--grey-ramp", choose(ovra_scene::GreyRamp), "black to white");
   app.add_flag_callback("--hue-circle", choose(ovra_scene::HueCircle), "all hues");
   app.add_flag_callback("--hue-spot", choose(ovra_scene::HueSpot), "all hues, fading out by alpha");
+  app.add_flag_callback("--step-edge", choose(ovra_scene::StepEdge), "dark grey beside light grey");
+  app.add_flag_callback("--back-light", choose(ovra_scene::BackLight), "a scene of wide range");
   app.footer("Example:\n  ovra_scene --width 6000 --height 4000 scene.png");
   CLI11_PARSE(app, argc, argv);
   ovra_host::WriteImage(draw(width, height), output);

@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: MIT
+// ovra clarity and ovra tone: what their options become, and what stays as it was.
+#include "clarity.h"
+#include "ovra/tone.h"
+#include "picture_forms.h"
+#include "support/random.h"
+#include "tools/run_program.h"
+
+namespace {
+
+using ovra_host::EstimateNoise;
+using ovra_host::FileFormat;
+using ovra_host::Image;
+using ovra_test::Bytes;
+using ovra_test::ProgramTest;
+
+Image Textured(uint32_t depth_bits, uint32_t channels) {
+  Image image(70, 50, FileFormat(depth_bits, channels));
+  ovra_test::Random random(depth_bits * channels);
+  for (size_t i = 0; i < image.size_bytes(); ++i) {
+    image.data()[i] = static_cast<uint8_t>(i % 350 / 2 + (random() >> 26));
+  }
+  return image;
+}
+
+TEST_F(ProgramTest, UnitSettingsChangeNothing) {
+  for (const char* command : {"tone --amount 0", "tone --amount 0 --form hyper-light",
+                              "clarity --bands 1,1:0.1,1", "clarity --clarity 0"}) {
+    for (const uint32_t depth_bits : {8U, 16U}) {
+      for (const uint32_t channels : {1U, 3U, 4U}) {
+        const Image image = Textured(depth_bits, channels);
+        Write("a.png", image);
+        ASSERT_EQ(Run(std::string(command) + " a.png b.png").exit_code, 0) << command;
+        EXPECT_EQ(Bytes(Read("b.png")), Bytes(image)) << command << depth_bits << channels;
+      }
+    }
+  }
+}
+
+// Compared with the library's result at 12 bits: the dither stays within a step, on both sides.
+TEST_F(ProgramTest, ToneHandsItsOptionsOver) {
+  const Image image = Textured(8, 3);
+  const Image wide = ovra_host::WithDepth(image, 12);
+  Image expected(70, 50, wide.format());
+  const OvraHyperToneParams params = {0.9F, 1.0F, 0.2F, 1.1F, 0.1F, 0.5F, 4, 0};
+  void* context = nullptr;
+  ASSERT_EQ(OvraHybridHyperToneLight_Init_12(wide.format(), &params, nullptr, &context), OVRA_OK);
+  ASSERT_EQ(OvraHybridHyperToneLight(wide.data(), expected.data(), 70, 50, wide.format(), context),
+            OVRA_OK);
+  OvraHybridHyperToneLight_Free(&context);
+  Write("a.png", image);
+  ASSERT_EQ(Run("tone --amount 0.9 --shadows 1 --highlights 0.2 --local-contrast 1.1 --edge 0.1 "
+                "--colour 0.5 --scale 4 --form hybrid-light a.png b.png")
+                .exit_code,
+            0);
+  const Image result = Read("b.png");
+  double sum = 0;
+  for (int32_t y = 0; y < 50; ++y) {
+    for (size_t i = 0; i < 210; ++i) {
+      const double off = result.Row(y)[i] - expected.Row16(y)[i] * 255.0 / 4095;
+      EXPECT_LT(std::abs(off), 1) << i;
+      sum += off;
+    }
+  }
+  EXPECT_NEAR(sum / 10500, 0, 0.02);
+}
+
+// A flat picture goes through the curve of the file, whatever its depth.
+TEST_F(ProgramTest, ToneTakesACurve) {
+  WriteText("curve.txt", "0:0\n0.5:0.75\n1:1\n");
+  for (const uint32_t depth_bits : {8U, 16U}) {
+    Image image(40, 40, FileFormat(depth_bits, 3));
+    std::fill_n(image.data(), image.size_bytes(), uint8_t{128});
+    Write("a.tif", image);
+    ASSERT_EQ(Run("tone --curve curve.txt a.tif b.tif").exit_code, 0);
+    const Image result = Read("b.tif");
+    const double value =
+        depth_bits == 8 ? result.Row(20)[60] / 255.0 : result.Row16(20)[60] / 65535.0;
+    EXPECT_NEAR(value, 0.752, 0.004);
+  }
+  WriteText("falls.txt", "0:0,0.5:0.8,1:0.2");
+  ExpectFailure("tone --curve falls.txt a.tif b.tif", "falls.txt: the curve falls");
+  ExpectFailure("tone --curve a.tif a.tif b.tif", "a.tif");
+  ExpectFailure("tone --shadows 2 a.tif b.tif", "--shadows");
+  ExpectFailure("tone --scale 9 a.tif b.tif", "not auto or 3..8");
+}
+
+// The four bits below the twelve go through the gain: a smooth ramp stays one.
+TEST_F(ProgramTest, ToneKeepsDeepRampsSmooth) {
+  Image image(2048, 16, FileFormat(16, 3));
+  for (int32_t y = 0; y < 16; ++y) {
+    for (size_t i = 0; i < 6144; ++i) image.Row16(y)[i] = static_cast<uint16_t>(9000 + i / 3 * 2);
+  }
+  Write("a.tif", image);
+  ASSERT_EQ(Run("tone a.tif b.tif").exit_code, 0);
+  const Image result = Read("b.tif");
+  std::vector<uint16_t> tones(result.Row16(8), result.Row16(8) + 6144);
+  std::sort(tones.begin(), tones.end());
+  const auto distinct = std::unique(tones.begin(), tones.end()) - tones.begin();
+  EXPECT_GT(distinct, 1000);  // rounded to 12 bits there are 256 and some
+}
+
+TEST_F(ProgramTest, ClarityHandsItsOptionsOver) {
+  const Image image = Textured(16, 3);
+  Write("a.tif", image);
+  OvraMultiFrequencyParams params = {};
+  params.band_count = 2;
+  params.base_gain = 0.5F;
+  params.pivot = 0.25F;
+  params.bands[0] = {2, 0.01F, 0.5F, 0.2F};
+  params.bands[1] = {0.5F, 0, 0, 1};
+  Image expected = image;
+  ASSERT_EQ(OvraMultiFrequency(image.data(), expected.data(), 70, 50, image.format(), &params),
+            OVRA_OK);
+  ASSERT_EQ(
+      Run("clarity --bands 2:0.01:0.5:0.2,0.5 --base-gain 0.5 --pivot 0.25 a.tif b.tif").exit_code,
+      0);
+  EXPECT_EQ(Bytes(Read("b.tif")), Bytes(expected));
+  ExpectFailure("clarity --bands 1,,1 a.tif b.tif", "--bands");
+  ExpectFailure("clarity --bands 1:0:0:1:1 a.tif b.tif", "--bands");
+  ExpectFailure("clarity --bands 1 --detail 1 a.tif b.tif", "--detail");
+  ExpectFailure("clarity --detail 1.5 a.tif b.tif", "--detail");
+}
+
+TEST(Clarity, SlidersBecomeBandsThatSuitTheSize) {
+  const OvraMultiFrequencyParams small = ovra_host::ClarityParams({.clarity = 1}, 1200, 900, 0.001);
+  EXPECT_EQ(small.band_count, 6U);
+  EXPECT_FLOAT_EQ(small.bands[3].gain, 1.5F);
+  EXPECT_FLOAT_EQ(small.bands[0].gain, 1);
+  const OvraMultiFrequencyParams large =
+      ovra_host::ClarityParams({.clarity = 1}, 6000, 4000, 0.001);
+  EXPECT_EQ(large.band_count, 8U);
+  EXPECT_FLOAT_EQ(large.bands[5].gain, 1.5F);
+  // All at once, and very noisy: still accepted by the library.
+  const OvraMultiFrequencyParams all = ovra_host::ClarityParams({1, 1, 1, 1, 1}, 100, 100, 0.3);
+  Image image(20, 20, FileFormat(8, 3));
+  EXPECT_EQ(OvraMultiFrequency(image.data(), image.data(), 20, 20, image.format(), &all), OVRA_OK);
+}
+
+TEST(Clarity, NoiseIsToldFromThePicture) {
+  ovra_test::Random random(5);
+  std::normal_distribution<double> noise(0, 0.02 * 255);
+  Image image(400, 300, FileFormat(8, 1));
+  for (int32_t y = 0; y < 300; ++y) {
+    for (int32_t x = 0; x < 400; ++x) {
+      const double scene = 60 + x / 4 + (x / 50 % 2 == 0 ? 40 : 0);
+      image.Row(y)[x] = static_cast<uint8_t>(std::lround(scene + noise(random)));
+    }
+  }
+  EXPECT_NEAR(EstimateNoise(image), 0.02, 0.002);
+  EXPECT_LT(EstimateNoise(Image(400, 300, FileFormat(16, 3))), 1e-9);
+  EXPECT_EQ(EstimateNoise(Image(2, 2, FileFormat(8, 1))), 0);
+}
+
+}  // namespace
