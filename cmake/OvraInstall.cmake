@@ -28,7 +28,9 @@ install(FILES ${PROJECT_BINARY_DIR}/package/OvraBase.pc
 install(FILES LICENSE README.md CHANGELOG.md DESTINATION ${CMAKE_INSTALL_DOCDIR}
         COMPONENT runtime)
 
-install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY examples docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(FILES csharp/Native.cs pascal/OvraBase.pas DESTINATION ${CMAKE_INSTALL_DATADIR}/OvraBase
+        COMPONENT development)
 
 set(CPACK_PACKAGE_NAME ovrabase)
 set(CPACK_PACKAGE_VENDOR "OvraBase developers")
