@@ -19,10 +19,12 @@ namespace OvraBase
         OVRA_ERROR_RESIZE_DEPTH = 107,
         OVRA_ERROR_RESIZE_COLOR_MODEL = 108,
         OVRA_ERROR_RESIZE_ARRANGEMENT = 109,
+        OVRA_ERROR_BAND_RESIZE_CHANGED = 110,
         OVRA_ERROR_RESIZE_SOURCE_SMALL = 111,
         OVRA_ERROR_RESIZE_DESTINATION_SMALL = 112,
         OVRA_ERROR_RESIZE_REGION_SIZE = 113,
         OVRA_ERROR_RESIZE_REGION_OUTSIDE = 114,
+        OVRA_ERROR_BAND_RESIZE_POSITION = 115,
         OVRA_ERROR_YUSM_NULL = 116,
         OVRA_ERROR_YUSM_SIZE = 117,
         OVRA_ERROR_YUSM_CHANNELS = 118,
@@ -75,6 +77,8 @@ namespace OvraBase
         OVRA_ERROR_ROTATION_DEPTH = 176,
         OVRA_ERROR_ROTATION_COLOR_MODEL = 177,
         OVRA_ERROR_ROTATION_ARRANGEMENT = 178,
+        OVRA_ERROR_TRIMMING_SIZE = 179,
+        OVRA_ERROR_TRIMMING_IN_PLACE = 180,
         OVRA_ERROR_CASCADE_NULL = 184,
         OVRA_ERROR_CASCADE_GRID_COUNT = 185,
         OVRA_ERROR_CASCADE_NULL_GRID = 186,
@@ -260,6 +264,21 @@ namespace OvraBase
         public const int OVRA_MULTI_FREQUENCY_MAX_BANDS = 8;
         public const int OVRA_KERNEL_TABLE_STEPS = 4096;
         public const int OVRA_KERNEL_TABLE_ENTRIES = 16384;
+
+        [DllImport(Library)]
+        public static extern int OvraBandResize(byte[] source, int sourceWidth, int sourceRows, byte[] destination, int destinationWidth, int destinationRows, uint format, int firstRow, out int rowsTaken, out int rowsWritten, IntPtr context);
+
+        [DllImport(Library)]
+        public static extern int OvraBandResize(IntPtr source, int sourceWidth, int sourceRows, IntPtr destination, int destinationWidth, int destinationRows, uint format, int firstRow, out int rowsTaken, out int rowsWritten, IntPtr context);
+
+        [DllImport(Library)]
+        public static extern int OvraBandResizeCore_Init(int sourceWidth, int sourceHeight, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable, float stretch, int taps, ref IntPtr context);
+
+        [DllImport(Library)]
+        public static extern int OvraBandResize_Free(ref IntPtr context);
+
+        [DllImport(Library)]
+        public static extern int OvraBandResize_Init(int sourceWidth, int sourceHeight, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, ref IntPtr context);
 
         [DllImport(Library)]
         public static extern int OvraCalcBSpline(float b, float[] table);
@@ -493,6 +512,18 @@ namespace OvraBase
         public static extern int OvraResizeImageVAR(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, double horizontalFactor, double verticalFactor);
 
         [DllImport(Library)]
+        public static extern int OvraResizeRotateImageCore(byte[] source, int sourceWidth, int sourceHeight, byte[] destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable, float stretch, int taps, int mode);
+
+        [DllImport(Library)]
+        public static extern int OvraResizeRotateImageCore(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable, float stretch, int taps, int mode);
+
+        [DllImport(Library)]
+        public static extern int OvraResizeRotateImageROI(byte[] source, int sourceWidth, int sourceHeight, byte[] destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, int mode);
+
+        [DllImport(Library)]
+        public static extern int OvraResizeRotateImageROI(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, int mode);
+
+        [DllImport(Library)]
         public static extern int OvraRotateImage(byte[] source, byte[] destination, int width, int height, uint format, int mode);
 
         [DllImport(Library)]
@@ -509,6 +540,12 @@ namespace OvraBase
 
         [DllImport(Library)]
         public static extern int OvraSmallResizeImage(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable);
+
+        [DllImport(Library)]
+        public static extern int OvraSmallResizeRotateImage(byte[] source, int sourceWidth, int sourceHeight, byte[] destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable, int mode);
+
+        [DllImport(Library)]
+        public static extern int OvraSmallResizeRotateImage(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int width, int height, float[] kernelTable, int mode);
 
         [DllImport(Library)]
         public static extern int OvraSoftFocus(byte[] source, byte[] destination, uint width, uint height, ref OvraSoftFocusParams @params);

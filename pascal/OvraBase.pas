@@ -29,10 +29,12 @@ const
   OVRA_ERROR_RESIZE_DEPTH = 107;
   OVRA_ERROR_RESIZE_COLOR_MODEL = 108;
   OVRA_ERROR_RESIZE_ARRANGEMENT = 109;
+  OVRA_ERROR_BAND_RESIZE_CHANGED = 110;
   OVRA_ERROR_RESIZE_SOURCE_SMALL = 111;
   OVRA_ERROR_RESIZE_DESTINATION_SMALL = 112;
   OVRA_ERROR_RESIZE_REGION_SIZE = 113;
   OVRA_ERROR_RESIZE_REGION_OUTSIDE = 114;
+  OVRA_ERROR_BAND_RESIZE_POSITION = 115;
   OVRA_ERROR_YUSM_NULL = 116;
   OVRA_ERROR_YUSM_SIZE = 117;
   OVRA_ERROR_YUSM_CHANNELS = 118;
@@ -85,6 +87,8 @@ const
   OVRA_ERROR_ROTATION_DEPTH = 176;
   OVRA_ERROR_ROTATION_COLOR_MODEL = 177;
   OVRA_ERROR_ROTATION_ARRANGEMENT = 178;
+  OVRA_ERROR_TRIMMING_SIZE = 179;
+  OVRA_ERROR_TRIMMING_IN_PLACE = 180;
   OVRA_ERROR_CASCADE_NULL = 184;
   OVRA_ERROR_CASCADE_GRID_COUNT = 185;
   OVRA_ERROR_CASCADE_NULL_GRID = 186;
@@ -184,6 +188,9 @@ type
   TOvraYUsmDoubleContext = record end;
   POvraYUsmDoubleContext = ^TOvraYUsmDoubleContext;
   PPOvraYUsmDoubleContext = ^POvraYUsmDoubleContext;
+  TOvraBandResizeContext = record end;
+  POvraBandResizeContext = ^TOvraBandResizeContext;
+  PPOvraBandResizeContext = ^POvraBandResizeContext;
 
 {$packrecords C}
   TOvraColorCube = record
@@ -267,6 +274,27 @@ type
     reserved: LongWord;
   end;
   POvraHyperToneParams = ^TOvraHyperToneParams;
+
+function OvraBandResize(source: PByte; source_width: LongInt; source_rows: LongInt;
+  destination: PByte; destination_width: LongInt; destination_rows: LongInt;
+  format: TOvraPixelFormatCode; first_row: LongInt; rows_taken: PLongInt; rows_written: PLongInt;
+  context: POvraBandResizeContext): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
+function OvraBandResizeCore_Init(source_width: LongInt; source_height: LongInt;
+  destination_width: LongInt; destination_height: LongInt; format: TOvraPixelFormatCode;
+  x: LongInt; y: LongInt; width: LongInt; height: LongInt; kernel_table: PSingle; stretch: Single;
+  taps: LongInt; context: PPOvraBandResizeContext): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
+function OvraBandResize_Free(context: PPOvraBandResizeContext): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
+function OvraBandResize_Init(source_width: LongInt; source_height: LongInt;
+  destination_width: LongInt; destination_height: LongInt; format: TOvraPixelFormatCode;
+  x: LongInt; y: LongInt; width: LongInt; height: LongInt; context: PPOvraBandResizeContext
+  ): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
 function OvraCalcBSpline(b: Single; table: PSingle): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
@@ -483,6 +511,18 @@ function OvraResizeImageVAR(source: PByte; source_width: LongInt; source_height:
   format: TOvraPixelFormatCode; horizontal_factor: Double; vertical_factor: Double): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
+function OvraResizeRotateImageCore(source: PByte; source_width: LongInt; source_height: LongInt;
+  destination: PByte; destination_width: LongInt; destination_height: LongInt;
+  format: TOvraPixelFormatCode; x: LongInt; y: LongInt; width: LongInt; height: LongInt;
+  kernel_table: PSingle; stretch: Single; taps: LongInt; mode: LongInt): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
+function OvraResizeRotateImageROI(source: PByte; source_width: LongInt; source_height: LongInt;
+  destination: PByte; destination_width: LongInt; destination_height: LongInt;
+  format: TOvraPixelFormatCode; x: LongInt; y: LongInt; width: LongInt; height: LongInt;
+  mode: LongInt): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
 function OvraRotateImage(source: PByte; destination: PByte; width: LongInt; height: LongInt;
   format: TOvraPixelFormatCode; mode: LongInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
@@ -498,6 +538,12 @@ function OvraSmallResizeImage(source: PByte; source_width: LongInt; source_heigh
   destination: PByte; destination_width: LongInt; destination_height: LongInt;
   format: TOvraPixelFormatCode; x: LongInt; y: LongInt; width: LongInt; height: LongInt;
   kernel_table: PSingle): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
+function OvraSmallResizeRotateImage(source: PByte; source_width: LongInt; source_height: LongInt;
+  destination: PByte; destination_width: LongInt; destination_height: LongInt;
+  format: TOvraPixelFormatCode; x: LongInt; y: LongInt; width: LongInt; height: LongInt;
+  kernel_table: PSingle; mode: LongInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
 function OvraSoftFocus(source: PByte; destination: PByte; width: LongWord; height: LongWord;

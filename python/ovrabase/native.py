@@ -23,10 +23,12 @@ class StatusCode(enum.IntEnum):
     ERROR_RESIZE_DEPTH = 107
     ERROR_RESIZE_COLOR_MODEL = 108
     ERROR_RESIZE_ARRANGEMENT = 109
+    ERROR_BAND_RESIZE_CHANGED = 110
     ERROR_RESIZE_SOURCE_SMALL = 111
     ERROR_RESIZE_DESTINATION_SMALL = 112
     ERROR_RESIZE_REGION_SIZE = 113
     ERROR_RESIZE_REGION_OUTSIDE = 114
+    ERROR_BAND_RESIZE_POSITION = 115
     ERROR_YUSM_NULL = 116
     ERROR_YUSM_SIZE = 117
     ERROR_YUSM_CHANNELS = 118
@@ -79,6 +81,8 @@ class StatusCode(enum.IntEnum):
     ERROR_ROTATION_DEPTH = 176
     ERROR_ROTATION_COLOR_MODEL = 177
     ERROR_ROTATION_ARRANGEMENT = 178
+    ERROR_TRIMMING_SIZE = 179
+    ERROR_TRIMMING_IN_PLACE = 180
     ERROR_CASCADE_NULL = 184
     ERROR_CASCADE_GRID_COUNT = 185
     ERROR_CASCADE_NULL_GRID = 186
@@ -260,6 +264,57 @@ class Functions:
     """All functions of a loaded library."""
 
     def __init__(self, library: ctypes.CDLL) -> None:
+        self.band_resize = library.OvraBandResize
+        self.band_resize.restype = ctypes.c_int32
+        self.band_resize.argtypes = [
+            ctypes.c_void_p,  # source
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_rows
+            ctypes.c_void_p,  # destination
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_rows
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # first_row
+            ctypes.c_void_p,  # rows_taken
+            ctypes.c_void_p,  # rows_written
+            ctypes.c_void_p,  # context
+        ]
+        self.band_resize_core_init = library.OvraBandResizeCore_Init
+        self.band_resize_core_init.restype = ctypes.c_int32
+        self.band_resize_core_init.argtypes = [
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # width
+            ctypes.c_int32,  # height
+            ctypes.c_void_p,  # kernel_table
+            ctypes.c_float,  # stretch
+            ctypes.c_int32,  # taps
+            ctypes.c_void_p,  # context
+        ]
+        self.band_resize_free = library.OvraBandResize_Free
+        self.band_resize_free.restype = ctypes.c_int32
+        self.band_resize_free.argtypes = [
+            ctypes.c_void_p,  # context
+        ]
+        self.band_resize_init = library.OvraBandResize_Init
+        self.band_resize_init.restype = ctypes.c_int32
+        self.band_resize_init.argtypes = [
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # width
+            ctypes.c_int32,  # height
+            ctypes.c_void_p,  # context
+        ]
         self.calc_bspline = library.OvraCalcBSpline
         self.calc_bspline.restype = ctypes.c_int32
         self.calc_bspline.argtypes = [
@@ -744,6 +799,41 @@ class Functions:
             ctypes.c_double,  # horizontal_factor
             ctypes.c_double,  # vertical_factor
         ]
+        self.resize_rotate_image_core = library.OvraResizeRotateImageCore
+        self.resize_rotate_image_core.restype = ctypes.c_int32
+        self.resize_rotate_image_core.argtypes = [
+            ctypes.c_void_p,  # source
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_void_p,  # destination
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # width
+            ctypes.c_int32,  # height
+            ctypes.c_void_p,  # kernel_table
+            ctypes.c_float,  # stretch
+            ctypes.c_int32,  # taps
+            ctypes.c_int32,  # mode
+        ]
+        self.resize_rotate_image_roi = library.OvraResizeRotateImageROI
+        self.resize_rotate_image_roi.restype = ctypes.c_int32
+        self.resize_rotate_image_roi.argtypes = [
+            ctypes.c_void_p,  # source
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_void_p,  # destination
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # width
+            ctypes.c_int32,  # height
+            ctypes.c_int32,  # mode
+        ]
         self.rotate_image = library.OvraRotateImage
         self.rotate_image.restype = ctypes.c_int32
         self.rotate_image.argtypes = [
@@ -783,6 +873,23 @@ class Functions:
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_void_p,  # kernel_table
+        ]
+        self.small_resize_rotate_image = library.OvraSmallResizeRotateImage
+        self.small_resize_rotate_image.restype = ctypes.c_int32
+        self.small_resize_rotate_image.argtypes = [
+            ctypes.c_void_p,  # source
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_void_p,  # destination
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # width
+            ctypes.c_int32,  # height
+            ctypes.c_void_p,  # kernel_table
+            ctypes.c_int32,  # mode
         ]
         self.soft_focus = library.OvraSoftFocus
         self.soft_focus.restype = ctypes.c_int32

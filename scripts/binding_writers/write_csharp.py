@@ -12,7 +12,8 @@ _SCALARS = {
 # Records that functions take several of; of the others they take one.
 _ELEMENT_RECORDS = {"OvraResponsePoint", "OvraChannelPolynomial"}
 # Single numbers that functions write; other pointers to numbers are arrays.
-_SINGLE_RESULTS = {"format", "stride", "taps", "stretch", "tap_count", "handle_out"}
+_SINGLE_RESULTS = {"format", "stride", "taps", "stretch", "tap_count", "handle_out",
+                   "rows_taken", "rows_written"}
 _KEYWORDS = {"in", "out", "ref", "params", "object", "string", "base", "fixed"}
 
 _HEAD = """// SPDX-License-Identifier: MIT
