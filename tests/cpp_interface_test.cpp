@@ -170,6 +170,44 @@ TEST(CppInterface, ResizeFunctionsAgreeWhereTheyDoTheSame) {
   EXPECT_TRUE(SamePixels(small, tiny));
 }
 
+TEST(CppInterface, ResizeWithATurnAndInBands) {
+  const Image source = Ramp({80, 64}, Format::Rgb());
+  const auto table = ovra::KernelTable::CubicSpline(-0.75F);
+  const ovra::KernelSupport support = ovra::SelectKernelSupport(0.75F);
+  const ovra::Region whole = ovra::Whole(source);
+  Image upright({60, 48}, Format::Rgb());
+  Image expected({48, 60}, Format::Rgb());
+  Image other({48, 60}, Format::Rgb());
+  ASSERT_TRUE(ovra::ResizeImage(source, upright));
+  ASSERT_TRUE(ovra::RotateImage(upright, expected, OVRA_ROTATE_QUARTER_RIGHT));
+  ASSERT_TRUE(ovra::ResizeRotateImageROI(source, other, whole, OVRA_ROTATE_QUARTER_RIGHT));
+  EXPECT_TRUE(SamePixels(expected, other));
+  Image core({48, 60}, Format::Rgb());
+  ASSERT_TRUE(
+      ovra::ResizeRotateImageCore(source, core, whole, table, support, OVRA_ROTATE_QUARTER_RIGHT));
+  EXPECT_TRUE(SamePixels(expected, core));
+  Image tiny({6, 8}, Format::Rgb());
+  EXPECT_TRUE(ovra::SmallResizeRotateImage(source, tiny, whole, table, OVRA_ROTATE_QUARTER_RIGHT));
+
+  auto first = ovra::BandResize::Make(source.size(), upright.size(), Format::Rgb(), whole).value();
+  auto second =
+      ovra::BandResize::Make(source.size(), upright.size(), Format::Rgb(), whole, table, support)
+          .value();
+  for (ovra::BandResize* resize : {&first, &second}) {
+    Image result({60, 48}, Format::Rgb());
+    int32_t written = 0;
+    for (int32_t row = 0; row < 64; row += 16) {
+      const auto progress =
+          (*resize)(source.view().Rows(row, 16), result.view().Rows(written, 48 - written), row);
+      ASSERT_TRUE(progress);
+      EXPECT_EQ(progress->rows_taken, 16);
+      written += progress->rows_written;
+    }
+    EXPECT_EQ(written, 48);
+    EXPECT_TRUE(SamePixels(upright, result));
+  }
+}
+
 // Contexts work after a move, and what was moved from is empty.
 TEST(CppInterface, ContextsMove) {
   const Image source = Ramp({64, 48}, Format::Rgb());

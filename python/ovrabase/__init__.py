@@ -9,6 +9,7 @@ While a function runs, other threads do: the interpreter's lock is released.
 """
 
 from .arrays import Kind, Layout, empty, make_pixel_format_code, row_stride
+from .band_resize import BandResize, band_resize_core_init, band_resize_init
 from .basic import composite_image, composite_image_with_mask_blending, dib2raw, raw2dib
 from .color import (RGB8, ColorCube, cascade_3d, conv_color_1d_tbl, conv_color_1d_tbl_free,
                     conv_color_1d_tbl_init, conv_color_1d_tbl_single_step, conv_color_coef,
@@ -26,7 +27,8 @@ from .native import (BlendMode, ColorModel, HyperToneParams, MultiFrequencyBand,
                      MultiFrequencyParams, Rotation, RowOrder, StatusCode)
 from .resample import (calc_bspline, calc_cubic_spline, resize_image, resize_image_core,
                        resize_image_core_var, resize_image_roi, resize_image_roi_var,
-                       resize_image_var, select_kernel_support, small_resize_image)
+                       resize_image_var, resize_rotate_image_core, resize_rotate_image_roi,
+                       select_kernel_support, small_resize_image, small_resize_rotate_image)
 from .tone import (hybrid_hyper_tone, hybrid_hyper_tone_init, hybrid_hyper_tone_light,
                    hybrid_hyper_tone_light_init, hyper_tone, hyper_tone_init, hyper_tone_light,
                    hyper_tone_light_init)

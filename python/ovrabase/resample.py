@@ -47,11 +47,12 @@ def _table(table: Array) -> Array:
 
 
 def _resize(function: Callable[..., int], source: Array, size: Size, arguments: tuple[object, ...],
-            model: Optional[int], depth: Optional[int], destination: Optional[Array]) -> Array:
+            model: Optional[int], depth: Optional[int], destination: Optional[Array],
+            turns: bool = False) -> Array:
     kind = kind_of(source, model, depth)
     width, height = size
-    # Between images of one size rows may be copied with their padding.
-    same = source.shape[:2] == (height, width)
+    # Between images of one size rows may be copied with their padding; turns clear it.
+    same = turns or source.shape[:2] == (height, width)
     call = Call([source], shape_of(height, width, source), source.dtype, destination, pads=same,
                 reads_padding=same)
     check(function(address(call.sources[0]), source.shape[1], source.shape[0],
@@ -115,3 +116,31 @@ def small_resize_image(source: Array, size: Size, region: Region, kernel_table: 
     table = _table(kernel_table)
     return _resize(functions.small_resize_image, source, size, (*region, table.ctypes.data), model,
                    depth, destination)
+
+
+def resize_rotate_image_roi(source: Array, size: Size, region: Region, mode: int, *,
+                            model: Optional[int] = None, depth: Optional[int] = None,
+                            destination: Optional[Array] = None) -> Array:
+    """Resizes a region and turns the result, whose size after the turn is `size`."""
+    return _resize(functions.resize_rotate_image_roi, source, size, (*region, mode), model, depth,
+                   destination, turns=True)
+
+
+def resize_rotate_image_core(source: Array, size: Size, region: Region, kernel_table: Array,
+                             stretch: float, taps: int, mode: int, *, model: Optional[int] = None,
+                             depth: Optional[int] = None,
+                             destination: Optional[Array] = None) -> Array:
+    """The same with a kernel of the caller's."""
+    table = _table(kernel_table)
+    return _resize(functions.resize_rotate_image_core, source, size,
+                   (*region, table.ctypes.data, stretch, taps, mode), model, depth, destination,
+                   turns=True)
+
+
+def small_resize_rotate_image(source: Array, size: Size, region: Region, kernel_table: Array,
+                              mode: int, *, model: Optional[int] = None, depth: Optional[int] = None,
+                              destination: Optional[Array] = None) -> Array:
+    """A strong reduction of a region with a kernel of the caller's, turned."""
+    table = _table(kernel_table)
+    return _resize(functions.small_resize_rotate_image, source, size,
+                   (*region, table.ctypes.data, mode), model, depth, destination, turns=True)

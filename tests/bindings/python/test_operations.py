@@ -74,6 +74,38 @@ def test_the_resize_functions_agree_where_they_do_the_same():
     numpy.testing.assert_array_equal(ovrabase.resize_image(PHOTO, (10, 8)), tiny)
 
 
+def test_resize_with_a_turn():
+    whole, table = (0, 0, 80, 64), ovrabase.calc_cubic_spline(-0.75)
+    taps, stretch = ovrabase.select_kernel_support(0.75)
+    expected = numpy.rot90(ovrabase.resize_image(PHOTO, (60, 48)))
+    tiny = numpy.rot90(ovrabase.resize_image(PHOTO, (20, 16)))
+    for arrange, _ in ARRANGEMENTS.values():
+        photo = arrange(PHOTO)
+        to = arrange(numpy.zeros((60, 48, 3), numpy.uint8))
+        ovrabase.resize_rotate_image_roi(photo, (48, 60), whole, 1, destination=to)
+        numpy.testing.assert_array_equal(to, numpy.rot90(ovrabase.resize_image(photo, (60, 48))))
+    core = ovrabase.resize_rotate_image_core(PHOTO, (48, 60), whole, table, stretch, taps, 1)
+    numpy.testing.assert_array_equal(core, expected)
+    small = ovrabase.small_resize_rotate_image(PHOTO, (16, 20), whole, table, 1)
+    numpy.testing.assert_array_equal(small, tiny)
+
+
+@pytest.mark.parametrize("size", [(60, 48), (20, 16), (80, 64), (100, 80)])
+@pytest.mark.parametrize("rows", [1, 7, 64])
+def test_resize_in_bands(size, rows):
+    expected = ovrabase.resize_image(PHOTO, size)
+    with ovrabase.band_resize_init((80, 64), size, ovrabase.RGB8, 3) as resize:
+        for _ in range(2):
+            parts = [resize.push(PHOTO[first:first + rows]) for first in range(0, 64, rows)]
+            numpy.testing.assert_array_equal(numpy.concatenate(parts), expected)
+        with pytest.raises(ValueError):
+            resize.push(PHOTO[:, 1:])
+    table = ovrabase.calc_cubic_spline(-0.5)
+    with ovrabase.band_resize_core_init((80, 64), size, ovrabase.RGB8, 3, table, 1.5, 6) as resize:
+        numpy.testing.assert_array_equal(
+            resize.push(PHOTO), ovrabase.resize_image_core(PHOTO, size, (0, 0, 80, 64), table, 1.5, 6))
+
+
 def test_sharpening_by_context_and_in_one_step():
     weights = ovrabase.gaussian_weights(1.0)
     assert weights.tolist() == [7, 31, 52, 31, 7]
