@@ -34,7 +34,8 @@ void RegisterTiers(const std::string& name, double pixels,
                    const std::function<void(ovra::KernelTier)>& run);
 
 // One function for each file of benchmarks, called by main.
-void RegisterColorTables();
+void RegisterChannelTables();
+void RegisterColorMatrix();
 void RegisterComposition();
 void RegisterCube();
 void RegisterDibRaw();

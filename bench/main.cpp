@@ -64,7 +64,8 @@ void RegisterTiers(const std::string& name, double pixels,
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-  ovra_bench::RegisterColorTables();
+  ovra_bench::RegisterChannelTables();
+  ovra_bench::RegisterColorMatrix();
   ovra_bench::RegisterComposition();
   ovra_bench::RegisterCube();
   ovra_bench::RegisterDibRaw();

@@ -2,8 +2,8 @@
 // Per-channel tables, polynomials and colour matrices.
 #include <algorithm>
 
-#include "color/channel_tables.h"
-#include "color/color_matrix.h"
+#include "color/channel_tables/channel_tables.h"
+#include "color/color_matrix/color_matrix.h"
 #include "fuzz_support.h"
 
 namespace {

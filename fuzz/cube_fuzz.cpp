@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Cubes of any grids and nodes, images of any samples: all tiers agree and stay in their buffers.
-#include "color/cascade.h"
-#include "color/cube.h"
+#include "color/cascade/cascade.h"
+#include "color/cube/cube.h"
 #include "fuzz_support.h"
 
 namespace {

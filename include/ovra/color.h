@@ -13,6 +13,19 @@
 extern "C" {
 #endif
 
+// --- Handles ----------------------------------------------------------------------------------
+//
+// Each family (cubes; tables and polynomials; matrices) hands out handle words of its own. An _Init
+// function sets *handle_out to 0 and, on success, to a handle, which belongs to the caller, who
+// releases it once with the family's _Free function. Conversions do not change what it stands for:
+// any number may run on one handle at the same time, but none while it is released.
+//
+// A word that is 0, or a handle of another family, is answered with the family's null status, by
+// conversions and by _Free, which leaves the foreign handle as it is. Words that cannot be an
+// address (odd ones, small ones) are told in the same way. A copy of a handle that was released is
+// usually told too, as long as its memory was not given out again; nothing can be promised, so do
+// not use one.
+
 // --- Colour cubes ---------------------------------------------------------------------------
 //
 // A colour cube maps three-channel pixels to three or four channels through a lattice of nodes, by
@@ -45,9 +58,10 @@ typedef struct OvraColorCube {
 // 8191 are always exact.
 //
 // Statuses of the colour cube functions:
-//   OVRA_ERROR_CUBE_NULL             a pointer or handle is null (checked first for handle_out,
-//                                    handle, the cube of SingleStep; last for the lattice)
-//   OVRA_ERROR_FORMAT_*              a field of a format is unknown
+//   OVRA_ERROR_CUBE_NULL             a pointer is null, or the handle is null or of another family
+//                                    (checked first for handle_out, handle, the cube of SingleStep;
+//                                    last for the lattice)
+//   the OVRA_ERROR_FORMAT_ codes     a field of a format cannot be decoded
 //   OVRA_ERROR_CUBE_ZERO_SIZE        width or height is 0
 //   OVRA_ERROR_CUBE_CHANNELS         input channels not 3; 8-bit input: output channels not 3 or 4
 //   OVRA_ERROR_CUBE_INPUT_DEPTH      input depth 32 bits
@@ -65,8 +79,7 @@ typedef struct OvraColorCube {
 //                                    the lattice has 2^31 cells or more
 
 // Prepares conversions through `cube` and stores a handle in *handle_out, which is 0 until then and
-// after a failure. The handle belongs to the caller, who releases it with OvraConvColorCube_Free;
-// it keeps nothing of the cube, which may be released at once. Takes at most a few milliseconds for
+// after a failure. The handle keeps nothing of the cube, which may be released at once. Takes at most a few milliseconds for
 // a cube of 33 points an axis.
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Init(OvraPixelFormatCode in_format,
                                                      OvraPixelFormatCode out_format,
@@ -77,20 +90,19 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Init(OvraPixelFormatCode in_form
 // of both are aligned as in_format says, the alignment of out_format is not used. Rows go in memory
 // order whatever the formats' row order. Negative sizes convert nothing and succeed. The formats
 // are those given to _Init, compared as whole words. Calls may share a handle in parallel.
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCube(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCube(const uint8_t* source, uint8_t* destination,
+                                                int32_t width, int32_t height,
+                                                OvraPixelFormatCode in_format,
                                                 OvraPixelFormatCode out_format, uintptr_t handle);
 
-// Releases the handle and sets *handle to 0. A word that is 0 already is answered with
-// OVRA_ERROR_CUBE_NULL, like every null handle, and does no harm.
+// Releases the handle and sets *handle to 0. A word that is 0 already, or a handle of another
+// family, is answered with OVRA_ERROR_CUBE_NULL and does no harm.
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Free(uintptr_t* handle);
 
 // _Init, conversion and _Free in one call.
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(const uint8_t* src, uint8_t* dst,
-                                                          int32_t width, int32_t height,
-                                                          OvraPixelFormatCode in_format,
-                                                          OvraPixelFormatCode out_format,
-                                                          const OvraColorCube* cube);
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format, const OvraColorCube* cube);
 
 // Makes `first` do what both cubes did in sequence: passes each of its nodes through `second` and
 // writes the result, 0..4095, back into first->lattice, whose nodes have three components, as have
@@ -117,19 +129,16 @@ OVRA_API OvraStatus OVRA_CALL OvraCascade3D(const OvraColorCube* first,
 // the entry of channel 2 serves the first sample of a pixel and that of channel 0 the third. The
 // output's colour model has no influence, and samples keep their positions.
 //
-// Images: `height` rows of 3 * width samples at src and dst, in memory order. The rows of *both*
-// start at multiples of the input's row alignment; the output's alignment field is not used. Row
-// padding is neither read nor written. The buffers belong to the caller and must not overlap.
-// A negative width or height converts nothing.
+// Images: `height` rows of 3 * width samples at source and destination, in memory order. The rows of
+// *both* start at multiples of the input's row alignment; the output's alignment field is not used.
+// Row padding is neither read nor written. The buffers belong to the caller and must not overlap. A
+// negative width or height converts nothing.
 //
-// Handles: an _Init function sets *handle_out to 0 (a null argument leaves it as it is) and, on
-// success, to a handle, which the caller
-// releases once with either _Free function. It is not changed by conversions: any number may run
-// on one handle at the same time. Tables, polynomials and matrices are copied, or used, before the
-// function that took them returns.
+// Handles: where an argument of an _Init function is null, *handle_out is left as it is. Tables,
+// polynomials and matrices are copied, or used, before the function that took them returns.
 //
 // Statuses of the formats, in all functions that take them; the input is judged first:
-//   129..134                        a field of a format word is not valid
+//   the OVRA_ERROR_FORMAT_ codes    a field of a format word cannot be decoded
 //   OVRA_ERROR_TABLE_CHANNELS       channel count not 3
 //   OVRA_ERROR_TABLE_DEPTH          depth above 16 bits
 //   OVRA_ERROR_TABLE_COLOR_MODEL    colour model not RGB, BGR or YCC
@@ -171,24 +180,29 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Init(OvraPixelFormatCode in_form
 
 // Converts an image. The formats must be those given to the _Init function, bit for bit. An input
 // sample above the range of its depth counts as the greatest value of the range.
-//   OVRA_ERROR_TABLE_NULL            src, dst or handle is null
+//   OVRA_ERROR_TABLE_NULL            source or destination is null, or the handle is null or of
+//                                    another family
 //   OVRA_ERROR_TABLE_ZERO_SIZE       width or height is 0
 //   statuses of the formats          see above
 //   OVRA_ERROR_TABLE_FORMAT_CHANGED  a format is not the one given to the _Init function
-OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                 int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl(const uint8_t* source, uint8_t* destination,
+                                                 int32_t width, int32_t height,
+                                                 OvraPixelFormatCode in_format,
                                                  OvraPixelFormatCode out_format, uintptr_t handle);
 
 // The same with the statuses OVRA_ERROR_COEFFICIENT_NULL, OVRA_ERROR_COEFFICIENT_ZERO_SIZE and
 // OVRA_ERROR_FORMAT_CHANGED.
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef(const uint8_t* source, uint8_t* destination,
+                                                int32_t width, int32_t height,
+                                                OvraPixelFormatCode in_format,
                                                 OvraPixelFormatCode out_format, uintptr_t handle);
 
-// _Init, conversion and release in one call. src, dst and tables (null: OVRA_ERROR_TABLE_NULL) and
-// the sizes (0: OVRA_ERROR_TABLE_ZERO_SIZE) are judged first, then all as in _Init.
-OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* src, uint8_t* dst,
-                                                           int32_t width, int32_t height,
+// _Init, conversion and release in one call. source, destination and tables (null:
+// OVRA_ERROR_TABLE_NULL) and the sizes (0: OVRA_ERROR_TABLE_ZERO_SIZE) are judged first, then all as
+// in _Init.
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* source,
+                                                           uint8_t* destination, int32_t width,
+                                                           int32_t height,
                                                            OvraPixelFormatCode in_format,
                                                            OvraPixelFormatCode out_format,
                                                            const OvraChannelTableSet* tables);
@@ -196,11 +210,12 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* src, u
 // The same with polynomials and the statuses OVRA_ERROR_COEFFICIENT_NULL and
 // OVRA_ERROR_COEFFICIENT_ZERO_SIZE.
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCoefSingleStep(
-    const uint8_t* src, uint8_t* dst, int32_t width, int32_t height, OvraPixelFormatCode in_format,
-    OvraPixelFormatCode out_format, const OvraChannelPolynomial* coefficients);
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format,
+    const OvraChannelPolynomial* coefficients);
 
 // Releases *handle and sets it to 0; a handle of 0 is left alone. OVRA_ERROR_TABLE_NULL when
-// `handle` is null. The two are one and the same operation.
+// `handle` is null, or *handle a handle of another family. The two are one and the same operation.
 OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl_Free(uintptr_t* handle);
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Free(uintptr_t* handle);
 
@@ -209,7 +224,7 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Free(uintptr_t* handle);
 // A second-order polynomial in the three samples of a pixel for each output channel. Formats,
 // images and handles are as with the tables above, but samples are taken and written in memory
 // order whatever the colour model. Statuses of the formats:
-//   129..134                         a field of a format word is not valid
+//   the OVRA_ERROR_FORMAT_ codes     a field of a format word cannot be decoded
 //   OVRA_ERROR_MATRIX_CHANNELS       channel count not 3
 //   OVRA_ERROR_MATRIX_DEPTH          depth above 16 bits
 //   OVRA_ERROR_MATRIX_COLOR_MODEL    colour model not RGB, BGR or YCC
@@ -245,24 +260,25 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Init(OvraPixelFormatCode in_forma
 // are formed in double precision in the order of the terms and rounded half up; a sum that is not
 // a number gives 0. Either way results are limited to the range of the output depth. Infinite
 // second-order weights, and those that are not numbers, do not ask for double precision.
-//   OVRA_ERROR_MATRIX_NULL       src, dst or handle is null
+//   OVRA_ERROR_MATRIX_NULL       source or destination is null, or the handle is null or of another
+//                                family
 //   OVRA_ERROR_MATRIX_ZERO_SIZE  width or height is 0
 //   statuses of the formats      see above
 //   OVRA_ERROR_FORMAT_CHANGED    a format is not the one given to OvraConvColorMtx_Init
-OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx(const uint8_t* src, uint8_t* dst, int32_t width,
-                                               int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx(const uint8_t* source, uint8_t* destination,
+                                               int32_t width, int32_t height,
+                                               OvraPixelFormatCode in_format,
                                                OvraPixelFormatCode out_format, uintptr_t handle);
 
-// _Init, conversion and release in one call. src, dst and matrix (null: OVRA_ERROR_MATRIX_NULL) and
-// the sizes (0: OVRA_ERROR_MATRIX_ZERO_SIZE) are judged first, then all as in _Init.
-OVRA_API OvraStatus OVRA_CALL OvraConvColorMtxSingleStep(const uint8_t* src, uint8_t* dst,
-                                                         int32_t width, int32_t height,
-                                                         OvraPixelFormatCode in_format,
-                                                         OvraPixelFormatCode out_format,
-                                                         const OvraColorMatrix* matrix);
+// _Init, conversion and release in one call. source, destination and matrix (null:
+// OVRA_ERROR_MATRIX_NULL) and the sizes (0: OVRA_ERROR_MATRIX_ZERO_SIZE) are judged first, then all
+// as in _Init.
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtxSingleStep(
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format, const OvraColorMatrix* matrix);
 
 // Releases *handle and sets it to 0; a handle of 0 is left alone. OVRA_ERROR_MATRIX_NULL when
-// `handle` is null.
+// `handle` is null, or *handle a handle of another family.
 OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Free(uintptr_t* handle);
 
 #ifdef __cplusplus

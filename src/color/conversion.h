@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// What every colour conversion has: a pair of formats, rules by which it accepts them, and a pair
+// What every colour conversion has: a pair of formats, rules by which they are judged, and a pair
 // of images.
 #pragma once
 
@@ -28,10 +28,13 @@ struct DecodedFormatPair {
 // A model for FormatRules::accepts_model.
 bool IsFourChannelCmyk(const PixelFormat& format);
 
-// Decodes both formats, input first, then judges the input, then the output. The first status that
-// is not 0 is returned.
-Status AcceptFormats(const FormatPair& codes, const FormatRules& input_rules,
-                     const FormatRules& output_rules, DecodedFormatPair* formats);
+// Judges the input, then the output. The first status that is not 0 is returned.
+Status CheckFormats(const DecodedFormatPair& formats, const FormatRules& input_rules,
+                    const FormatRules& output_rules);
+
+// Decodes both formats, input first, before either is judged.
+Status DecodeAndCheckFormats(const FormatPair& codes, const FormatRules& input_rules,
+                             const FormatRules& output_rules, DecodedFormatPair* formats);
 
 // The images of one conversion, of equal size.
 struct ImagePair {
@@ -44,30 +47,27 @@ struct ImagePair {
   bool HasZeroSide() const { return width == 0 || height == 0; }
 };
 
-// Calls row(const uint8_t* source, uint8_t* destination) for every row in memory order. Both images
-// keep the input format's row alignment; the output's is not used. Negative sizes have no rows.
-template <class Row>
-void ForEachRow(const ImagePair& images, const DecodedFormatPair& formats, const Row& row) {
-  if (images.width <= 0) return;
+// Calls run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) for every row in
+// memory order, or for all rows at once where none has padding, so that what a kernel prepares for
+// a run does not count with narrow images. Both images keep the input format's row alignment; the
+// output's is not used. Negative sizes have no rows.
+template <class Run>
+void ForEachRun(const ImagePair& images, const DecodedFormatPair& formats, const Run& run) {
+  if (images.width <= 0 || images.height <= 0) return;
+  PixelFormat input = formats.input;
   PixelFormat output = formats.output;
-  output.alignment_bytes = formats.input.alignment_bytes;
-  const std::ptrdiff_t source_stride = RowStride(images.width, formats.input);
+  output.alignment_bytes = input.alignment_bytes;
+  const std::ptrdiff_t source_stride = RowStride(images.width, input);
   const std::ptrdiff_t destination_stride = RowStride(images.width, output);
-  for (std::ptrdiff_t y = 0; y < images.height; ++y) {
-    row(images.source + y * source_stride, images.destination + y * destination_stride);
+  input.alignment_bytes = output.alignment_bytes = 1;
+  if (source_stride == RowStride(images.width, input) &&
+      destination_stride == RowStride(images.width, output)) {
+    run(images.source, images.destination, std::ptrdiff_t{images.width} * images.height);
+    return;
   }
-}
-
-// Calls visit.operator()<In, Out>() with the sample types of formats of at most 16 bits.
-template <class Visit>
-void WithSampleTypes(const DecodedFormatPair& formats, const Visit& visit) {
-  const bool wide_output = formats.output.depth_bits > 8;
-  if (formats.input.depth_bits > 8) {
-    wide_output ? visit.template operator()<uint16_t, uint16_t>()
-                : visit.template operator()<uint16_t, uint8_t>();
-  } else {
-    wide_output ? visit.template operator()<uint8_t, uint16_t>()
-                : visit.template operator()<uint8_t, uint8_t>();
+  for (std::ptrdiff_t y = 0; y < images.height; ++y) {
+    run(images.source + y * source_stride, images.destination + y * destination_stride,
+        std::ptrdiff_t{images.width});
   }
 }
 

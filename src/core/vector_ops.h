@@ -46,6 +46,12 @@ struct Sse {
     if constexpr (kBytes == 10) _mm_storeu_si16(static_cast<char*>(p) + 8, _mm_srli_si128(a, 8));
     if constexpr (kBytes == 12) _mm_storeu_si32(static_cast<char*>(p) + 8, _mm_srli_si128(a, 8));
   }
+  template <int kBytes>
+  static Reg LoadFirst(const void* p) {
+    static_assert(kBytes == 12);
+    const Reg low = _mm_loadl_epi64(static_cast<const Reg*>(p));
+    return _mm_unpacklo_epi64(low, _mm_loadu_si32(static_cast<const char*>(p) + 8));
+  }
   static void StoreAligned(void* p, Reg a) { _mm_store_si128(static_cast<Reg*>(p), a); }
   static void StoreStreaming(void* p, Reg a) { _mm_stream_si128(static_cast<Reg*>(p), a); }
   static void StoreLanes(void* first, void* /*second*/, Reg a) { Store(first, a); }

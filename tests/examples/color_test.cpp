@@ -380,4 +380,70 @@ TEST(ColorMatrix, DefinesNumbersBeyondRange) {
   }
 }
 
+// --- Handles ---------------------------------------------------------------------------------
+
+// The three kinds of handles. Each of them makes black.
+struct Family {
+  const char* name;
+  OvraStatus null_status;
+  std::function<OvraStatus(uintptr_t* handle)> init;
+  decltype(&OvraConvColorCube) convert;
+  decltype(&OvraConvColorCube_Free) release;
+
+  OvraStatus Convert(uintptr_t handle, uint8_t* pixel) const {
+    const uint8_t source[3] = {1, 2, 3};
+    return convert(source, pixel, 1, 1, Format(8), Format(8), handle);
+  }
+};
+
+const Family kFamilies[] = {
+    {"cube", OVRA_ERROR_CUBE_NULL,
+     [](uintptr_t* handle) {
+       Cube cube = {{EvenGrid(2, 255), EvenGrid(2, 255), EvenGrid(2, 255)}, Words(24)};
+       const OvraColorCube record = cube.Record();
+       return OvraConvColorCube_Init(Format(8), Format(8), &record, handle);
+     },
+     OvraConvColorCube, OvraConvColorCube_Free},
+    {"polynomials", OVRA_ERROR_TABLE_NULL,
+     [](uintptr_t* handle) {
+       const OvraChannelPolynomial polynomials[3] = {};
+       return OvraConvColorCoef_Init(Format(8), Format(8), polynomials, handle);
+     },
+     OvraConvColor1DTbl, OvraConvColorCoef_Free},
+    {"matrix", OVRA_ERROR_MATRIX_NULL,
+     [](uintptr_t* handle) {
+       const OvraColorMatrix matrix = {};
+       return OvraConvColorMtx_Init(Format(8), Format(8), &matrix, handle);
+     },
+     OvraConvColorMtx, OvraConvColorMtx_Free},
+};
+
+// `word` given to a family that did not make it.
+void ExpectRefused(const Family& family, uintptr_t word) {
+  uint8_t pixel[3] = {7, 7, 7};
+  uintptr_t handle = word;
+  EXPECT_EQ(family.Convert(word, pixel), family.null_status) << family.name;
+  EXPECT_EQ(pixel[0], 7) << family.name;
+  EXPECT_EQ(family.release(&handle), family.null_status) << family.name;
+  EXPECT_EQ(handle, word) << family.name;
+}
+
+TEST(ColorHandle, OfAnotherFamilyAndWordsThatAreNoAddressAreRefused) {
+  for (const Family& owner : kFamilies) {
+    uintptr_t handle = 0;
+    ASSERT_EQ(owner.init(&handle), OVRA_OK);
+    for (const Family& other : kFamilies) {
+      if (&other != &owner) ExpectRefused(other, handle);
+      for (const uintptr_t word : {uintptr_t{1}, uintptr_t{0xFFF0}, handle + 1, handle + 4}) {
+        ExpectRefused(other, word);
+      }
+    }
+    uint8_t pixel[3] = {7, 7, 7};
+    EXPECT_EQ(owner.Convert(handle, pixel), OVRA_OK) << owner.name;
+    EXPECT_EQ(pixel[0], 0) << owner.name;
+    EXPECT_EQ(owner.release(&handle), OVRA_OK) << owner.name;
+    EXPECT_EQ(handle, 0U) << owner.name;
+  }
+}
+
 }  // namespace

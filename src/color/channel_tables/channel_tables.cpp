@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
-#include "color/channel_tables.h"
+#include "color/channel_tables/channel_tables.h"
 
 #include <utility>
 
-#include "color/channel_tables_kernels.h"
+#include "color/channel_tables/kernels.h"
 #include "color/handle.h"
 #include "core/work_memory.h"
 
@@ -14,34 +14,33 @@ static_assert(sizeof(ChannelPolynomial) == 32);
 
 constexpr int kChannels = 3;
 
-// What a handle stands for.
-struct ChannelTables {
-  FormatPair formats;
-  WorkMemory<uint16_t> table[kChannels];  // an entry for every value of the input depth
+constexpr FormatRules kRules = {
+    .channels = NumberSet::Of(kChannels),
+    .channels_refused = OVRA_ERROR_TABLE_CHANNELS,
+    .depths_bits = NumberSet::Between(8, 16),
+    .depth_refused = OVRA_ERROR_TABLE_DEPTH,
+    .accepts_model = IsRgbBgrOrYcc,
+    .model_refused = OVRA_ERROR_TABLE_COLOR_MODEL,
+    .arrangement_refused = OVRA_ERROR_TABLE_ARRANGEMENT,
 };
 
-Status Accept(const FormatPair& formats, DecodedFormatPair* decoded) {
-  constexpr FormatRules kRules = {
-      .channels = NumberSet::Of(kChannels),
-      .channels_refused = OVRA_ERROR_TABLE_CHANNELS,
-      .depths_bits = NumberSet::Between(8, 16),
-      .depth_refused = OVRA_ERROR_TABLE_DEPTH,
-      .accepts_model = IsRgbBgrOrYcc,
-      .model_refused = OVRA_ERROR_TABLE_COLOR_MODEL,
-      .arrangement_refused = OVRA_ERROR_TABLE_ARRANGEMENT,
-  };
-  return AcceptFormats(formats, kRules, kRules, decoded);
-}
+// What a handle stands for.
+struct ChannelTables : TaggedContext<0x7AB1E300> {
+  FormatPair formats;
+  DecodedFormatPair decoded;
+  WorkMemory<uint16_t> table[kChannels];  // an entry for every value of the input depth
+};
 
 // Makes the tables whose entries are entry(channel, value, greatest entry).
 template <class Entry>
 Status MakeTables(const FormatPair& formats, const Entry& entry, ContextPtr<ChannelTables>* made) {
   DecodedFormatPair decoded;
-  const Status status = Accept(formats, &decoded);
+  const Status status = DecodeAndCheckFormats(formats, kRules, kRules, &decoded);
   if (status != OVRA_OK) return status;
   ContextPtr<ChannelTables> context = MakeContext<ChannelTables>();
   if (context == nullptr) return OVRA_ERROR_NO_MEMORY;
   context->formats = formats;
+  context->decoded = decoded;
   const uint32_t last = decoded.input.MaxSample();
   for (int k = 0; k < kChannels; ++k) {
     WorkMemory<uint16_t>& table = context->table[k];
@@ -80,14 +79,15 @@ Status MakeTables(const FormatPair& formats, const ChannelPolynomial* coefficien
   return MakeTables(formats, entry, made);
 }
 
-SampleTables PrepareTables(const ChannelTables& context, const DecodedFormatPair& formats) {
+SampleTables PrepareTables(const ChannelTables& context) {
   SampleTables tables = {};
-  const bool reversed = formats.input.color_model == OVRA_MODEL_BGR;
+  const auto& [input, output] = context.decoded;
+  const bool reversed = input.color_model == OVRA_MODEL_BGR;
   for (int k = 0; k < kChannels; ++k) {
     tables.table[k] = context.table[reversed ? kChannels - 1 - k : k].data();
   }
-  tables.last = formats.input.MaxSample();
-  if (formats.input.depth_bits == 8 && formats.output.depth_bits == 8) {
+  tables.last = input.MaxSample();
+  if (input.depth_bits == 8 && output.depth_bits == 8) {
     for (int k = 0; k < kChannels; ++k) {
       for (int v = 0; v < 256; ++v) tables.bytes[k][v] = static_cast<uint8_t>(tables.table[k][v]);
     }
@@ -95,26 +95,16 @@ SampleTables PrepareTables(const ChannelTables& context, const DecodedFormatPair
   return tables;
 }
 
-template <class In, class Out>
-void ConvertRows(const ImagePair& images, const DecodedFormatPair& formats,
-                 const SampleTables& tables, KernelTier tier) {
-  MapChannelsRow<In, Out>* const map_row = SelectMapChannels<In, Out>(tier);
-  ForEachRow(images, formats, [&](const uint8_t* source, uint8_t* destination) {
-    map_row(reinterpret_cast<const In*>(source), reinterpret_cast<Out*>(destination), images.width,
-            tables);
-  });
-}
-
-Status Convert(const ImagePair& images, const FormatPair& formats, const ChannelTables& context,
-               const ChannelTableStatuses& statuses, KernelTier tier) {
-  DecodedFormatPair decoded;
-  const Status status = Accept(formats, &decoded);
-  if (status != OVRA_OK) return status;
-  if (formats != context.formats) return statuses.format_changed;
-  const SampleTables tables = PrepareTables(context, decoded);
-  WithSampleTypes(
-      decoded, [&]<class In, class Out>() { ConvertRows<In, Out>(images, decoded, tables, tier); });
-  return OVRA_OK;
+void Convert(const ImagePair& images, const ChannelTables& context, KernelTier tier) {
+  const ChannelTablesKernels& kernels =
+      ForTier(tier, kChannelTablesPlain, kChannelTablesPlain, kChannelTablesAvx2);
+  const auto& [input, output] = context.decoded;
+  MapChannelsRun* const map = kernels.map[input.depth_bits > 8][output.depth_bits > 8];
+  const SampleTables tables = PrepareTables(context);
+  ForEachRun(images, context.decoded,
+             [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+               map(source, destination, pixels, tables);
+             });
 }
 
 // `Given` is the caller's tables or polynomials.
@@ -133,8 +123,8 @@ Status ConvertOnce(const ImagePair& images, const FormatPair& formats, const Giv
   if (images.HasZeroSide()) return statuses.zero_size;
   ContextPtr<ChannelTables> context;
   const Status status = MakeTables(formats, given, &context);
-  if (status != OVRA_OK) return status;
-  return Convert(images, formats, *context, statuses, tier);
+  if (status == OVRA_OK) Convert(images, *context, tier);
+  return status;
 }
 
 }  // namespace
@@ -151,9 +141,16 @@ Status InitChannelTables(const FormatPair& formats, const ChannelPolynomial* coe
 
 Status ConvertByChannelTables(const ImagePair& images, const FormatPair& formats, uintptr_t handle,
                               const ChannelTableStatuses& statuses, KernelTier tier) {
-  if (images.HasNull() || handle == 0) return statuses.null;
+  const auto* const context = ContextOf<const ChannelTables>(handle);
+  if (images.HasNull() || context == nullptr) return statuses.null;
   if (images.HasZeroSide()) return statuses.zero_size;
-  return Convert(images, formats, *ContextOf<ChannelTables>(handle), statuses, tier);
+  if (formats != context->formats) {  // those have been accepted
+    DecodedFormatPair decoded;
+    const Status status = DecodeAndCheckFormats(formats, kRules, kRules, &decoded);
+    return status == OVRA_OK ? statuses.format_changed : status;
+  }
+  Convert(images, *context, tier);
+  return OVRA_OK;
 }
 
 Status ConvertByChannelTablesOnce(const ImagePair& images, const FormatPair& formats,
@@ -168,8 +165,7 @@ Status ConvertByChannelTablesOnce(const ImagePair& images, const FormatPair& for
 
 Status FreeChannelTables(uintptr_t* handle) {
   if (handle == nullptr) return OVRA_ERROR_TABLE_NULL;
-  ReleaseHandle<ChannelTables>(handle);
-  return OVRA_OK;
+  return ReleaseHandle<ChannelTables>(handle, OVRA_OK, OVRA_ERROR_TABLE_NULL);
 }
 
 }  // namespace ovra
@@ -188,34 +184,39 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef_Init(OvraPixelFormatCode in_form
   return ovra::InitChannelTables({in_format, out_format}, coefficients, handle_out);
 }
 
-OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                 int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl(const uint8_t* source, uint8_t* destination,
+                                                 int32_t width, int32_t height,
+                                                 OvraPixelFormatCode in_format,
                                                  OvraPixelFormatCode out_format, uintptr_t handle) {
-  return ovra::ConvertByChannelTables({src, dst, width, height}, {in_format, out_format}, handle,
-                                      ovra::kTableStatuses, ovra::DetectedTier());
+  return ovra::ConvertByChannelTables({source, destination, width, height}, {in_format, out_format},
+                                      handle, ovra::kTableStatuses, ovra::DetectedTier());
 }
 
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCoef(const uint8_t* source, uint8_t* destination,
+                                                int32_t width, int32_t height,
+                                                OvraPixelFormatCode in_format,
                                                 OvraPixelFormatCode out_format, uintptr_t handle) {
-  return ovra::ConvertByChannelTables({src, dst, width, height}, {in_format, out_format}, handle,
-                                      ovra::kCoefficientStatuses, ovra::DetectedTier());
+  return ovra::ConvertByChannelTables({source, destination, width, height}, {in_format, out_format},
+                                      handle, ovra::kCoefficientStatuses, ovra::DetectedTier());
 }
 
-OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* src, uint8_t* dst,
-                                                           int32_t width, int32_t height,
+OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTblSingleStep(const uint8_t* source,
+                                                           uint8_t* destination, int32_t width,
+                                                           int32_t height,
                                                            OvraPixelFormatCode in_format,
                                                            OvraPixelFormatCode out_format,
                                                            const OvraChannelTableSet* tables) {
-  return ovra::ConvertByChannelTablesOnce({src, dst, width, height}, {in_format, out_format},
-                                          tables, ovra::DetectedTier());
+  return ovra::ConvertByChannelTablesOnce({source, destination, width, height},
+                                          {in_format, out_format}, tables, ovra::DetectedTier());
 }
 
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCoefSingleStep(
-    const uint8_t* src, uint8_t* dst, int32_t width, int32_t height, OvraPixelFormatCode in_format,
-    OvraPixelFormatCode out_format, const OvraChannelPolynomial* coefficients) {
-  return ovra::ConvertByChannelTablesOnce({src, dst, width, height}, {in_format, out_format},
-                                          coefficients, ovra::DetectedTier());
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format,
+    const OvraChannelPolynomial* coefficients) {
+  return ovra::ConvertByChannelTablesOnce({source, destination, width, height},
+                                          {in_format, out_format}, coefficients,
+                                          ovra::DetectedTier());
 }
 
 OVRA_API OvraStatus OVRA_CALL OvraConvColor1DTbl_Free(uintptr_t* handle) {

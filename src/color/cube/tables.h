@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-#include "color/cube_kernels.h"
+#include "color/cube/kernels.h"
 #include "core/status.h"
 #include "core/work_memory.h"
 #include "ovra/color.h"

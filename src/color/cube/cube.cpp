@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
-#include "color/cube.h"
+#include "color/cube/cube.h"
 
-#include "color/handle.h"
+#include <utility>
 
 namespace ovra {
 namespace {
@@ -81,18 +81,37 @@ CubeLayout LayoutOf(const CubeVariant& variant, const DecodedFormatPair& formats
   return layout;
 }
 
-void RunRows(const ImagePair& images, const DecodedFormatPair& formats, const CubeMemory& memory,
-             KernelTier tier) {
-  CubeKernelShape shape;
-  shape.deep_input = formats.input.depth_bits > 8;
-  shape.deep_output = formats.output.depth_bits > 8;
-  shape.wide_coefficients = memory.HasWideCoefficients();
-  shape.four_channels = formats.output.channels == 4;
-  ConvertCubeRow* const convert_row = SelectCubeRow(shape, tier);
-  const CubeTables tables = memory.Tables(static_cast<int32_t>(formats.output.MaxSample()));
-  ForEachRow(images, formats, [&](const uint8_t* source, uint8_t* destination) {
-    convert_row(source, destination, images.width, tables);
-  });
+ConvertCubeRun* ChooseKernel(const CubeContext& context, KernelTier tier) {
+  const CubeKernels& kernels = ForTier(tier, kCubePlain, kCubeSse, kCubeAvx2);
+  const bool deep_input = context.decoded.input.depth_bits > 8;
+  const bool deep_output = context.decoded.output.depth_bits > 8;
+  const bool four_channels = context.decoded.output.channels == 4;
+  return context.memory.HasWideCoefficients()
+             ? kernels.wide[deep_output][four_channels]
+             : kernels.narrow[deep_input][deep_output][four_channels];
+}
+
+void Convert(const ImagePair& images, const CubeContext& context, KernelTier tier) {
+  ConvertCubeRun* const convert = ChooseKernel(context, tier);
+  const auto max_output = static_cast<int32_t>(context.decoded.output.MaxSample());
+  const CubeTables tables = context.memory.Tables(max_output);
+  ForEachRun(images, context.decoded,
+             [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+               convert(source, destination, pixels, tables);
+             });
+}
+
+Status MakeContextOf(const CubeVariant& variant, const FormatPair& formats,
+                     const OvraColorCube& cube, ContextPtr<CubeContext>* context) {
+  ContextPtr<CubeContext> made = MakeContext<CubeContext>();
+  if (made == nullptr) return OVRA_ERROR_NO_MEMORY;
+  Status status =
+      DecodeAndCheckFormats(formats, variant.input_rules, variant.output_rules, &made->decoded);
+  if (status == OVRA_OK) status = made->memory.Build(cube, LayoutOf(variant, made->decoded));
+  if (status != OVRA_OK) return status;
+  made->formats = formats;
+  *context = std::move(made);
+  return OVRA_OK;
 }
 
 }  // namespace
@@ -100,18 +119,10 @@ void RunRows(const ImagePair& images, const DecodedFormatPair& formats, const Cu
 Status MakeCubeContext(const FormatPair& formats, const OvraColorCube* cube,
                        ContextPtr<CubeContext>* context) {
   const CubeVariant* variant = nullptr;
-  Status status = SelectVariant(formats, &variant);
+  const Status status = SelectVariant(formats, &variant);
   if (status != OVRA_OK) return status;
   if (cube == nullptr) return OVRA_ERROR_CUBE_NULL;
-  ContextPtr<CubeContext> made = MakeContext<CubeContext>();
-  if (made == nullptr) return OVRA_ERROR_NO_MEMORY;
-  DecodedFormatPair decoded;
-  status = AcceptFormats(formats, variant->input_rules, variant->output_rules, &decoded);
-  if (status == OVRA_OK) status = made->memory.Build(*cube, LayoutOf(*variant, decoded));
-  if (status != OVRA_OK) return status;
-  made->formats = formats;
-  *context = std::move(made);
-  return OVRA_OK;
+  return MakeContextOf(*variant, formats, *cube, context);
 }
 
 Status ConvColorCube(const ImagePair& images, const FormatPair& formats, const CubeContext* context,
@@ -122,12 +133,12 @@ Status ConvColorCube(const ImagePair& images, const FormatPair& formats, const C
   if (status != OVRA_OK) return status;
   if (images.HasNull()) return OVRA_ERROR_CUBE_NULL;
   if (images.HasZeroSide()) return OVRA_ERROR_CUBE_ZERO_SIZE;
-  // The formats of the handle, by the rules of the variant that this call asks for.
-  DecodedFormatPair decoded;
-  status = AcceptFormats(context->formats, variant->input_rules, variant->output_rules, &decoded);
-  if (status != OVRA_OK) return status;
-  if (formats != context->formats) return OVRA_ERROR_CUBE_FORMAT_CHANGED;
-  RunRows(images, decoded, context->memory, tier);
+  if (formats != context->formats) {
+    // The formats of the handle, by the rules of the variant that this call asks for.
+    status = CheckFormats(context->decoded, variant->input_rules, variant->output_rules);
+    return status == OVRA_OK ? OVRA_ERROR_CUBE_FORMAT_CHANGED : status;
+  }
+  Convert(images, *context, tier);
   return OVRA_OK;
 }
 
@@ -140,9 +151,9 @@ Status ConvColorCubeSingleStep(const ImagePair& images, const FormatPair& format
   if (images.HasNull()) return OVRA_ERROR_CUBE_NULL;
   if (images.HasZeroSide()) return OVRA_ERROR_CUBE_ZERO_SIZE;
   ContextPtr<CubeContext> context;
-  status = MakeCubeContext(formats, cube, &context);
-  if (status != OVRA_OK) return status;
-  return ConvColorCube(images, formats, context.get(), tier);
+  status = MakeContextOf(*variant, formats, *cube, &context);
+  if (status == OVRA_OK) Convert(images, *context, tier);
+  return status;
 }
 
 }  // namespace ovra
@@ -157,24 +168,23 @@ OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Init(OvraPixelFormatCode in_form
       });
 }
 
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCube(const uint8_t* src, uint8_t* dst, int32_t width,
-                                                int32_t height, OvraPixelFormatCode in_format,
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCube(const uint8_t* source, uint8_t* destination,
+                                                int32_t width, int32_t height,
+                                                OvraPixelFormatCode in_format,
                                                 OvraPixelFormatCode out_format, uintptr_t handle) {
-  return ovra::ConvColorCube({src, dst, width, height}, {in_format, out_format},
-                             ovra::ContextOf<ovra::CubeContext>(handle), ovra::DetectedTier());
+  return ovra::ConvColorCube({source, destination, width, height}, {in_format, out_format},
+                             ovra::ContextOf<const ovra::CubeContext>(handle),
+                             ovra::DetectedTier());
 }
 
 OVRA_API OvraStatus OVRA_CALL OvraConvColorCube_Free(uintptr_t* handle) {
-  if (handle == nullptr || *handle == 0) return OVRA_ERROR_CUBE_NULL;
-  ovra::ReleaseHandle<ovra::CubeContext>(handle);
-  return OVRA_OK;
+  if (handle == nullptr) return OVRA_ERROR_CUBE_NULL;
+  return ovra::ReleaseHandle<ovra::CubeContext>(handle, OVRA_ERROR_CUBE_NULL, OVRA_ERROR_CUBE_NULL);
 }
 
-OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(const uint8_t* src, uint8_t* dst,
-                                                          int32_t width, int32_t height,
-                                                          OvraPixelFormatCode in_format,
-                                                          OvraPixelFormatCode out_format,
-                                                          const OvraColorCube* cube) {
-  return ovra::ConvColorCubeSingleStep({src, dst, width, height}, {in_format, out_format}, cube,
-                                       ovra::DetectedTier());
+OVRA_API OvraStatus OVRA_CALL OvraConvColorCubeSingleStep(
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format, const OvraColorCube* cube) {
+  return ovra::ConvColorCubeSingleStep({source, destination, width, height},
+                                       {in_format, out_format}, cube, ovra::DetectedTier());
 }

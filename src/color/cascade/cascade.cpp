@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
-#include "color/cascade.h"
+#include "color/cascade/cascade.h"
 
 #include <limits>
 
-#include "color/cube.h"
+#include "color/cube/cube.h"
 
 namespace ovra {
 namespace {
 
 // Nodes are read as 16-bit and written as 12-bit pixels of the normal channel order.
-constexpr FormatPair kNodeFormats = {0x00000128, 0x00000124};
+constexpr FormatPair kNodeFormats = {
+    OvraMakePixelFormat(16, 3, OVRA_MODEL_RGB, 1, OVRA_ROWS_TOP_DOWN),
+    OvraMakePixelFormat(12, 3, OVRA_MODEL_RGB, 1, OVRA_ROWS_TOP_DOWN)};
 
 Status CheckAxis(uint32_t count, const uint16_t* grid) {
   if (count == 0) return OVRA_ERROR_CASCADE_GRID_COUNT;

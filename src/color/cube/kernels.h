@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: MIT
-// Row kernels of the colour cube, and the tables that they read.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-
-#include "core/cpu.h"
 
 namespace ovra {
 
@@ -51,28 +48,20 @@ struct CubeTables {
   int32_t max_output;        // results are clamped to 0..max_output
 };
 
-// Converts `pixels` pixels of three input samples. A row may be converted in place when input and
-// output pixels have the same size.
-using ConvertCubeRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+// Converts a run of pixels of three input samples. Samples are bytes, or 16-bit words where deep. A
+// run may be converted in place when input and output pixels have the same size.
+using ConvertCubeRun = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                             const CubeTables& tables);
 
-// Which instance of a kernel. Deep samples have two bytes. Coefficients of shallow input are always
-// narrow.
-struct CubeKernelShape {
-  bool deep_input;
-  bool deep_output;
-  bool wide_coefficients;
-  bool four_channels;
+struct CubeKernels {
+  // Coefficients of 16 bits: [deep input][deep output][four output channels].
+  ConvertCubeRun* narrow[2][2][2];
+  // Coefficients of 32 bits, which deep input alone has: [deep output][four output channels].
+  ConvertCubeRun* wide[2][2];
 };
 
-ConvertCubeRow* SelectCubeRowPlain(const CubeKernelShape& shape);
-ConvertCubeRow* SelectCubeRowSse(const CubeKernelShape& shape);
-ConvertCubeRow* SelectCubeRowAvx2(const CubeKernelShape& shape);
-
-inline ConvertCubeRow* SelectCubeRow(const CubeKernelShape& shape, KernelTier tier) {
-  if (tier == KernelTier::kAvx2) return SelectCubeRowAvx2(shape);
-  if (tier == KernelTier::kSse) return SelectCubeRowSse(shape);
-  return SelectCubeRowPlain(shape);
-}
+extern const CubeKernels kCubePlain;
+extern const CubeKernels kCubeSse;
+extern const CubeKernels kCubeAvx2;
 
 }  // namespace ovra

@@ -3,7 +3,8 @@
 #pragma once
 
 #include "color/conversion.h"
-#include "color/cube_tables.h"
+#include "color/cube/tables.h"
+#include "color/handle.h"
 #include "core/cpu.h"
 #include "core/work_memory.h"
 #include "ovra/color.h"
@@ -11,8 +12,9 @@
 namespace ovra {
 
 // What stands behind a colour cube's handle. Not changed after it was made.
-struct CubeContext {
+struct CubeContext : TaggedContext<0xC0BEC0BE> {
   FormatPair formats;
+  DecodedFormatPair decoded;
   CubeMemory memory;
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "color/cube_tables.h"
+#include "color/cube/tables.h"
 
 #include <algorithm>
 #include <limits>

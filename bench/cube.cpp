@@ -5,8 +5,9 @@
 #include <vector>
 
 #include "bench_support.h"
-#include "color/cascade.h"
-#include "color/cube.h"
+#include "color/cascade/cascade.h"
+#include "color/cube/cube.h"
+#include "depth_pairs.h"
 
 namespace ovra_bench {
 namespace {
@@ -78,6 +79,17 @@ struct Variant {
   uint32_t points;
 };
 
+void RegisterNarrow(const Look& look) {
+  ForNarrowWidths("cube/8x3", [&](const std::string& name, int32_t width, double pixels) {
+    ovra::ContextPtr<ovra::CubeContext> made;
+    if (ovra::MakeCubeContext(NarrowFormats(width), &look.cube, &made) != OVRA_OK) return;
+    const std::shared_ptr<ovra::CubeContext> context = std::move(made);
+    RegisterTiers(name, pixels, [=](ovra::KernelTier tier) {
+      ovra::ConvColorCube(NarrowImages(width), NarrowFormats(width), context.get(), tier);
+    });
+  });
+}
+
 void RegisterVariant(const Variant& variant) {
   const bool four = variant.channels == 4;
   const Look look(variant.points, variant.channels, (1U << variant.input_depth) - 1,
@@ -90,6 +102,7 @@ void RegisterVariant(const Variant& variant) {
   ovra::ContextPtr<ovra::CubeContext> made;
   if (ovra::MakeCubeContext(formats, &look.cube, &made) != OVRA_OK) return;
   const std::shared_ptr<ovra::CubeContext> context = std::move(made);
+  if (variant.points == 17 && std::string(variant.name) == "8x3") RegisterNarrow(look);
   const size_t bytes_out =
       kSamples / 3 * variant.channels * (variant.output_depth > 8 ? size_t{2} : size_t{1});
   for (const Content content : {Content::kRandom, Content::kPhotographic}) {

@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+// Bytes to bytes by shuffles, for registers of any width. Included by the kernel file of AVX2, from
+// which on it is faster than the plain form.
+#pragma once
+
+#include "color/channel_tables/kernels.h"
+#include "core/vector_ops.h"
+
+namespace ovra {
+namespace {
+
+// The look-up is a tree: a byte shuffle picks from one of 16 table rows by the low four bits of the
+// index, blends choose between rows by one further bit each. A blend looks at the top bit of every
+// byte.
+template <class V>
+struct TableLookUp {
+  using Reg = typename V::Reg;
+
+  static Reg Run(const uint8_t* table, Reg index) {
+    // The shifts carry bits into the next byte, but only below its top bit.
+    const Bits bits = {V::ShiftLeft16(index, 3), V::ShiftLeft16(index, 2),
+                       V::ShiftLeft16(index, 1)};
+    const Reg flipped = V::Xor(index, V::Set8(-128));
+    return V::Or(HalfOfTable(table, index, bits), HalfOfTable(table + 128, flipped, bits));
+  }
+
+ private:
+  struct Bits {
+    Reg bit4;
+    Reg bit5;
+    Reg bit6;
+  };
+
+  static Reg Row(const uint8_t* row, Reg index) {
+    return V::Shuffle8(V::LoadToAllLanes(row), index);
+  }
+  static Reg TwoRows(const uint8_t* rows, Reg index, const Bits& bits) {
+    return V::Choose8(Row(rows, index), Row(rows + 16, index), bits.bit4);
+  }
+  static Reg FourRows(const uint8_t* rows, Reg index, const Bits& bits) {
+    return V::Choose8(TwoRows(rows, index, bits), TwoRows(rows + 32, index, bits), bits.bit5);
+  }
+  // Entries 0..127; 0 for an index that has its top bit set, as the shuffle does it.
+  static Reg HalfOfTable(const uint8_t* half, Reg index, const Bits& bits) {
+    return V::Choose8(FourRows(half, index, bits), FourRows(half + 64, index, bits), bits.bit6);
+  }
+};
+
+// -1 in every third byte from the first one given on.
+struct EveryThird {
+  alignas(32) int8_t bytes[32] = {};
+
+  explicit constexpr EveryThird(int first) {
+    for (int i = first; i < 32; i += 3) bytes[i] = -1;
+  }
+};
+
+// a where p % 3 == 0, b where p % 3 == 1, c where p % 3 == 2, p being the place of a byte.
+template <class V>
+typename V::Reg Interleave(typename V::Reg a, typename V::Reg b, typename V::Reg c) {
+  static constexpr EveryThird kTakeB(1);
+  static constexpr EveryThird kTakeC(2);
+  return V::Choose8(V::Choose8(a, b, V::LoadAligned(kTakeB.bytes)), c,
+                    V::LoadAligned(kTakeC.bytes));
+}
+
+template <class V>
+void MapBytes(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+              const SampleTables& tables) {
+  static_assert(V::kBytes % 3 == 2,
+                "the order in which channels begin registers is that of 32 bytes");
+  std::ptrdiff_t i = 0;
+  for (; i + V::kBytes <= pixels; i += V::kBytes) {
+    const uint8_t* const in = source + 3 * i;
+    uint8_t* const out = destination + 3 * i;
+    const auto a = V::Load(in);
+    const auto b = V::Load(in + V::kBytes);
+    const auto c = V::Load(in + 2 * V::kBytes);
+    // The three registers begin with channels 0, 2 and 1. So the bytes of one channel lie in places
+    // of their own: they gather in one register without moving, and go back in the same way.
+    const auto channel0 = TableLookUp<V>::Run(tables.bytes[0], Interleave<V>(a, b, c));
+    const auto channel1 = TableLookUp<V>::Run(tables.bytes[1], Interleave<V>(c, a, b));
+    const auto channel2 = TableLookUp<V>::Run(tables.bytes[2], Interleave<V>(b, c, a));
+    V::Store(out, Interleave<V>(channel0, channel1, channel2));
+    V::Store(out + V::kBytes, Interleave<V>(channel2, channel0, channel1));
+    V::Store(out + 2 * V::kBytes, Interleave<V>(channel1, channel2, channel0));
+  }
+  kChannelTablesPlain.map[0][0](source + 3 * i, destination + 3 * i, pixels - i, tables);
+}
+
+template <bool kDeepSource, bool kDeepDestination>
+void AsPlain(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+             const SampleTables& tables) {
+  kChannelTablesPlain.map[kDeepSource][kDeepDestination](source, destination, pixels, tables);
+}
+
+template <class V>
+constexpr ChannelTablesKernels kChannelTablesOf = {
+    {{MapBytes<V>, AsPlain<false, true>}, {AsPlain<true, false>, AsPlain<true, true>}}};
+
+}  // namespace
+}  // namespace ovra

@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+#include "color/color_matrix/color_matrix.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+#include "color/color_matrix/kernels.h"
+#include "color/handle.h"
+#include "core/saturate.h"
+#include "core/work_memory.h"
+
+namespace ovra {
+namespace {
+
+static_assert(sizeof(ColorMatrix) == 244);
+
+constexpr int kChannels = 3;
+constexpr int kTerms = 10;
+constexpr int kConstantTerm = 3;  // the linear terms stand before it, those of second order after
+
+constexpr FormatRules kRules = {
+    .channels = NumberSet::Of(kChannels),
+    .channels_refused = OVRA_ERROR_MATRIX_CHANNELS,
+    .depths_bits = NumberSet::Between(8, 16),
+    .depth_refused = OVRA_ERROR_MATRIX_DEPTH,
+    .accepts_model = IsRgbBgrOrYcc,
+    .model_refused = OVRA_ERROR_MATRIX_COLOR_MODEL,
+    .arrangement_refused = OVRA_ERROR_MATRIX_ARRANGEMENT,
+};
+
+// What a handle stands for.
+struct ColorMatrixContext : TaggedContext<0x3A7B1C00> {
+  FormatPair formats;
+  DecodedFormatPair decoded;
+  ColorMatrix matrix;
+};
+
+// Whether a weight asks for its term. Denormal numbers do; infinities and what is no number do not.
+bool CountsAsZero(double weight) {
+  const double magnitude = std::fabs(weight);
+  return !(magnitude * std::numeric_limits<double>::epsilon() < magnitude);
+}
+
+bool HasSecondOrderTerm(const ColorMatrix& matrix) {
+  for (int k = 0; k < kChannels; ++k) {
+    for (int t = kConstantTerm + 1; t < kTerms; ++t) {
+      if (!CountsAsZero(matrix.rows[k][t])) return true;
+    }
+  }
+  return false;
+}
+
+// Fractional bits of the fixed-point weights: one more than the depth up to 12 bits; beyond, depth and
+// fractional bits make 25.
+int32_t FixedShift(uint32_t input_depth_bits) {
+  const auto depth = static_cast<int32_t>(input_depth_bits);
+  return depth <= 12 ? depth + 1 : 25 - depth;
+}
+
+void PreparePairs(bool deep_input, FixedMatrix* fixed) {
+  fixed->fits_pairs = true;
+  for (const FixedMatrix::Samples& weights : fixed->weight) {
+    for (const int32_t weight : weights) {
+      if (weight != static_cast<int16_t>(weight)) fixed->fits_pairs = false;
+    }
+  }
+  if (!fixed->fits_pairs) return;
+  constexpr int32_t kLowHalf = 0xFFFF;
+  const int32_t signed_zero = deep_input ? 1 << 15 : 0;
+  for (int i = 0; i < FixedMatrix::kSamples; ++i) {
+    const int32_t w0 = fixed->weight[0][i];
+    const int32_t w1 = fixed->weight[1][i];
+    const int32_t w2 = fixed->weight[2][i];
+    fixed->weights01[i] = w1 * (kLowHalf + 1) | (w0 & kLowHalf);
+    fixed->weight2[i] = w2 & kLowHalf;
+    // Modulo 2^32, as all sums are.
+    fixed->pair_sum[i] = static_cast<int32_t>(static_cast<uint32_t>(signed_zero) *
+                                                  static_cast<uint32_t>(w0 + w1 + w2) +
+                                              (1U << (fixed->shift - 1)));
+  }
+}
+
+FixedMatrix MakeFixedMatrix(const ColorMatrix& matrix, const DecodedFormatPair& formats) {
+  FixedMatrix fixed = {};
+  fixed.shift = FixedShift(formats.input.depth_bits);
+  fixed.max = static_cast<int32_t>(formats.output.MaxSample());
+  const double scale = 1 << fixed.shift;
+  for (int i = 0; i < FixedMatrix::kSamples; ++i) {
+    const int k = i % kChannels;
+    for (int j = 0; j < kChannels; ++j) {
+      fixed.weight[j][i] = TruncateToInt32(matrix.rows[k][j] * scale);
+    }
+    fixed.offset[i] = TruncateToInt32(matrix.rows[k][kConstantTerm]);
+  }
+  PreparePairs(formats.input.depth_bits > 8, &fixed);
+  return fixed;
+}
+
+DoubleMatrix MakeDoubleMatrix(const ColorMatrix& matrix, const DecodedFormatPair& formats) {
+  DoubleMatrix exact = {};
+  exact.max = formats.output.MaxSample();
+  for (int k = 0; k < kChannels; ++k) {
+    for (int t = 0; t < kTerms; ++t) {
+      for (double& weight : exact.weight[k][t]) weight = matrix.rows[k][t];
+    }
+  }
+  return exact;
+}
+
+// `kernels` are indexed by the depths of the formats.
+template <class Matrix>
+void ConvertRuns(const ImagePair& images, const DecodedFormatPair& formats, const Matrix& matrix,
+                 ConvertMatrixRun<Matrix>* const (&kernels)[2][2]) {
+  ConvertMatrixRun<Matrix>* const convert =
+      kernels[formats.input.depth_bits > 8][formats.output.depth_bits > 8];
+  ForEachRun(images, formats,
+             [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+               convert(source, destination, pixels, matrix);
+             });
+}
+
+Status MakeMatrixContext(const FormatPair& formats, const ColorMatrix& matrix,
+                         ContextPtr<ColorMatrixContext>* made) {
+  DecodedFormatPair decoded;
+  const Status status = DecodeAndCheckFormats(formats, kRules, kRules, &decoded);
+  if (status != OVRA_OK) return status;
+  ContextPtr<ColorMatrixContext> context = MakeContext<ColorMatrixContext>();
+  if (context == nullptr) return OVRA_ERROR_NO_MEMORY;
+  context->formats = formats;
+  context->decoded = decoded;
+  context->matrix = matrix;
+  *made = std::move(context);
+  return OVRA_OK;
+}
+
+void Convert(const ImagePair& images, const ColorMatrixContext& context, KernelTier tier) {
+  const ColorMatrixKernels& kernels =
+      ForTier(tier, kColorMatrixPlain, kColorMatrixSse, kColorMatrixAvx2);
+  // One arithmetic for the whole matrix, also for rows without second-order terms.
+  if (HasSecondOrderTerm(context.matrix)) {
+    const DoubleMatrix matrix = MakeDoubleMatrix(context.matrix, context.decoded);
+    ConvertRuns(images, context.decoded, matrix, kernels.exact);
+  } else {
+    const FixedMatrix matrix = MakeFixedMatrix(context.matrix, context.decoded);
+    ConvertRuns(images, context.decoded, matrix,
+                matrix.fits_pairs ? kernels.fixed_pairs : kernels.fixed);
+  }
+}
+
+}  // namespace
+
+Status InitColorMatrix(const FormatPair& formats, const ColorMatrix* matrix,
+                       uintptr_t* handle_out) {
+  if (matrix == nullptr) return OVRA_ERROR_MATRIX_NULL;
+  return CreateHandle<ColorMatrixContext>(handle_out, OVRA_ERROR_MATRIX_NULL,
+                                          [&](ContextPtr<ColorMatrixContext>* made) {
+                                            return MakeMatrixContext(formats, *matrix, made);
+                                          });
+}
+
+Status ConvertByColorMatrix(const ImagePair& images, const FormatPair& formats, uintptr_t handle,
+                            KernelTier tier) {
+  const auto* const context = ContextOf<const ColorMatrixContext>(handle);
+  if (images.HasNull() || context == nullptr) return OVRA_ERROR_MATRIX_NULL;
+  if (images.HasZeroSide()) return OVRA_ERROR_MATRIX_ZERO_SIZE;
+  if (formats != context->formats) {  // those have been accepted
+    DecodedFormatPair decoded;
+    const Status status = DecodeAndCheckFormats(formats, kRules, kRules, &decoded);
+    return status == OVRA_OK ? OVRA_ERROR_FORMAT_CHANGED : status;
+  }
+  Convert(images, *context, tier);
+  return OVRA_OK;
+}
+
+Status ConvertByColorMatrixOnce(const ImagePair& images, const FormatPair& formats,
+                                const ColorMatrix* matrix, KernelTier tier) {
+  if (images.HasNull() || matrix == nullptr) return OVRA_ERROR_MATRIX_NULL;
+  if (images.HasZeroSide()) return OVRA_ERROR_MATRIX_ZERO_SIZE;
+  ContextPtr<ColorMatrixContext> context;
+  const Status status = MakeMatrixContext(formats, *matrix, &context);
+  if (status == OVRA_OK) Convert(images, *context, tier);
+  return status;
+}
+
+Status FreeColorMatrix(uintptr_t* handle) {
+  if (handle == nullptr) return OVRA_ERROR_MATRIX_NULL;
+  return ReleaseHandle<ColorMatrixContext>(handle, OVRA_OK, OVRA_ERROR_MATRIX_NULL);
+}
+
+}  // namespace ovra
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Init(OvraPixelFormatCode in_format,
+                                                    OvraPixelFormatCode out_format,
+                                                    const OvraColorMatrix* matrix,
+                                                    uintptr_t* handle_out) {
+  return ovra::InitColorMatrix({in_format, out_format}, matrix, handle_out);
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx(const uint8_t* source, uint8_t* destination,
+                                               int32_t width, int32_t height,
+                                               OvraPixelFormatCode in_format,
+                                               OvraPixelFormatCode out_format, uintptr_t handle) {
+  return ovra::ConvertByColorMatrix({source, destination, width, height}, {in_format, out_format},
+                                    handle, ovra::DetectedTier());
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtxSingleStep(
+    const uint8_t* source, uint8_t* destination, int32_t width, int32_t height,
+    OvraPixelFormatCode in_format, OvraPixelFormatCode out_format, const OvraColorMatrix* matrix) {
+  return ovra::ConvertByColorMatrixOnce({source, destination, width, height},
+                                        {in_format, out_format}, matrix, ovra::DetectedTier());
+}
+
+OVRA_API OvraStatus OVRA_CALL OvraConvColorMtx_Free(uintptr_t* handle) {
+  return ovra::FreeColorMatrix(handle);
+}

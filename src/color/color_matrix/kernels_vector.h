@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+// The vector forms, for registers of any width. Included by one kernel file a tier.
+#pragma once
+
+#include "color/color_matrix/kernels.h"
+#include "core/vector_ops.h"
+
+namespace ovra {
+namespace {
+
+constexpr int kLaneBytes = 16;
+
+template <class V>
+const ColorMatrixKernels& Rest() {
+  return NarrowerThan<V>(kColorMatrixPlain, kColorMatrixSse);
+}
+
+template <class Sample>
+constexpr bool kDeep = sizeof(Sample) == 2;
+
+// Fixed point ------------------------------------------------------------------------------------
+//
+// Each 32-bit element computes one output sample, and the elements follow the order of the samples in
+// memory, so that results only need packing. Four pixels are 12 samples: three registers ("thirds")
+// a lane, whose patterns of pixels and channels repeat from group to group.
+
+constexpr int kThirds = 3;
+constexpr int kGroupPixels = 4;
+constexpr int kGroupSamples = 3 * kGroupPixels;
+constexpr int kLaneGroups = 4;
+constexpr int kLaneSamples = kLaneGroups * kGroupSamples;
+
+// Where a third finds its input: the 16 bytes that start at this sample of the group.
+template <class In>
+constexpr int ThirdStart(int third) {
+  return kDeep<In> ? 3 * third : 0;  // 16 bytes hold all four pixels, or two and a half
+}
+
+// Shuffles that bring input channel kLow of its pixel into the low half of every element of a third,
+// and channel kHigh into the high half (-1: zero).
+template <class In, int kLow, int kHigh>
+struct PickChannels {
+  alignas(kLaneBytes) int8_t order[kThirds][kLaneBytes] = {};
+
+  constexpr PickChannels() {
+    constexpr int kSampleBytes = sizeof(In);
+    for (int third = 0; third < kThirds; ++third) {
+      for (int i = 0; i < kLaneBytes; ++i) {
+        const int pixel = (4 * third + i / 4) / 3;
+        const int channel = i % 4 < 2 ? kLow : kHigh;
+        const int sample = 3 * pixel + channel - ThirdStart<In>(third);
+        const bool empty = channel < 0 || i % 2 >= kSampleBytes;
+        order[third][i] = static_cast<int8_t>(empty ? -1 : sample * kSampleBytes + i % 2);
+      }
+    }
+  }
+};
+
+template <class In, int kLow, int kHigh = -1>
+constexpr PickChannels<In, kLow, kHigh> kPickChannels;
+
+template <class V>
+void LoadThirds(const FixedMatrix::Samples& samples, typename V::Reg (&thirds)[kThirds]) {
+  for (int third = 0; third < kThirds; ++third) {
+    thirds[third] = V::LoadToAllLanes(samples + 4 * third);
+  }
+}
+
+template <class V>
+void LoadThirds(const int8_t (&orders)[kThirds][kLaneBytes], typename V::Reg (&thirds)[kThirds]) {
+  for (int third = 0; third < kThirds; ++third) thirds[third] = V::LoadToAllLanes(orders[third]);
+}
+
+// Sums by multiply-add pairs.
+template <class V, class In>
+class PairSums {
+  using Reg = typename V::Reg;
+
+ public:
+  explicit PairSums(const FixedMatrix& matrix) {
+    LoadThirds<V>(kPickChannels<In, 0, 1>.order, pick01_);
+    LoadThirds<V>(kPickChannels<In, 2>.order, pick2_);
+    LoadThirds<V>(matrix.weights01, weights01_);
+    LoadThirds<V>(matrix.weight2, weight2_);
+    LoadThirds<V>(matrix.pair_sum, sum_);
+  }
+
+  Reg operator()(int third, Reg samples) const {
+    if constexpr (kDeep<In>) samples = V::FlipSign16(samples);
+    const Reg products01 = V::MulAdd16(V::Shuffle8(samples, pick01_[third]), weights01_[third]);
+    const Reg products2 = V::MulAdd16(V::Shuffle8(samples, pick2_[third]), weight2_[third]);
+    return V::Add32(V::Add32(products01, products2), sum_[third]);
+  }
+
+ private:
+  Reg pick01_[kThirds], pick2_[kThirds];
+  Reg weights01_[kThirds], weight2_[kThirds];
+  Reg sum_[kThirds];
+};
+
+// Sums by 32-bit products, for all weights.
+template <class V, class In>
+class WideSums {
+  using Reg = typename V::Reg;
+
+ public:
+  explicit WideSums(const FixedMatrix& matrix) : half_(V::Set32(1 << (matrix.shift - 1))) {
+    LoadThirds<V>(kPickChannels<In, 0>.order, pick_[0]);
+    LoadThirds<V>(kPickChannels<In, 1>.order, pick_[1]);
+    LoadThirds<V>(kPickChannels<In, 2>.order, pick_[2]);
+    for (int j = 0; j < 3; ++j) LoadThirds<V>(matrix.weight[j], weight_[j]);
+  }
+
+  Reg operator()(int third, Reg samples) const {
+    Reg sum = half_;
+    for (int j = 0; j < 3; ++j) {
+      const Reg x = V::Shuffle8(samples, pick_[j][third]);
+      sum = V::Add32(sum, V::MulLow32(x, weight_[j][third]));
+    }
+    return sum;
+  }
+
+ private:
+  Reg half_;
+  Reg pick_[3][kThirds];
+  Reg weight_[3][kThirds];
+};
+
+// The groups of a lane lie kLaneSamples before those of the next.
+template <class V, class In>
+typename V::Reg LoadGroups(const In* samples) {
+  return V::LoadLanes(samples, samples + kLaneSamples);
+}
+
+template <class V, class Out>
+void StoreGroups(Out* samples, typename V::Reg values) {
+  V::StoreLanes(samples, samples + kLaneSamples, values);
+}
+
+// Converts whole steps, as many as may be read: registers reach up to two pixels beyond the step's
+// own. Answers the number of pixels done.
+template <class V, class Sums, class In, class Out>
+std::ptrdiff_t ConvertFixedSteps(const In* source, Out* destination, std::ptrdiff_t pixels,
+                                 const FixedMatrix& matrix) {
+  using Reg = typename V::Reg;
+  constexpr int kRegisters = kLaneGroups * kThirds;
+  constexpr int kStepPixels = V::kLanes * kLaneGroups * kGroupPixels;
+  constexpr int kReadBeyond = 2;
+  const Sums sums(matrix);
+  const Reg max = V::Set16(matrix.max);
+  const int shift = matrix.shift;
+  Reg offsets[kThirds];
+  LoadThirds<V>(matrix.offset, offsets);
+  std::ptrdiff_t i = 0;
+  for (; i + kStepPixels + kReadBeyond <= pixels; i += kStepPixels) {
+    const In* const in = source + 3 * i;
+    Out* const out = destination + 3 * i;
+    const auto convert = [&](int r) {
+      const int third = r % kThirds;
+      const Reg samples = LoadGroups<V>(in + kGroupSamples * (r / kThirds) + ThirdStart<In>(third));
+      return V::Add32(V::ShiftRight32(sums(third, samples), shift), offsets[third]);
+    };
+    if constexpr (kDeep<Out>) {
+#pragma GCC unroll 6
+      for (int r = 0; r < kRegisters; r += 2) {
+        const Reg packed = V::PackU32(convert(r), convert(r + 1));
+        StoreGroups<V>(out + 4 * r, V::MinU16(packed, max));
+      }
+    } else {  // whose range is that of the packing itself
+#pragma GCC unroll 3
+      for (int r = 0; r < kRegisters; r += 4) {
+        const Reg low = V::PackS32(convert(r), convert(r + 1));
+        const Reg high = V::PackS32(convert(r + 2), convert(r + 3));
+        StoreGroups<V>(out + 4 * r, V::PackU16(low, high));
+      }
+    }
+  }
+  return i;
+}
+
+template <class V, class In, class Out>
+struct Fixed {
+  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                  const FixedMatrix& matrix) {
+    const auto* const in = reinterpret_cast<const In*>(source);
+    auto* const out = reinterpret_cast<Out*>(destination);
+    const std::ptrdiff_t done = ConvertFixedSteps<V, WideSums<V, In>>(in, out, pixels, matrix);
+    Rest<V>().fixed[kDeep<In>][kDeep<Out>](source + 3 * done * sizeof(In),
+                                           destination + 3 * done * sizeof(Out), pixels - done,
+                                           matrix);
+  }
+};
+
+template <class V, class In, class Out>
+struct FixedPairs {
+  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                  const FixedMatrix& matrix) {
+    const auto* const in = reinterpret_cast<const In*>(source);
+    auto* const out = reinterpret_cast<Out*>(destination);
+    const std::ptrdiff_t done = ConvertFixedSteps<V, PairSums<V, In>>(in, out, pixels, matrix);
+    Rest<V>().fixed_pairs[kDeep<In>][kDeep<Out>](source + 3 * done * sizeof(In),
+                                                 destination + 3 * done * sizeof(Out),
+                                                 pixels - done, matrix);
+  }
+};
+
+// Double precision -------------------------------------------------------------------------------
+//
+// Four pixels a step, one in each element of as many registers as four doubles take.
+
+// The samples of four pixels by channel, as 32-bit integers.
+struct Planes {
+  Sse::Reg channel[3];
+};
+
+inline Planes LoadPlanes(const uint8_t* source) {
+  alignas(kLaneBytes) static constexpr int8_t kPick[3][kLaneBytes] = {
+      {0, -1, -1, -1, 3, -1, -1, -1, 6, -1, -1, -1, 9, -1, -1, -1},
+      {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1},
+      {2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1}};
+  const Sse::Reg samples = Sse::LoadFirst<3 * kGroupPixels>(source);
+  return {{Sse::Shuffle8(samples, Sse::LoadAligned(kPick[0])),
+           Sse::Shuffle8(samples, Sse::LoadAligned(kPick[1])),
+           Sse::Shuffle8(samples, Sse::LoadAligned(kPick[2]))}};
+}
+
+inline Planes LoadPlanes(const uint16_t* source) {
+  // Pixels 0 and 1 of a channel from the one register, 2 and 3 from the other.
+  alignas(kLaneBytes) static constexpr int8_t kFirst[kLaneBytes] = {0,  1,  -1, -1, 6,  7,  -1, -1,
+                                                                    -1, -1, -1, -1, -1, -1, -1, -1};
+  alignas(kLaneBytes) static constexpr int8_t kSecond[kLaneBytes] = {
+      -1, -1, -1, -1, -1, -1, -1, -1, 4, 5, -1, -1, 10, 11, -1, -1};
+  const Sse::Reg low = Sse::Load(source);       // samples 0..7
+  const Sse::Reg high = Sse::Load(source + 4);  // samples 4..11
+  const auto plane = [&](Sse::Reg a, Sse::Reg b) {
+    return Sse::Or(Sse::Shuffle8(a, Sse::LoadAligned(kFirst)),
+                   Sse::Shuffle8(b, Sse::LoadAligned(kSecond)));
+  };
+  return {{plane(low, high), plane(Sse::ShiftBytesDown<2>(low), Sse::ShiftBytesDown<2>(high)),
+           plane(Sse::ShiftBytesDown<4>(low), Sse::ShiftBytesDown<4>(high))}};
+}
+
+inline void StorePlanes(const Planes& planes, uint8_t* destination) {
+  alignas(kLaneBytes) static constexpr int8_t kPixels[kLaneBytes] = {0,  4, 8, 1,  5,  9,  2,  6,
+                                                                     10, 3, 7, 11, -1, -1, -1, -1};
+  const Sse::Reg words = Sse::PackU32(planes.channel[0], planes.channel[1]);
+  const Sse::Reg words2 = Sse::PackU32(planes.channel[2], planes.channel[2]);
+  Sse::StoreFirst<3 * kGroupPixels>(
+      destination, Sse::Shuffle8(Sse::PackU16(words, words2), Sse::LoadAligned(kPixels)));
+}
+
+inline void StorePlanes(const Planes& planes, uint16_t* destination) {
+  // Of two registers of pixels, what comes from channels 0 and 1, and what from channel 2.
+  alignas(kLaneBytes) static constexpr int8_t kWords[2][kLaneBytes] = {
+      {0, 1, 8, 9, -1, -1, 2, 3, 10, 11, -1, -1, 4, 5, 12, 13},
+      {-1, -1, 6, 7, 14, 15, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}};
+  alignas(kLaneBytes) static constexpr int8_t kWords2[2][kLaneBytes] = {
+      {-1, -1, -1, -1, 0, 1, -1, -1, -1, -1, 2, 3, -1, -1, -1, -1},
+      {4, 5, -1, -1, -1, -1, 6, 7, -1, -1, -1, -1, -1, -1, -1, -1}};
+  const Sse::Reg words = Sse::PackU32(planes.channel[0], planes.channel[1]);
+  const Sse::Reg words2 = Sse::PackU32(planes.channel[2], planes.channel[2]);
+  const auto pixels = [&](int i) {
+    return Sse::Or(Sse::Shuffle8(words, Sse::LoadAligned(kWords[i])),
+                   Sse::Shuffle8(words2, Sse::LoadAligned(kWords2[i])));
+  };
+  Sse::Store(destination, pixels(0));
+  Sse::StoreFirst<8>(destination + 8, pixels(1));
+}
+
+template <class V, class In, class Out>
+struct Exact {
+  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                  const DoubleMatrix& matrix) {
+    const auto* const in = reinterpret_cast<const In*>(source);
+    auto* const out = reinterpret_cast<Out*>(destination);
+    std::ptrdiff_t i = 0;
+    for (; i + kGroupPixels <= pixels; i += kGroupPixels) {
+      StorePlanes(Convert(LoadPlanes(in + 3 * i), matrix), out + 3 * i);
+    }
+    kColorMatrixPlain.exact[kDeep<In>][kDeep<Out>](
+        source + 3 * i * sizeof(In), destination + 3 * i * sizeof(Out), pixels - i, matrix);
+  }
+
+ private:
+  static Planes Convert(const Planes& samples, const DoubleMatrix& matrix) {
+    using Doubles = typename V::Doubles;
+    constexpr int kRegisters = kGroupPixels / V::kDoubles;
+    const Doubles zero = V::SetDoubles(0);
+    const Doubles half = V::SetDoubles(0.5);
+    const Doubles max = V::SetDoubles(matrix.max);
+    Doubles x[3][kRegisters];
+    Doubles out[3][kRegisters];
+    for (int k = 0; k < 3; ++k) V::ToDoubles(samples.channel[k], x[k]);
+    for (int r = 0; r < kRegisters; ++r) {
+      // Products of samples are integers below 2^32, which doubles hold exactly.
+      const Doubles a = x[0][r];
+      const Doubles b = x[1][r];
+      const Doubles c = x[2][r];
+      const Doubles terms[] = {a, b, c, V::SetDoubles(1), a * a, b * b, c * c, b * a, c * b, c * a};
+      for (int k = 0; k < 3; ++k) {
+        Doubles sum = terms[0] * V::LoadDoublesAligned(matrix.weight[k][0]);
+        for (int t = 1; t < 10; ++t) {
+          sum = sum + terms[t] * V::LoadDoublesAligned(matrix.weight[k][t]);
+        }
+        // The maximum answers its second operand when the first is no number.
+        out[k][r] = V::MinDoubles(V::MaxDoubles(sum + half, zero), max);
+      }
+    }
+    return {{V::Truncate(out[0]), V::Truncate(out[1]), V::Truncate(out[2])}};
+  }
+};
+
+template <class V>
+constexpr ColorMatrixKernels kColorMatrixOf = {
+    .fixed = {{Fixed<V, uint8_t, uint8_t>::Run, Fixed<V, uint8_t, uint16_t>::Run},
+              {Fixed<V, uint16_t, uint8_t>::Run, Fixed<V, uint16_t, uint16_t>::Run}},
+    .fixed_pairs = {{FixedPairs<V, uint8_t, uint8_t>::Run, FixedPairs<V, uint8_t, uint16_t>::Run},
+                    {FixedPairs<V, uint16_t, uint8_t>::Run,
+                     FixedPairs<V, uint16_t, uint16_t>::Run}},
+    .exact = {{Exact<V, uint8_t, uint8_t>::Run, Exact<V, uint8_t, uint16_t>::Run},
+              {Exact<V, uint16_t, uint8_t>::Run, Exact<V, uint16_t, uint16_t>::Run}},
+};
+
+}  // namespace
+}  // namespace ovra
