@@ -10,7 +10,7 @@
 // block of seeds.
 //
 // To add an operation:
-//   1. Write `void Name(Call& call)` into the file of its family, or a new one beside it:
+//   1. Write `void Flip(Call& call)` into the file of its family, or a new one beside it:
 //
 //        void Flip(Call& call) {
 //          const Shape shape = {call.draw.Size(1, 300), call.draw.Size(1, 40),
@@ -22,7 +22,7 @@
 //
 //      Contexts are made, used and released within one Run. No floating-point arithmetic, and no two
 //      draws in the arguments of one function call.
-//   2. Name it in operations.h, and a new file in tests/CMakeLists.txt and fuzz/CMakeLists.txt.
+//   2. Name it in operations.h. A new file is found by its name: tone_calls.cpp.
 //   3. Pin it, when its results are known to be right (by worked examples and properties, in a test
 //      of their own): OVRA_PIN_DIGESTS=1 build/release/bin/ovra_api_tests
 //      --gtest_filter='*Digests*' adds the digests that are missing. Digests that are there never
