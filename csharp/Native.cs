@@ -302,16 +302,16 @@ namespace OvraBase
         public static extern int OvraCompositeImageWithMaskBlending(IntPtr destination, int destinationWidth, int destinationHeight, IntPtr source, IntPtr mask, int sourceWidth, int sourceHeight, uint format, int x, int y, byte blendMode);
 
         [DllImport(Library)]
-        public static extern int OvraConvColor1DTbl(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColor1DTbl(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColor1DTbl(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColor1DTbl(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColor1DTblSingleStep(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, ref OvraChannelTableSet tables);
+        public static extern int OvraConvColor1DTblSingleStep(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, ref OvraChannelTableSet tables);
 
         [DllImport(Library)]
-        public static extern int OvraConvColor1DTblSingleStep(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, ref OvraChannelTableSet tables);
+        public static extern int OvraConvColor1DTblSingleStep(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, ref OvraChannelTableSet tables);
 
         [DllImport(Library)]
         public static extern int OvraConvColor1DTbl_Free(ref UIntPtr handle);
@@ -320,16 +320,16 @@ namespace OvraBase
         public static extern int OvraConvColor1DTbl_Init(uint inFormat, uint outFormat, ref OvraChannelTableSet tables, out UIntPtr handleOut);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCoef(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorCoef(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCoef(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorCoef(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCoefSingleStep(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, [In, Out] OvraChannelPolynomial[] coefficients);
+        public static extern int OvraConvColorCoefSingleStep(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, [In, Out] OvraChannelPolynomial[] coefficients);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCoefSingleStep(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, [In, Out] OvraChannelPolynomial[] coefficients);
+        public static extern int OvraConvColorCoefSingleStep(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, [In, Out] OvraChannelPolynomial[] coefficients);
 
         [DllImport(Library)]
         public static extern int OvraConvColorCoef_Free(ref UIntPtr handle);
@@ -338,16 +338,16 @@ namespace OvraBase
         public static extern int OvraConvColorCoef_Init(uint inFormat, uint outFormat, [In, Out] OvraChannelPolynomial[] coefficients, out UIntPtr handleOut);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCube(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorCube(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCube(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorCube(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCubeSingleStep(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, ref OvraColorCube cube);
+        public static extern int OvraConvColorCubeSingleStep(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, ref OvraColorCube cube);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorCubeSingleStep(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, ref OvraColorCube cube);
+        public static extern int OvraConvColorCubeSingleStep(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, ref OvraColorCube cube);
 
         [DllImport(Library)]
         public static extern int OvraConvColorCube_Free(ref UIntPtr handle);
@@ -356,16 +356,16 @@ namespace OvraBase
         public static extern int OvraConvColorCube_Init(uint inFormat, uint outFormat, ref OvraColorCube cube, out UIntPtr handleOut);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorMtx(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorMtx(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorMtx(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
+        public static extern int OvraConvColorMtx(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, UIntPtr handle);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorMtxSingleStep(byte[] src, byte[] dst, int width, int height, uint inFormat, uint outFormat, ref OvraColorMatrix matrix);
+        public static extern int OvraConvColorMtxSingleStep(byte[] source, byte[] destination, int width, int height, uint inFormat, uint outFormat, ref OvraColorMatrix matrix);
 
         [DllImport(Library)]
-        public static extern int OvraConvColorMtxSingleStep(IntPtr src, IntPtr dst, int width, int height, uint inFormat, uint outFormat, ref OvraColorMatrix matrix);
+        public static extern int OvraConvColorMtxSingleStep(IntPtr source, IntPtr destination, int width, int height, uint inFormat, uint outFormat, ref OvraColorMatrix matrix);
 
         [DllImport(Library)]
         public static extern int OvraConvColorMtx_Free(ref UIntPtr handle);

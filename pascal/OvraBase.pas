@@ -317,13 +317,13 @@ function OvraCompositeImageWithMaskBlending(destination: PByte; destination_widt
   ): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColor1DTbl(src: PByte; dst: PByte; width: LongInt; height: LongInt;
+function OvraConvColor1DTbl(source: PByte; destination: PByte; width: LongInt; height: LongInt;
   in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; handle: PtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColor1DTblSingleStep(src: PByte; dst: PByte; width: LongInt; height: LongInt;
-  in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; tables: POvraChannelTableSet
-  ): TOvraStatus;
+function OvraConvColor1DTblSingleStep(source: PByte; destination: PByte; width: LongInt;
+  height: LongInt; in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode;
+  tables: POvraChannelTableSet): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
 function OvraConvColor1DTbl_Free(handle: PPtrUInt): TOvraStatus;
@@ -333,12 +333,12 @@ function OvraConvColor1DTbl_Init(in_format: TOvraPixelFormatCode; out_format: TO
   tables: POvraChannelTableSet; handle_out: PPtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorCoef(src: PByte; dst: PByte; width: LongInt; height: LongInt;
+function OvraConvColorCoef(source: PByte; destination: PByte; width: LongInt; height: LongInt;
   in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; handle: PtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorCoefSingleStep(src: PByte; dst: PByte; width: LongInt; height: LongInt;
-  in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode;
+function OvraConvColorCoefSingleStep(source: PByte; destination: PByte; width: LongInt;
+  height: LongInt; in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode;
   coefficients: POvraChannelPolynomial): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
@@ -349,13 +349,13 @@ function OvraConvColorCoef_Init(in_format: TOvraPixelFormatCode; out_format: TOv
   coefficients: POvraChannelPolynomial; handle_out: PPtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorCube(src: PByte; dst: PByte; width: LongInt; height: LongInt;
+function OvraConvColorCube(source: PByte; destination: PByte; width: LongInt; height: LongInt;
   in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; handle: PtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorCubeSingleStep(src: PByte; dst: PByte; width: LongInt; height: LongInt;
-  in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; cube: POvraColorCube
-  ): TOvraStatus;
+function OvraConvColorCubeSingleStep(source: PByte; destination: PByte; width: LongInt;
+  height: LongInt; in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode;
+  cube: POvraColorCube): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
 function OvraConvColorCube_Free(handle: PPtrUInt): TOvraStatus;
@@ -365,13 +365,13 @@ function OvraConvColorCube_Init(in_format: TOvraPixelFormatCode; out_format: TOv
   cube: POvraColorCube; handle_out: PPtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorMtx(src: PByte; dst: PByte; width: LongInt; height: LongInt;
+function OvraConvColorMtx(source: PByte; destination: PByte; width: LongInt; height: LongInt;
   in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; handle: PtrUInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
-function OvraConvColorMtxSingleStep(src: PByte; dst: PByte; width: LongInt; height: LongInt;
-  in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode; matrix: POvraColorMatrix
-  ): TOvraStatus;
+function OvraConvColorMtxSingleStep(source: PByte; destination: PByte; width: LongInt;
+  height: LongInt; in_format: TOvraPixelFormatCode; out_format: TOvraPixelFormatCode;
+  matrix: POvraColorMatrix): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
 function OvraConvColorMtx_Free(handle: PPtrUInt): TOvraStatus;

@@ -366,8 +366,8 @@ class Functions:
         self.conv_color_1d_tbl = library.OvraConvColor1DTbl
         self.conv_color_1d_tbl.restype = ctypes.c_int32
         self.conv_color_1d_tbl.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -377,8 +377,8 @@ class Functions:
         self.conv_color_1d_tbl_single_step = library.OvraConvColor1DTblSingleStep
         self.conv_color_1d_tbl_single_step.restype = ctypes.c_int32
         self.conv_color_1d_tbl_single_step.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -401,8 +401,8 @@ class Functions:
         self.conv_color_coef = library.OvraConvColorCoef
         self.conv_color_coef.restype = ctypes.c_int32
         self.conv_color_coef.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -412,8 +412,8 @@ class Functions:
         self.conv_color_coef_single_step = library.OvraConvColorCoefSingleStep
         self.conv_color_coef_single_step.restype = ctypes.c_int32
         self.conv_color_coef_single_step.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -436,8 +436,8 @@ class Functions:
         self.conv_color_cube = library.OvraConvColorCube
         self.conv_color_cube.restype = ctypes.c_int32
         self.conv_color_cube.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -447,8 +447,8 @@ class Functions:
         self.conv_color_cube_single_step = library.OvraConvColorCubeSingleStep
         self.conv_color_cube_single_step.restype = ctypes.c_int32
         self.conv_color_cube_single_step.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -471,8 +471,8 @@ class Functions:
         self.conv_color_mtx = library.OvraConvColorMtx
         self.conv_color_mtx.restype = ctypes.c_int32
         self.conv_color_mtx.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
@@ -482,8 +482,8 @@ class Functions:
         self.conv_color_mtx_single_step = library.OvraConvColorMtxSingleStep
         self.conv_color_mtx_single_step.restype = ctypes.c_int32
         self.conv_color_mtx_single_step.argtypes = [
-            ctypes.c_void_p,  # src
-            ctypes.c_void_p,  # dst
+            ctypes.c_void_p,  # source
+            ctypes.c_void_p,  # destination
             ctypes.c_int32,  # width
             ctypes.c_int32,  # height
             ctypes.c_uint32,  # in_format
