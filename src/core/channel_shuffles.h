@@ -43,6 +43,79 @@ typename V::Reg PickFromThree(const typename V::Reg (&from)[3], const int8_t (&o
   return V::Or(V::Or(pick(0), pick(1)), pick(2));
 }
 
+// Words: of three registers of pixels, word i of a channel stands in one alone, so that the channel's
+// words come together in their places and one shuffle puts them in order. And the other way round.
+struct ThreeChannelWords {
+  static constexpr int kWords = 8;
+
+  alignas(16) int8_t split[3][16];  // [channel]
+  alignas(16) int8_t join[3][16];   // [channel]
+  int in_register[3][3];            // [channel][register of pixels]: bit i for word i
+
+  constexpr ThreeChannelWords() : split(), join(), in_register() {
+    for (int sample = 0; sample < 3 * kWords; ++sample) {
+      const int channel = sample % 3;
+      const int pixel = sample / 3;
+      const int word = sample % kWords;
+      in_register[channel][sample / kWords] |= 1 << word;
+      for (int byte = 0; byte < 2; ++byte) {
+        split[channel][2 * pixel + byte] = static_cast<int8_t>(2 * word + byte);
+        join[channel][2 * word + byte] = static_cast<int8_t>(2 * pixel + byte);
+      }
+    }
+  }
+};
+
+constexpr ThreeChannelWords kThreeChannelWords;
+
+// The words of channel kChannel, in order, from three registers of pixels.
+template <class V, int kChannel>
+typename V::Reg ChannelWords(const typename V::Reg (&pixels)[3]) {
+  constexpr const auto& kIn = kThreeChannelWords.in_register[kChannel];
+  const auto words =
+      V::template Choose16<kIn[2]>(V::template Choose16<kIn[1]>(pixels[0], pixels[1]), pixels[2]);
+  return V::Shuffle8(words, V::LoadToAllLanes(kThreeChannelWords.split[kChannel]));
+}
+
+// Register kRegister of the pixels, from channels whose words have been put in their places.
+template <class V, int kRegister>
+typename V::Reg PixelWords(const typename V::Reg (&words)[3]) {
+  constexpr const auto& kIn = kThreeChannelWords.in_register;
+  return V::template Choose16<kIn[2][kRegister]>(
+      V::template Choose16<kIn[1][kRegister]>(words[0], words[1]), words[2]);
+}
+
+// Three registers of pixels as three of channels, and back.
+template <class V, int kBits>
+void SplitRegisters(const typename V::Reg (&pixels)[3], typename V::Reg (&channels)[3]) {
+  if constexpr (kBits == 16) {
+    channels[0] = ChannelWords<V, 0>(pixels);
+    channels[1] = ChannelWords<V, 1>(pixels);
+    channels[2] = ChannelWords<V, 2>(pixels);
+  } else {
+    for (int c = 0; c < 3; ++c) {
+      channels[c] = PickFromThree<V>(pixels, kThreeChannelOrders<kBits>.split[c]);
+    }
+  }
+}
+
+template <class V, int kBits>
+void JoinRegisters(const typename V::Reg (&channels)[3], typename V::Reg (&pixels)[3]) {
+  if constexpr (kBits == 16) {
+    typename V::Reg words[3];
+    for (int c = 0; c < 3; ++c) {
+      words[c] = V::Shuffle8(channels[c], V::LoadToAllLanes(kThreeChannelWords.join[c]));
+    }
+    pixels[0] = PixelWords<V, 0>(words);
+    pixels[1] = PixelWords<V, 1>(words);
+    pixels[2] = PixelWords<V, 2>(words);
+  } else {
+    for (int i = 0; i < 3; ++i) {
+      pixels[i] = PickFromThree<V>(channels, kThreeChannelOrders<kBits>.join[i]);
+    }
+  }
+}
+
 // Reads pixels of three samples of kBits: 16 or 8 of them for each lane, 48 bytes that stand one
 // after the other. The channels come in the order of the pixels.
 template <class V, int kBits>
@@ -50,19 +123,16 @@ void SplitThreeChannels(const void* pixels, typename V::Reg (&channels)[3]) {
   const auto* const bytes = static_cast<const uint8_t*>(pixels);
   typename V::Reg in[3];
   for (int i = 0; i < 3; ++i) in[i] = V::LoadLanes(bytes + 16 * i, bytes + 48 + 16 * i);
-  for (int c = 0; c < 3; ++c) {
-    channels[c] = PickFromThree<V>(in, kThreeChannelOrders<kBits>.split[c]);
-  }
+  SplitRegisters<V, kBits>(in, channels);
 }
 
 // Writes what SplitThreeChannels reads.
 template <class V, int kBits>
 void JoinThreeChannels(const typename V::Reg (&channels)[3], void* pixels) {
   auto* const bytes = static_cast<uint8_t*>(pixels);
-  for (int i = 0; i < 3; ++i) {
-    const auto out = PickFromThree<V>(channels, kThreeChannelOrders<kBits>.join[i]);
-    V::StoreLanes(bytes + 16 * i, bytes + 48 + 16 * i, out);
-  }
+  typename V::Reg out[3];
+  JoinRegisters<V, kBits>(channels, out);
+  for (int i = 0; i < 3; ++i) V::StoreLanes(bytes + 16 * i, bytes + 48 + 16 * i, out[i]);
 }
 
 }  // namespace

@@ -105,6 +105,11 @@ struct Sse {
   // b where the top bit of a byte of `choice` is set, else a.
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm_blendv_epi8(a, b, choice); }
   static bool IsZero(Reg a) { return _mm_testz_si128(a, a) != 0; }
+  // Word i of each lane from b where bit i of the choice is set, else from a.
+  template <int kChoice>
+  static Reg Choose16(Reg a, Reg b) {
+    return _mm_blend_epi16(a, b, kChoice);
+  }
 
   // Element moves.
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm_shuffle_epi8(bytes, order); }
@@ -337,6 +342,10 @@ struct Avx2 {
   static Reg Xor(Reg a, Reg b) { return _mm256_xor_si256(a, b); }
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm256_blendv_epi8(a, b, choice); }
   static bool IsZero(Reg a) { return _mm256_testz_si256(a, a) != 0; }
+  template <int kChoice>
+  static Reg Choose16(Reg a, Reg b) {
+    return _mm256_blend_epi16(a, b, kChoice);
+  }
 
   static Reg Shuffle8(Reg bytes, Reg order) { return _mm256_shuffle_epi8(bytes, order); }
   template <int kElement>

@@ -119,8 +119,9 @@ class BrightnessSource final : public RowSource {
   WorkRows rows_;
 };
 
-// One call. Levels are counted from 0, the brightness itself. From level 2 on they and their changes
-// are whole planes; level 1 is made a second time, when the rows of the picture are.
+// One call. Levels are counted from 0, the brightness itself. From level 2 on they are whole planes;
+// level 1 is made a second time, when the rows of the picture are. Changes are made row by row at all
+// levels, each from the next one's.
 class Run {
  public:
   Run(const Picture& picture, const PixelFormat& format, const Responses& responses,
@@ -133,11 +134,7 @@ class Run {
         brightness_(picture, samples_.brightness) {}
 
   Status Do() {
-    if (!Allocate()) return OVRA_ERROR_NO_MEMORY;
-    if (responses_.bands >= kFirstWhole) {
-      if (!MakeLevels()) return OVRA_ERROR_NO_MEMORY;
-      MakeChanges();
-    }
+    if (!Allocate() || !MakeWholeLevels()) return OVRA_ERROR_NO_MEMORY;
     MakeResult();
     return OVRA_OK;
   }
@@ -146,22 +143,30 @@ class Run {
   static constexpr int kFirstWhole = 2;
   static constexpr uint64_t kCoarseRows = 4;  // three that are expanded, and one
 
+  struct Changes {
+    WorkRows rows;
+    std::ptrdiff_t made = 0;
+  };
+
   bool Allocate() {
     const std::ptrdiff_t width = picture_.size.width;
-    if (!brightness_.Allocate() || !level1_.Allocate(picture_.size, kCoarseRows) ||
-        !changes1_.Allocate(kCoarseRows, width / 2 + 1) || !half_.Allocate(1, width / 2 + 1) ||
-        !expanded_.Allocate(1, width + 1) || !expanded_changes_.Allocate(1, width + 1) ||
-        !changes_.Allocate(1, width)) {
-      return false;
+    PlaneSize size = picture_.size;
+    for (int k = 1; k <= responses_.bands; ++k) {
+      size = size.Half();
+      if (!changes_[k].rows.Allocate(kCoarseRows, size.width)) return false;
     }
-    const int whole = responses_.bands - 1;
-    return whole == 0 || (levels_.Allocate(level1_.size().Half(), whole) &&
-                          level_changes_.Allocate(level1_.size().Half(), whole));
+    return brightness_.Allocate() && level1_.Allocate(picture_.size, kCoarseRows) &&
+           half_.Allocate(1, width / 2 + 1) && expanded_.Allocate(1, width) &&
+           expanded_changes_.Allocate(1, width) && picture_changes_.Allocate(1, width);
   }
 
-  bool MakeLevels() {
+  bool MakeWholeLevels() {
+    const int whole = responses_.bands - kFirstWhole + 1;
+    if (whole == 0) return true;
     Reduction level2;
-    if (!level2.Allocate(level1_.size(), 1)) return false;
+    if (!level2.Allocate(level1_.size(), 1) || !levels_.Allocate(level2.size(), whole)) {
+      return false;
+    }
     StartLevel1();
     level2.Start(&level1_, pyramid_);
     return levels_.Fill(&level2, pyramid_);
@@ -172,61 +177,54 @@ class Run {
     level1_.Start(&brightness_, pyramid_);
   }
 
-  // The changes of the whole levels, from the base on.
-  void MakeChanges() {
-    for (int k = levels_.levels() - 1; k >= 0; --k) {
-      const Plane& level = levels_[k];
-      const bool is_base = k == levels_.levels() - 1;
-      for (std::ptrdiff_t y = 0; y < level.size.height; ++y) {
-        if (is_base) {
-          RespondBase(level[y], changes_[0], level.size.width);
-        } else {
-          RespondBand(k + kFirstWhole, level[y], levels_[k + 1], level_changes_[k + 1],
-                      levels_[k + 1].size, y, changes_[0], level.size.width);
-        }
-        level_changes_[k].Put(y, changes_[0]);
-      }
-    }
+  PlaneSize SizeOf(int level) const {
+    return level == 1 ? level1_.size() : levels_[level - kFirstWhole].size;
   }
 
   void MakeResult() {
     StartLevel1();
     const PlaneSize size = picture_.size;
     for (std::ptrdiff_t y = 0; y < size.height; ++y) {
-      const std::ptrdiff_t last_coarse = std::min(y / 2 + 1, level1_.size().height - 1);
-      while (level1_.made() <= last_coarse) MakeLevel1Row();
-      RespondBand(0, brightness_[y], level1_, changes1_, level1_.size(), y, changes_[0],
-                  size.width);
+      MakeChangesUpTo(1, y / 2 + 1);
+      ExpandRow(level1_, level1_.size(), y, pyramid_, half_[0], expanded_[0]);
+      Respond(0, brightness_[y], y, picture_changes_[0], size.width);
       samples_.add_changes(RowAt<uint8_t>(picture_.source, picture_.stride, y),
-                           RowAt<uint8_t>(picture_.destination, picture_.stride, y), changes_[0],
-                           size.width, picture_.depth_bits);
+                           RowAt<uint8_t>(picture_.destination, picture_.stride, y),
+                           picture_changes_[0], size.width, picture_.depth_bits);
     }
   }
 
-  void MakeLevel1Row() {
-    const std::ptrdiff_t y = level1_.made();
-    const int16_t* const row = level1_.Next();
-    const std::ptrdiff_t width = level1_.size().width;
-    if (responses_.bands == 1) {
-      RespondBase(row, changes1_[y], width);
-    } else {
-      RespondBand(1, row, levels_[0], level_changes_[0], levels_[0].size, y, changes1_[y], width);
+  // Rows of the changes at a level up to this one or the last.
+  void MakeChangesUpTo(int level, std::ptrdiff_t row) {
+    Changes& changes = changes_[level];
+    for (; changes.made <= std::min(row, SizeOf(level).height - 1); ++changes.made) {
+      MakeChangesRow(level, changes.made);
     }
   }
 
-  void RespondBase(const int16_t* row, int16_t* changes, std::ptrdiff_t width) {
-    std::fill_n(expanded_[0], width, responses_.pivot);
-    std::fill_n(expanded_changes_[0], width, int16_t{0});
-    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.base, changes, width);
+  void MakeChangesRow(int level, std::ptrdiff_t y) {
+    const bool is_base = level == responses_.bands;
+    if (!is_base) MakeChangesUpTo(level + 1, y / 2 + 1);
+    const int16_t* const row = level == 1 ? level1_.Next() : levels_[level - kFirstWhole][y];
+    int16_t* const changes = changes_[level].rows[y];
+    const std::ptrdiff_t width = SizeOf(level).width;
+    if (is_base) {
+      std::fill_n(expanded_[0], width, responses_.pivot);
+      std::fill_n(expanded_changes_[0], width, int16_t{0});
+      kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.base, changes, width);
+      return;
+    }
+    const Plane& coarse = levels_[level + 1 - kFirstWhole];
+    ExpandRow(coarse, coarse.size, y, pyramid_, half_[0], expanded_[0]);
+    Respond(level, row, y, changes, width);
   }
 
-  template <class Levels, class Changes>
-  void RespondBand(int band, const int16_t* row, const Levels& coarse,
-                   const Changes& coarse_changes, PlaneSize coarse_size, std::ptrdiff_t y,
-                   int16_t* changes, std::ptrdiff_t width) {
-    ExpandRow(coarse, coarse_size, y, pyramid_, half_[0], expanded_[0]);
-    ExpandRow(coarse_changes, coarse_size, y, pyramid_, half_[0], expanded_changes_[0]);
-    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.band[band], changes,
+  // The changes of a row, whose level has been expanded.
+  void Respond(int level, const int16_t* row, std::ptrdiff_t y, int16_t* changes,
+               std::ptrdiff_t width) {
+    ExpandRow(changes_[level + 1].rows, SizeOf(level + 1), y, pyramid_, half_[0],
+              expanded_changes_[0]);
+    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.band[level], changes,
                      width);
   }
 
@@ -237,13 +235,12 @@ class Run {
   const BrightnessKernels samples_;
   BrightnessSource brightness_;
   Reduction level1_;
-  Pyramid levels_;         // from level 2 on
-  Pyramid level_changes_;  // from level 2 on
-  WorkRows changes1_;
+  Pyramid levels_;  // from level 2 on
+  Changes changes_[kMaxBands + 1];
   WorkRows half_;
   WorkRows expanded_;
   WorkRows expanded_changes_;
-  WorkRows changes_;
+  WorkRows picture_changes_;
 };
 
 }  // namespace

@@ -63,9 +63,7 @@ void SumFourRows(const uint16_t* const* rows, std::ptrdiff_t first_sample,
       interleaved[r] = V::Add16(interleaved[r], V::MinU16(V::LoadLanes(p, p + 3 * 32), max_sample));
     }
   }
-  for (int c = 0; c < 3; ++c) {
-    sums[c] = PickFromThree<V>(interleaved, kThreeChannelOrders<16>.split[c]);
-  }
+  SplitRegisters<V, 16>(interleaved, sums);
 }
 
 template <class V>

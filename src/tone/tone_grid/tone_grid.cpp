@@ -26,13 +26,38 @@ struct LimitedSums {
   }
 };
 
-int64_t FloorDivide(int64_t a, int64_t b) {
-  const int64_t quotient = a / b;
-  return quotient * b > a ? quotient - 1 : quotient;
+// (2 * responses + 3 * count) / (6 * count), rounded down. Moved up by the least value that it can
+// have, truncating is rounding down; and a quotient of doubles is right, since none of these lies
+// within the precision of a double below a whole number without being one.
+int16_t NodeValue(int64_t responses, int64_t count) {
+  const auto numerator = static_cast<double>(2 * responses + 3 * count + kGridTone * 6 * count);
+  return static_cast<int16_t>(static_cast<int32_t>(numerator / static_cast<double>(6 * count)) -
+                              kGridTone);
 }
 
 std::ptrdiff_t CellsAlong(std::ptrdiff_t samples, int32_t cell_bits) {
   return ((samples - 1) >> cell_bits) + 1;
+}
+
+// Sums of several cells.
+struct WeighedSums {
+  int64_t responses[kGridNodes];
+  int64_t count;
+
+  void Add(int32_t weight, const GridCellSums& cell) {
+    for (int j = 0; j < kGridNodes; ++j) responses[j] += int64_t{weight} * cell.responses[j];
+    count += int64_t{weight} * cell.count;
+  }
+};
+
+// A cell twice and those above and below it, where there are any.
+WeighedSums WeighedColumn(const GridCellSums* above, const GridCellSums* at,
+                          const GridCellSums* below, std::ptrdiff_t column) {
+  WeighedSums sums = {};
+  sums.Add(2, at[column]);
+  if (above != nullptr) sums.Add(1, above[column]);
+  if (below != nullptr) sums.Add(1, below[column]);
+  return sums;
 }
 
 }  // namespace
@@ -66,32 +91,31 @@ void ToneGrid::SumRow(std::ptrdiff_t row, RowSource* samples, const ToneGridKern
   for (std::ptrdiff_t column = 0; column < columns_; ++column) {
     const std::ptrdiff_t width = std::min(cell, samples_.width - column * cell);
     const LimitedSums limited = {limited_sums_.data() + column * kGridSums, width * height};
-    CellSums& sums = SumsOfRow(row)[column];
+    GridCellSums& sums = SumsOfRow(row)[column];
     sums.count = static_cast<int32_t>(width * height);
     for (int j = 0; j < kGridNodes; ++j) sums.responses[j] = limited.Response(j);
   }
 }
 
-// Each cell with its neighbours, which weigh half as much.
+// Each cell with its neighbours, which weigh half as much: up and down first.
 void ToneGrid::MakeNodes(std::ptrdiff_t row) {
-  const std::ptrdiff_t top = std::max<std::ptrdiff_t>(row - 1, 0);
-  const std::ptrdiff_t bottom = std::min(row + 1, rows_ - 1);
+  const GridCellSums* const above = row > 0 ? SumsOfRow(row - 1) : nullptr;
+  const GridCellSums* const below = row + 1 < rows_ ? SumsOfRow(row + 1) : nullptr;
+  const GridCellSums* const at = SumsOfRow(row);
+  WeighedSums before = {};
+  WeighedSums middle = WeighedColumn(above, at, below, 0);
   for (std::ptrdiff_t column = 0; column < columns_; ++column) {
-    int64_t count = 0;
-    int64_t responses[kGridNodes] = {};
-    for (std::ptrdiff_t y = top; y <= bottom; ++y) {
-      const std::ptrdiff_t last = std::min(column + 1, columns_ - 1);
-      for (std::ptrdiff_t x = std::max<std::ptrdiff_t>(column - 1, 0); x <= last; ++x) {
-        const int32_t weight = (y == row ? 2 : 1) * (x == column ? 2 : 1);
-        const CellSums& sums = SumsOfRow(y)[x];
-        count += weight * int64_t{sums.count};
-        for (int j = 0; j < kGridNodes; ++j) responses[j] += weight * int64_t{sums.responses[j]};
-      }
-    }
+    const bool is_last = column + 1 == columns_;
+    const WeighedSums behind =
+        is_last ? WeighedSums{} : WeighedColumn(above, at, below, column + 1);
+    const int64_t count = before.count + 2 * middle.count + behind.count;
     int16_t* const values = cells_[static_cast<size_t>(row * columns_ + column)].values;
     for (int j = 0; j < kGridNodes; ++j) {
-      values[j] = static_cast<int16_t>(FloorDivide(2 * responses[j] + 3 * count, 6 * count));
+      const int64_t responses = before.responses[j] + 2 * middle.responses[j] + behind.responses[j];
+      values[j] = NodeValue(responses, count);
     }
+    before = middle;
+    middle = behind;
   }
 }
 

@@ -13,6 +13,13 @@
 
 namespace ovra {
 
+// What a cell's samples come to: for each node the sum of the response to their distance from its tone,
+// and how many they are.
+struct GridCellSums {
+  int32_t responses[kGridNodes];
+  int32_t count;
+};
+
 class ToneGrid {
  public:
   // Cells of 2^scale pixels, filled from samples that stand for 2^sample_bits pixels each way.
@@ -27,15 +34,9 @@ class ToneGrid {
              const ToneGridKernels& kernels);
 
  private:
-  // What a cell's samples come to: for each node the sum of the response to their distance from its
-  // tone, and how many they are.
-  struct CellSums {
-    int32_t responses[kGridNodes];
-    int32_t count;
-  };
   static constexpr int kRing = 3;  // a row of cells and its neighbours
 
-  CellSums* SumsOfRow(std::ptrdiff_t row) { return sums_.data() + row % kRing * columns_; }
+  GridCellSums* SumsOfRow(std::ptrdiff_t row) { return sums_.data() + row % kRing * columns_; }
   void SumRow(std::ptrdiff_t row, RowSource* samples, const ToneGridKernels& kernels);
   void MakeNodes(std::ptrdiff_t row);
 
@@ -45,7 +46,7 @@ class ToneGrid {
   std::ptrdiff_t columns_ = 0;
   std::ptrdiff_t rows_ = 0;
   WorkMemory<int32_t> limited_sums_;
-  WorkMemory<CellSums> sums_;
+  WorkMemory<GridCellSums> sums_;
   WorkMemory<GridCell> cells_;
   WorkMemory<GridColumn> blended_;
 };
