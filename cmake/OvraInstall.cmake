@@ -14,7 +14,7 @@ install(EXPORT OvraBaseTargets NAMESPACE OvraBase:: DESTINATION ${package_dir}
 configure_package_config_file(cmake/OvraBaseConfig.cmake.in
   ${PROJECT_BINARY_DIR}/package/OvraBaseConfig.cmake INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/package/OvraBaseConfigVersion.cmake
-  COMPATIBILITY SameMajorVersion)
+  COMPATIBILITY SameMajorVersion)  # what CONTRIBUTING.md promises
 install(FILES ${PROJECT_BINARY_DIR}/package/OvraBaseConfig.cmake
               ${PROJECT_BINARY_DIR}/package/OvraBaseConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT development)
