@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 // The smallest host in C++.
-#include <ovra/ovra.h>
-
-#include <array>
+#include <ovra/ovra.hpp>
 
 int main() {
-  const std::array<uint8_t, 4> dib = {3, 2, 1, 0};
-  std::array<uint8_t, 3> raw{};
-  OvraDib2Raw(dib.data(), raw.data(), 1, 1);
-  return raw == std::array<uint8_t, 3>{1, 2, 3} ? 0 : 1;
+  ovra::Image raw({1, 1}, ovra::Format::Rgb());
+  ovra::Image dib({1, 1}, ovra::kDibFormat);
+  raw.Row(0)[0] = 1;
+  ovra::Raw2Dib(raw, dib).OrThrow();
+  return dib.Row(0)[2] == 1 ? 0 : 1;
 }
