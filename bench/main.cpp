@@ -72,7 +72,8 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterExtrapolation();
   ovra_bench::RegisterRotation();
   ovra_bench::RegisterSmallResize();
-  ovra_bench::RegisterSmooth();
+  ovra_bench::RegisterEdgeFilter();
+  ovra_bench::RegisterSoftFocus();
   ovra_bench::RegisterTone();
   ovra_bench::RegisterYUsm();
   ovra_bench::RegisterResize();

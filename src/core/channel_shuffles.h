@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Between pixels of three samples and separate channels, in registers. For kernel files.
+// Between the samples of pixels and separate channels, in registers. For kernel files.
 #pragma once
 
 #include "core/vector_ops.h"
@@ -134,6 +134,24 @@ void JoinThreeChannels(const typename V::Reg (&channels)[3], void* pixels) {
   JoinRegisters<V, kBits>(channels, out);
   for (int i = 0; i < 3; ++i) V::StoreLanes(bytes + 16 * i, bytes + 48 + 16 * i, out[i]);
 }
+
+// Spreads a number for each pixel, as wide as a sample, over the pixel's first kChanged samples; its
+// others get 0. Register r of kChannels holds the samples of 16 bytes.
+template <int kSampleBytes, int kChannels, int kChanged>
+struct SpreadOrder {
+  alignas(16) int8_t orders[kChannels][16];
+
+  constexpr SpreadOrder() : orders() {
+    for (int i = 0; i < 16 * kChannels; ++i) {
+      const int sample = i / kSampleBytes;
+      const int at = sample / kChannels * kSampleBytes + i % kSampleBytes;
+      orders[i / 16][i % 16] = static_cast<int8_t>(sample % kChannels < kChanged ? at : -1);
+    }
+  }
+};
+
+template <int kSampleBytes, int kChannels, int kChanged>
+constexpr SpreadOrder<kSampleBytes, kChannels, kChanged> kSpreadOrder;
 
 }  // namespace
 }  // namespace ovra

@@ -259,6 +259,17 @@ const Kernels& NarrowerThan(const Kernels& plain, const Kernels& sse) {
   return V::kLanes == 1 ? plain : sse;
 }
 
+// Calls block(x) for blocks of `step` elements that cover a row of `count`. The last one overlaps the
+// one before it, so the kernel must not read what it writes. False when the row is shorter than a
+// block: that is for the narrower kernel.
+template <class Block>
+bool CoverRow(std::ptrdiff_t count, std::ptrdiff_t step, const Block& block) {
+  if (count < step) return false;
+  for (std::ptrdiff_t x = 0; x + step < count; x += step) block(x);
+  block(count - step);
+  return true;
+}
+
 // Asks for the cache line at an address that will be read soon. Cannot fault, wherever it points.
 inline void PrefetchLine(uintptr_t address) {
   _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);

@@ -96,19 +96,21 @@ TEST_F(MaskStatuses, InitOfYUsm) {
   };
   ExpectStatuses(init, std::tuple(kRgb, 5, weights_ + 0, 2.0F, t_, t_, &context), {},
                  Faults{{OVRA_ERROR_YUSM_NULL, {{kContext, nullptr}}}} + RefusedByYUsm(kFormat) +
-                     Faults{{OVRA_ERROR_YUSM_TAPS, {{kTaps, 0}}},
-                            {OVRA_ERROR_YUSM_TAPS, {{kTaps, 65}}},
+                     Faults{{OVRA_ERROR_YUSM_TAPS, {{kTaps, 65}}},
                             {OVRA_ERROR_YUSM_TAPS, {{kTaps, -1}}},
                             {OVRA_ERROR_YUSM_TAPS, {{kWeights, nullptr}, {kTaps, 64}}},
                             {OVRA_ERROR_YUSM_NULL_TABLE, {{kLevel, nullptr}, {kWeights, weights_}}},
                             {OVRA_ERROR_YUSM_NULL_TABLE, {{kDifference, nullptr}}},
-                            {OVRA_OK, {{kTaps, 64}}}});
+                            {OVRA_OK, {{kTaps, 64}}},
+                            {OVRA_OK, {{kTaps, 0}, {kWeights, nullptr}}}});
 }
 
 TEST_F(MaskStatuses, RunOfYUsm) {
   enum : size_t { kFrom, kTo, kWidth, kHeight, kFormat, kContext };
   OvraYUsmContext* context = nullptr;
+  OvraYUsmContext* without_taps = nullptr;
   ASSERT_EQ(OvraYUsm_Init(kRgb, 5, weights_, 2.0F, t_, t_, &context), OVRA_OK);
+  ASSERT_EQ(OvraYUsm_Init(kRgb, 0, nullptr, 2.0F, t_, t_, &without_taps), OVRA_OK);
   ExpectStatuses(OvraYUsm,
                  std::tuple(from_.data(), to_.data(), 5U, 5U, kRgb,
                             static_cast<const OvraYUsmContext*>(context)),
@@ -117,10 +119,12 @@ TEST_F(MaskStatuses, RunOfYUsm) {
                         {OVRA_ERROR_YUSM_NULL, {{kTo, nullptr}}},
                         {OVRA_ERROR_YUSM_NULL, {{kContext, nullptr}}},
                         {OVRA_ERROR_YUSM_SIZE, {{kWidth, 4}}},
-                        {OVRA_ERROR_YUSM_SIZE, {{kHeight, 4}}}} +
+                        {OVRA_ERROR_YUSM_SIZE, {{kHeight, 4}, {kContext, context}}},
+                        {OVRA_ERROR_YUSM_TAPS, {{kContext, without_taps}}}} +
                      RefusedByYUsm(kFormat) +
                      Faults{{OVRA_ERROR_NO_MEMORY, {{kWidth, kTooLong}, {kHeight, 5}}},
                             {OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}}}});
+  EXPECT_EQ(OvraYUsm_Free(&without_taps), OVRA_OK);
   EXPECT_EQ(OvraYUsm_Free(&context), OVRA_OK);
   EXPECT_EQ(OvraYUsm_Free(&context), OVRA_OK);
   EXPECT_EQ(OvraYUsm_Free(nullptr), OVRA_ERROR_YUSM_NULL);

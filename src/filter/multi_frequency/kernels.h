@@ -4,8 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "core/cpu.h"
-#include "filter/luminance_kernels.h"
+#include "filter/luminance/layout.h"
 
 namespace ovra {
 
@@ -33,15 +32,21 @@ using RespondRow = void(const int16_t* level, const int16_t* expanded,
 using AddChangesRow = void(const uint8_t* source, uint8_t* destination, const int16_t* changes,
                            std::ptrdiff_t pixels, int32_t depth_bits);
 
-// Of one colour model and sample size.
-struct BrightnessKernels {
-  BrightnessRow* brightness;
-  AddChangesRow* add_changes;
-};
-
 struct MultiFrequencyKernels {
+  struct OfLayout {
+    BrightnessRow* brightness;
+    AddChangesRow* add_changes;
+  };
   RespondRow* respond;
-  BrightnessKernels (*brightness)(uint32_t color_model, int32_t depth_bits);
+  // In the order of kLuminanceLayouts.
+  OfLayout of_bytes[kLuminanceLayoutCount];  // samples of 8 bits
+  OfLayout of_words[kLuminanceLayoutCount];  // of 9 to 16
+
+  // For one of the colour models of the layouts.
+  const OfLayout& Of(uint32_t color_model, int32_t depth_bits) const {
+    const int at = LuminanceLayoutAt(color_model);
+    return depth_bits == 8 ? of_bytes[at] : of_words[at];
+  }
 };
 
 extern const MultiFrequencyKernels kMultiFrequencyPlain;

@@ -59,16 +59,17 @@ void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* chan
   }
 }
 
-BrightnessKernels BrightnessOf(uint32_t color_model, int32_t depth_bits) {
-  return WithLuminanceLayout(color_model, [depth_bits]<LuminanceLayout kLayout>() {
-    return depth_bits == 8
-               ? BrightnessKernels{Brightness<uint8_t, kLayout>, AddChanges<uint8_t, kLayout>}
-               : BrightnessKernels{Brightness<uint16_t, kLayout>, AddChanges<uint16_t, kLayout>};
-  });
-}
+template <class Sample, int kAt>
+constexpr MultiFrequencyKernels::OfLayout kOfLayout = {Brightness<Sample, kLuminanceLayouts[kAt]>,
+                                                       AddChanges<Sample, kLuminanceLayouts[kAt]>};
 
 }  // namespace
 
-const MultiFrequencyKernels kMultiFrequencyPlain = {Respond, BrightnessOf};
+const MultiFrequencyKernels kMultiFrequencyPlain = {
+    Respond,
+    {kOfLayout<uint8_t, 0>, kOfLayout<uint8_t, 1>, kOfLayout<uint8_t, 2>, kOfLayout<uint8_t, 3>,
+     kOfLayout<uint8_t, 4>, kOfLayout<uint8_t, 5>},
+    {kOfLayout<uint16_t, 0>, kOfLayout<uint16_t, 1>, kOfLayout<uint16_t, 2>, kOfLayout<uint16_t, 3>,
+     kOfLayout<uint16_t, 4>, kOfLayout<uint16_t, 5>}};
 
 }  // namespace ovra

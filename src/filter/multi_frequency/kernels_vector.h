@@ -17,9 +17,8 @@ template <class V, class Sample>
 constexpr std::ptrdiff_t kStep = V::kBytes / static_cast<std::ptrdiff_t>(sizeof(Sample));
 
 template <class V>
-BrightnessKernels Narrower(uint32_t color_model, int32_t depth_bits) {
-  return NarrowerThan<V>(kMultiFrequencyPlain, kMultiFrequencySse)
-      .brightness(color_model, depth_bits);
+const MultiFrequencyKernels::OfLayout& Narrower(uint32_t color_model, int32_t depth_bits) {
+  return NarrowerThan<V>(kMultiFrequencyPlain, kMultiFrequencySse).Of(color_model, depth_bits);
 }
 
 // Register r of kChannels of the samples of kStep pixels: of each lane's own.
@@ -267,18 +266,17 @@ void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* chan
                    depth_bits);
 }
 
-template <class V>
-BrightnessKernels BrightnessOf(uint32_t color_model, int32_t depth_bits) {
-  return WithLuminanceLayout(color_model, [depth_bits]<LuminanceLayout kLayout>() {
-    return depth_bits == 8
-               ? BrightnessKernels{Brightness<V, uint8_t, kLayout>, AddChanges<V, uint8_t, kLayout>}
-               : BrightnessKernels{Brightness<V, uint16_t, kLayout>,
-                                   AddChanges<V, uint16_t, kLayout>};
-  });
-}
+template <class V, class Sample, int kAt>
+constexpr MultiFrequencyKernels::OfLayout kOfLayout = {
+    Brightness<V, Sample, kLuminanceLayouts[kAt]>, AddChanges<V, Sample, kLuminanceLayouts[kAt]>};
 
 template <class V>
-constexpr MultiFrequencyKernels kMultiFrequencyOf = {Respond<V>, BrightnessOf<V>};
+constexpr MultiFrequencyKernels kMultiFrequencyOf = {
+    Respond<V>,
+    {kOfLayout<V, uint8_t, 0>, kOfLayout<V, uint8_t, 1>, kOfLayout<V, uint8_t, 2>,
+     kOfLayout<V, uint8_t, 3>, kOfLayout<V, uint8_t, 4>, kOfLayout<V, uint8_t, 5>},
+    {kOfLayout<V, uint16_t, 0>, kOfLayout<V, uint16_t, 1>, kOfLayout<V, uint16_t, 2>,
+     kOfLayout<V, uint16_t, 3>, kOfLayout<V, uint16_t, 4>, kOfLayout<V, uint16_t, 5>}};
 
 }  // namespace
 }  // namespace ovra

@@ -130,7 +130,7 @@ class Run {
         responses_(responses),
         pyramid_(ForTier(tier, kPyramidPlain, kPyramidSse, kPyramidAvx2)),
         kernels_(ForTier(tier, kMultiFrequencyPlain, kMultiFrequencySse, kMultiFrequencyAvx2)),
-        samples_(kernels_.brightness(format.color_model, picture.depth_bits)),
+        samples_(kernels_.Of(format.color_model, picture.depth_bits)),
         brightness_(picture, samples_.brightness) {}
 
   Status Do() {
@@ -232,7 +232,7 @@ class Run {
   const Responses& responses_;
   const PyramidKernels& pyramid_;
   const MultiFrequencyKernels& kernels_;
-  const BrightnessKernels samples_;
+  const MultiFrequencyKernels::OfLayout samples_;
   BrightnessSource brightness_;
   Reduction level1_;
   Pyramid levels_;  // from level 2 on

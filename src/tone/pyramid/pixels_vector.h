@@ -2,6 +2,7 @@
 // Between 16-bit samples of pixels and one number for each pixel, in registers. For kernel files.
 #pragma once
 
+#include "core/channel_shuffles.h"
 #include "core/vector_ops.h"
 
 namespace ovra {
@@ -41,24 +42,6 @@ class WeightedSum {
   typename V::Reg third_;
   int shift_;
 };
-
-// Spreads a number for each pixel, as wide as a sample, over the pixel's first kChanged samples; its
-// others get 0. Register r of kChannels holds the samples of 16 bytes.
-template <int kSampleBytes, int kChannels, int kChanged>
-struct SpreadOrder {
-  alignas(16) int8_t orders[kChannels][16];
-
-  constexpr SpreadOrder() : orders() {
-    for (int i = 0; i < 16 * kChannels; ++i) {
-      const int sample = i / kSampleBytes;
-      const int at = sample / kChannels * kSampleBytes + i % kSampleBytes;
-      orders[i / 16][i % 16] = static_cast<int8_t>(sample % kChannels < kChanged ? at : -1);
-    }
-  }
-};
-
-template <int kSampleBytes, int kChannels, int kChanged>
-constexpr SpreadOrder<kSampleBytes, kChannels, kChanged> kSpreadOrder;
 
 }  // namespace
 }  // namespace ovra

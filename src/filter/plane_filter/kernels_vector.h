@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+// The vector forms, for registers of any width. Included by one kernel file a tier.
+#pragma once
+
+#include "core/vector_ops.h"
+#include "filter/plane_filter/kernels.h"
+
+namespace ovra {
+namespace {
+
+// Calls block(x) for blocks of a register's 16-bit samples, as CoverRow does.
+template <class V, class Block>
+bool CoverSamples(std::ptrdiff_t width, const Block& block) {
+  return CoverRow(width, V::kBytes / 2, block);
+}
+
+// The mean of two, rounded down, without a wider sum.
+template <class V>
+typename V::Reg Mean(typename V::Reg a, typename V::Reg b) {
+  return V::Add16(V::And(a, b), V::ShiftRight16(V::Xor(a, b), 1));
+}
+
+// (left + 2 middle + right) >> 2: rounding down twice is rounding down once.
+template <class V>
+typename V::Reg Smooth(typename V::Reg left, typename V::Reg middle, typename V::Reg right) {
+  return Mean<V>(Mean<V>(left, right), middle);
+}
+
+template <class V>
+void CombineRowsThreeTaps(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                          std::ptrdiff_t width) {
+  const auto block = [&](std::ptrdiff_t x) {
+    V::Store(output + x,
+             Smooth<V>(V::Load(rows[0] + x), V::Load(rows[1] + x), V::Load(rows[2] + x)));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kPlaneFilterPlain, kPlaneFilterSse).three_taps(rows, kernel, output, width);
+  }
+}
+
+// The weighted sums for one block, modulo 2^32: those of the lower half of each lane in sums[0].
+template <class V>
+void WeightedSums(const int16_t* const* rows, const PlaneKernel& kernel, std::ptrdiff_t x,
+                  typename V::Reg (&sums)[2]) {
+  using Reg = typename V::Reg;
+  sums[0] = V::Zero();
+  sums[1] = V::Zero();
+  for (std::ptrdiff_t k = 0; k < kernel.taps; k += 2) {
+    const Reg a = V::Load(rows[k] + x);
+    const Reg b = k + 1 < kernel.taps ? V::Load(rows[k + 1] + x) : V::Zero();
+    const Reg weights = V::Set32(kernel.weight_pairs[k / 2]);
+    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
+    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
+  }
+}
+
+// The low 16 bits of each 32-bit element: brought under their own sign, so that packing wraps.
+template <class V>
+typename V::Reg PackWrapped(typename V::Reg low, typename V::Reg high) {
+  return V::PackS32(V::ShiftRight32(V::ShiftLeft32(low, 16), 16),
+                    V::ShiftRight32(V::ShiftLeft32(high, 16), 16));
+}
+
+template <class V>
+void CombineRowsShift(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                      std::ptrdiff_t width) {
+  const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg sums[2];
+    WeightedSums<V>(rows, kernel, x, sums);
+    // As PackWrapped, of the sums shifted down.
+    for (auto& sum : sums) sum = V::ShiftRight32(V::ShiftLeft32(sum, 16 - kPlaneUnitBits), 16);
+    V::Store(output + x, V::PackS32(sums[0], sums[1]));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kPlaneFilterPlain, kPlaneFilterSse).shift(rows, kernel, output, width);
+  }
+}
+
+// Divides four integers by a positive integer, of which the reciprocal is given, toward zero. With
+// a half added to its magnitude no quotient is closer to an integer than half of that reciprocal,
+// which is far more than what the product of doubles can be off.
+template <class V>
+Sse::Reg DivideFourTowardZero(Sse::Reg a, double reciprocal) {
+  typename V::Doubles values[4 / V::kDoubles];
+  V::ToDoubles(a, values);
+  for (auto& value : values) {
+    const auto half = V::CopySign(V::SetDoubles(0.5), value);
+    value = (value + half) * V::SetDoubles(reciprocal);
+  }
+  return V::Truncate(values);
+}
+
+template <class V>
+typename V::Reg DivideTowardZero(typename V::Reg a, double reciprocal) {
+  return V::SetLanes(DivideFourTowardZero<V>(V::Lane(a, 0), reciprocal),
+                     DivideFourTowardZero<V>(V::Lane(a, V::kLanes - 1), reciprocal));
+}
+
+template <class V>
+void CombineRowsDivide(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                       std::ptrdiff_t width) {
+  const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg sums[2];
+    WeightedSums<V>(rows, kernel, x, sums);
+    for (auto& sum : sums) sum = DivideTowardZero<V>(sum, kernel.reciprocal);
+    V::Store(output + x, PackWrapped<V>(sums[0], sums[1]));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kPlaneFilterPlain, kPlaneFilterSse).divide(rows, kernel, output, width);
+  }
+}
+
+template <class V>
+constexpr PlaneFilterKernels kPlaneFilterOf = {CombineRowsShift<V>, CombineRowsDivide<V>,
+                                               CombineRowsThreeTaps<V>};
+
+}  // namespace
+}  // namespace ovra

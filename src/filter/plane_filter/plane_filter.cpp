@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "filter/plane_filter/plane_filter.h"
+
+namespace ovra {
+namespace {
+
+int32_t SumOfWeights(const int32_t* weights, uint32_t tap_count) {
+  uint32_t sum = 0;
+  for (uint32_t k = 0; k < tap_count; ++k) sum += static_cast<uint32_t>(weights[k]);
+  return static_cast<int32_t>(sum);
+}
+
+bool FitsPairs(const int32_t* weights, uint32_t tap_count) {
+  return std::all_of(weights, weights + tap_count,
+                     [](int32_t w) { return w == static_cast<int16_t>(w); });
+}
+
+bool IsThreeTaps(const PlaneKernel& kernel) {
+  const int32_t* const w = kernel.weights;
+  return kernel.taps == 3 && w[0] == 32 && w[1] == 64 && w[2] == 32;
+}
+
+// The rows of a plane that stand next to one another.
+struct PlaneRows {
+  const int16_t* Row(std::ptrdiff_t j) const { return samples + j * width; }
+
+  const int16_t* samples;
+  std::ptrdiff_t width;
+};
+
+}  // namespace
+
+void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs) {
+  for (size_t k = 0; k < taps; k += 2) {
+    const uint32_t second = k + 1 < taps ? static_cast<uint32_t>(weights[k + 1]) : 0;
+    pairs[k / 2] =
+        static_cast<int32_t>((static_cast<uint32_t>(weights[k]) & 0xFFFF) | second << 16);
+  }
+}
+
+CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier) {
+  if (kernel.sum <= 0) return CombineRowsZero;
+  const KernelTier usable = kernel.weight_pairs == nullptr ? KernelTier::kPlain : tier;
+  const PlaneFilterKernels& kernels =
+      ForTier(usable, kPlaneFilterPlain, kPlaneFilterSse, kPlaneFilterAvx2);
+  if (IsThreeTaps(kernel)) return kernels.three_taps;
+  return kernel.sum == kPlaneUnitSum ? kernels.shift : kernels.divide;
+}
+
+bool PlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,
+                          KernelTier tier) {
+  const uint64_t pairs = (uint64_t{tap_count} + 1) / 2;
+  if (!line_.Allocate(uint64_t{width} + tap_count) || !shifts_.Allocate(tap_count) ||
+      !rows_.Allocate(tap_count) || !weight_pairs_.Allocate(pairs)) {
+    return false;
+  }
+  for (size_t k = 0; k < tap_count; ++k) shifts_[k] = line_.data() + k;
+  FillWeightPairs(weights, tap_count, weight_pairs_.data());
+  width_ = static_cast<std::ptrdiff_t>(width);
+  const int32_t sum = SumOfWeights(weights, tap_count);
+  kernel_ = {weights, FitsPairs(weights, tap_count) ? weight_pairs_.data() : nullptr,
+             static_cast<std::ptrdiff_t>(tap_count), sum, sum > 0 ? 1.0 / sum : 0.0};
+  combine_ = SelectCombineRows(kernel_, tier);
+  return true;
+}
+
+void PlaneFilter::FilterRow(const int16_t* input, int16_t* output) {
+  if (width_ == 0) return;
+  int16_t* const middle = std::fill_n(line_.data(), Before(), input[0]);
+  int16_t* const end = std::copy_n(input, width_, middle);
+  std::fill_n(end, After(), input[width_ - 1]);
+  combine_(shifts_.data(), kernel_, output, width_);
+}
+
+Status SeparablePlaneFilter(const int16_t* input, int16_t* output, uint32_t width, uint32_t height,
+                            uint32_t tap_count, const int32_t* weights, int16_t* scratch,
+                            KernelTier tier) {
+  PlaneFilter filter;
+  if (!filter.Prepare(width, tap_count, weights, tier)) return OVRA_ERROR_NO_MEMORY;
+  const auto row_samples = static_cast<std::ptrdiff_t>(width);
+  const auto rows = static_cast<std::ptrdiff_t>(height);
+  for (std::ptrdiff_t y = 0; y < rows; ++y) {
+    filter.FilterRow(input + y * row_samples, scratch + y * row_samples);
+  }
+  const PlaneRows filtered = {scratch, row_samples};
+  for (std::ptrdiff_t y = 0; y < rows; ++y) {
+    filter.CombineRows(filtered, rows, y, output + y * row_samples);
+  }
+  return OVRA_OK;
+}
+
+}  // namespace ovra

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+// Rows of the luminance unsharp mask's blur and correction. Both passes of the blur combine rows as
+// the plane filter does; along a row, "row" k is the row itself from its column k on.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "filter/plane_filter/kernels.h"
+
+namespace ovra {
+
+struct YUsmTables {
+  const int32_t* correction;  // 2048 entries, by luminance - blurred + kNoDifference
+  const int32_t* level;       // 1024 entries, by luminance
+  int32_t shift;              // of their product: 16 or 14
+};
+
+inline constexpr int32_t kNoDifference = 1024;
+inline constexpr int32_t kMaxLuminance = 1023;
+
+// The deltas that correct a row's samples, from its luminance and blurred luminance, both
+// 0..kMaxLuminance. deltas may be blurred.
+using FindDeltasRow = void(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
+                           std::ptrdiff_t columns, const YUsmTables& tables);
+
+struct YUsmKernels {
+  CombineRowsKernel* limited;       // the sums, shifted as kPlaneUnitSum, limited to the luminance
+  CombineRowsKernel* smooth_twice;  // 32, 64, 32 twice over five rows, truncated in between
+  FindDeltasRow* find_deltas;
+};
+
+extern const YUsmKernels kYUsmPlain;
+extern const YUsmKernels kYUsmSse;
+extern const YUsmKernels kYUsmAvx2;
+
+}  // namespace ovra

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+// The vector forms, for registers of any width. Included by one kernel file a tier.
+#pragma once
+
+#include "filter/plane_filter/kernels_vector.h"
+#include "filter/yusm/kernels.h"
+
+namespace ovra {
+namespace {
+
+template <class V>
+void CombineRowsLimited(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                        std::ptrdiff_t width) {
+  const auto max_luminance = V::Set16(kMaxLuminance);
+  const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg sums[2];
+    WeightedSums<V>(rows, kernel, x, sums);
+    for (auto& sum : sums) sum = V::ShiftRight32(sum, kPlaneUnitBits);
+    const auto value = V::PackS32(sums[0], sums[1]);
+    V::Store(output + x, V::Min16(V::Max16(value, V::Zero()), max_luminance));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kYUsmPlain, kYUsmSse).limited(rows, kernel, output, width);
+  }
+}
+
+template <class V>
+void SmoothTwice(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                 std::ptrdiff_t width) {
+  const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg row[5];
+    for (int k = 0; k < 5; ++k) row[k] = V::Load(rows[k] + x);
+    V::Store(output + x,
+             Smooth<V>(Smooth<V>(row[0], row[1], row[2]), Smooth<V>(row[1], row[2], row[3]),
+                       Smooth<V>(row[2], row[3], row[4])));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kYUsmPlain, kYUsmSse).smooth_twice(rows, kernel, output, width);
+  }
+}
+
+template <class V>
+void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
+                std::ptrdiff_t columns, const YUsmTables& tables) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 4;
+  const int32_t* const no_difference = tables.correction + kNoDifference;
+  std::ptrdiff_t x = 0;
+  for (; x + kStep <= columns; x += kStep) {
+    const auto y = V::LoadS16As32(luminance + x);
+    const auto difference = V::Sub32(y, V::LoadS16As32(blurred + x));
+    const auto product =
+        V::MulLow32(V::Gather32(no_difference, difference), V::Gather32(tables.level, y));
+    const auto delta = V::ShiftRight32(product, tables.shift);
+    // The low 16 bits under their own sign, so that the store wraps.
+    V::Store32AsS16(deltas + x, V::ShiftRight32(V::ShiftLeft32(delta, 16), 16));
+  }
+  NarrowerThan<V>(kYUsmPlain, kYUsmSse)
+      .find_deltas(luminance + x, blurred + x, deltas + x, columns - x, tables);
+}
+
+template <class V>
+constexpr YUsmKernels kYUsmOf = {CombineRowsLimited<V>, SmoothTwice<V>, FindDeltas<V>};
+
+}  // namespace
+}  // namespace ovra

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+// The vector form, for registers of any width. Included by one kernel file a tier.
+#pragma once
+
+#include "core/vector_ops.h"
+#include "filter/yusm_double/kernels.h"
+
+namespace ovra {
+namespace {
+
+template <class V>
+typename V::Reg ScaledBand(const YUsmBandTables& tables, typename V::Reg luminance,
+                           typename V::Reg band) {
+  constexpr int32_t kNoDifference = OVRA_DIFFERENCE_TABLE_SIZE / 2;
+  const auto low = V::Set32(-kNoDifference);
+  const auto high = V::Set32(kNoDifference - 1);
+  const auto entry = V::Min32(V::Max32(band, low), high);
+  const auto difference = V::Gather32(tables.difference + kNoDifference, entry);
+  const auto level = V::Gather32(tables.level, luminance);
+  const auto strength = V::ShiftRight32(V::MulLow32(difference, level), 8);
+  return V::ShiftRight32(V::MulLow32(strength, band), 16);
+}
+
+template <class V>
+void FindDeltas(const int16_t* luminance, const int16_t* coarse_blur, const int16_t* fine_blur,
+                int16_t* deltas, std::ptrdiff_t columns, const YUsmDoubleTables& tables) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 4;
+  std::ptrdiff_t x = 0;
+  for (; x + kStep <= columns; x += kStep) {
+    const auto y = V::LoadS16As32(luminance + x);
+    const auto coarse = V::LoadS16As32(coarse_blur + x);
+    const auto fine = V::LoadS16As32(fine_blur + x);
+    const auto bands = V::Add32(ScaledBand<V>(tables.coarse, y, V::Sub32(fine, coarse)),
+                                ScaledBand<V>(tables.fine, y, V::Sub32(y, fine)));
+    const auto change = V::Add32(V::Sub32(coarse, y), bands);
+    V::Store32AsS16(deltas + x, V::ShiftRight32(change, 2));
+  }
+  NarrowerThan<V>(kYUsmDoublePlain, kYUsmDoubleSse)
+      .find_deltas(luminance + x, coarse_blur + x, fine_blur + x, deltas + x, columns - x, tables);
+}
+
+template <class V>
+constexpr YUsmDoubleKernels kYUsmDoubleOf = {FindDeltas<V>};
+
+}  // namespace
+}  // namespace ovra

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+// The two forms of the double unsharp mask.
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+
+#include "core/row_ring.h"
+#include "core/rows.h"
+#include "core/saturate.h"
+#include "filter/luminance/kernels.h"
+#include "filter/plane_filter/plane_filter.h"
+#include "filter/yusm_double/kernels.h"
+#include "filter/yusm_double/yusm_double.h"
+
+namespace ovra {
+namespace {
+
+constexpr uint32_t kMaxSide = std::numeric_limits<int32_t>::max();
+constexpr int32_t kDepthBits = 8;
+constexpr std::ptrdiff_t kBytesPerPixel = 3;
+constexpr double kAmountUnit = 1024.0;  // an amount of 1.0 in a scaled level table
+
+void FillBandTables(const YUsmBand& band, YUsmBandTables* tables) {
+  const double amount = double{band.amount} * kAmountUnit;
+  for (size_t i = 0; i < OVRA_LEVEL_TABLE_SIZE; ++i) {
+    tables->level[i] = TruncateToInt32(band.level_table[i] * amount);
+  }
+  std::copy_n(band.difference_table, OVRA_DIFFERENCE_TABLE_SIZE, tables->difference);
+}
+
+// The steps between pixels and luminance, which both forms share.
+class MaskRows {
+ public:
+  MaskRows(const uint8_t* source, uint8_t* destination, std::ptrdiff_t width, uint32_t color_model,
+           const YUsmDoubleTables& tables, KernelTier tier)
+      : source_(source),
+        destination_(destination),
+        width_(width),
+        tables_(tables),
+        luminance_(ForTier(tier, kLuminancePlain, kLuminanceSse, kLuminanceAvx2)
+                       .Of(color_model, kDepthBits)),
+        find_deltas_(ForTier(tier, kYUsmDoublePlain, kYUsmDoubleSse, kYUsmDoubleAvx2).find_deltas) {
+  }
+
+  // Rows stand next to one another: `rows` of them are one long row.
+  void Extract(std::ptrdiff_t row, std::ptrdiff_t rows, int16_t* luminance) const {
+    luminance_.extract(RowAt<uint8_t>(source_, kBytesPerPixel * width_, row), luminance,
+                       width_ * rows, kDepthBits);
+  }
+
+  // The deltas take the place of the coarse blur, of one row, which stays in the cache meanwhile.
+  void Correct(std::ptrdiff_t row, const int16_t* luminance, int16_t* coarse_blur,
+               const int16_t* fine_blur) const {
+    find_deltas_(luminance, coarse_blur, fine_blur, coarse_blur, width_, tables_);
+    luminance_.add_deltas(RowAt<uint8_t>(source_, kBytesPerPixel * width_, row),
+                          RowAt<uint8_t>(destination_, kBytesPerPixel * width_, row), coarse_blur,
+                          width_, kDepthBits);
+  }
+
+ private:
+  const uint8_t* const source_;
+  uint8_t* const destination_;
+  const std::ptrdiff_t width_;
+  const YUsmDoubleTables& tables_;
+  const LuminanceKernels::OfLayout luminance_;
+  FindDoubleDeltasRow* const find_deltas_;
+};
+
+Status FilterWholePlanes(const MaskRows& rows, uint32_t width, uint32_t height,
+                         const YUsmDoubleParameters& parameters, KernelTier tier) {
+  const uint64_t pixels = uint64_t{width} * height;
+  WorkMemory<int16_t> luminance;
+  WorkMemory<int16_t> coarse_blur;
+  WorkMemory<int16_t> fine_blur;
+  WorkMemory<int16_t> scratch;
+  if (!luminance.Allocate(pixels) || !coarse_blur.Allocate(pixels) || !fine_blur.Allocate(pixels) ||
+      !scratch.Allocate(pixels)) {
+    return OVRA_ERROR_NO_MEMORY;
+  }
+  const auto row_samples = static_cast<std::ptrdiff_t>(width);
+  const auto row_count = static_cast<std::ptrdiff_t>(height);
+  rows.Extract(0, row_count, luminance.data());
+  const auto blur = [&](const YUsmBand& band, int16_t* output) {
+    return SeparablePlaneFilter(luminance.data(), output, width, height, band.tap_count,
+                                band.weights, scratch.data(), tier);
+  };
+  Status status = blur(parameters.fine, fine_blur.data());
+  if (status == OVRA_OK) status = blur(parameters.coarse, coarse_blur.data());
+  if (status != OVRA_OK) return status;
+  for (std::ptrdiff_t row = 0; row < row_count; ++row) {
+    const std::ptrdiff_t at = row * row_samples;
+    rows.Correct(row, luminance.data() + at, coarse_blur.data() + at, fine_blur.data() + at);
+  }
+  return OVRA_OK;
+}
+
+// One blur of the luminance, row by row from the top.
+class StreamedBlur {
+ public:
+  [[nodiscard]] bool Prepare(uint32_t width, std::ptrdiff_t height, const YUsmBand& band,
+                             KernelTier tier) {
+    height_ = height;
+    if (!filter_.Prepare(width, band.tap_count, band.weights, tier)) return false;
+    const std::ptrdiff_t reached = filter_.Before() + 1 + filter_.After();
+    return filtered_.Allocate(width, static_cast<uint64_t>(reached)) && blurred_.Allocate(width);
+  }
+
+  std::ptrdiff_t RowsAhead() const { return filter_.After(); }
+
+  // The blurred row; called for every row in turn. The luminance rows up to `row` + RowsAhead() are
+  // in the ring.
+  int16_t* Blur(std::ptrdiff_t row, const RowRing<int16_t>& luminance) {
+    for (; next_ < std::min(height_, row + filter_.After() + 1); ++next_) {
+      filter_.FilterRow(luminance.Row(next_), filtered_.Row(next_));
+    }
+    filter_.CombineRows(filtered_, height_, row, blurred_.data());
+    return blurred_.data();
+  }
+
+ private:
+  PlaneFilter filter_;
+  RowRing<int16_t> filtered_;  // horizontally
+  WorkMemory<int16_t> blurred_;
+  std::ptrdiff_t height_ = 0;
+  std::ptrdiff_t next_ = 0;  // the first row not yet filtered horizontally
+};
+
+Status FilterStreaming(const MaskRows& rows, uint32_t width, uint32_t height,
+                       const YUsmDoubleParameters& parameters, KernelTier tier) {
+  const auto row_count = static_cast<std::ptrdiff_t>(height);
+  StreamedBlur coarse;
+  StreamedBlur fine;
+  RowRing<int16_t> luminance;
+  if (!coarse.Prepare(width, row_count, parameters.coarse, tier) ||
+      !fine.Prepare(width, row_count, parameters.fine, tier)) {
+    return OVRA_ERROR_NO_MEMORY;
+  }
+  const std::ptrdiff_t rows_ahead = std::max(coarse.RowsAhead(), fine.RowsAhead());
+  if (!luminance.Allocate(width, static_cast<uint64_t>(rows_ahead + 1))) {
+    return OVRA_ERROR_NO_MEMORY;
+  }
+  std::ptrdiff_t next = 0;  // the first row not yet read
+  for (std::ptrdiff_t row = 0; row < row_count; ++row) {
+    for (; next < std::min(row_count, row + rows_ahead + 1); ++next) {
+      rows.Extract(next, 1, luminance.Row(next));
+    }
+    const int16_t* const fine_blur = fine.Blur(row, luminance);
+    int16_t* const coarse_blur = coarse.Blur(row, luminance);
+    rows.Correct(row, luminance.Row(row), coarse_blur, fine_blur);
+  }
+  return OVRA_OK;
+}
+
+}  // namespace
+
+YUsmDoubleForm ChooseYUsmDoubleForm(uint32_t width, uint32_t height) {
+  constexpr uint32_t kLongSide = 2139;
+  constexpr uint32_t kShortSide = 1536;
+  const bool is_small =
+      std::max(width, height) <= kLongSide && std::min(width, height) <= kShortSide;
+  return is_small ? YUsmDoubleForm::kWholePlanes : YUsmDoubleForm::kStreaming;
+}
+
+Status FilterYUsmDouble(const uint8_t* source, uint8_t* destination, uint32_t width,
+                        uint32_t height, uint32_t color_model,
+                        const YUsmDoubleParameters& parameters, YUsmDoubleForm form,
+                        KernelTier tier) {
+  if (width > kMaxSide || height > kMaxSide) return OVRA_ERROR_NO_MEMORY;
+  WorkMemory<YUsmDoubleTables> tables;
+  if (!tables.Allocate(1)) return OVRA_ERROR_NO_MEMORY;
+  FillBandTables(parameters.coarse, &tables[0].coarse);
+  FillBandTables(parameters.fine, &tables[0].fine);
+  const MaskRows rows(source, destination, static_cast<std::ptrdiff_t>(width), color_model,
+                      tables[0], tier);
+  if (form == YUsmDoubleForm::kWholePlanes) {
+    return FilterWholePlanes(rows, width, height, parameters, tier);
+  }
+  return FilterStreaming(rows, width, height, parameters, tier);
+}
+
+}  // namespace ovra
