@@ -14,7 +14,10 @@ void MapChannels(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pix
   const uint16_t* const table1 = tables.table[1];
   const uint16_t* const table2 = tables.table[2];
   const uint32_t last = tables.last;
-  const auto index = [last](In sample) { return sample < last ? sample : last; };
+  const auto index = [last](In sample) -> uint32_t {
+    if constexpr (sizeof(In) == 1) return sample;  // all bytes have entries
+    return sample < last ? sample : last;
+  };
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     out[3 * i + 0] = static_cast<Out>(table0[index(in[3 * i + 0])]);
     out[3 * i + 1] = static_cast<Out>(table1[index(in[3 * i + 1])]);
