@@ -2,6 +2,8 @@
 // The vector forms, for registers of any width. Included by one kernel file a tier.
 #pragma once
 
+#include <cstring>
+
 #include "color/color_matrix/kernels.h"
 #include "core/vector_ops.h"
 
@@ -9,11 +11,6 @@ namespace ovra {
 namespace {
 
 constexpr int kLaneBytes = 16;
-
-template <class V>
-const ColorMatrixKernels& Rest() {
-  return NarrowerThan<V>(kColorMatrixPlain, kColorMatrixSse);
-}
 
 template <class Sample>
 constexpr bool kDeep = sizeof(Sample) == 2;
@@ -137,22 +134,25 @@ void StoreGroups(Out* samples, typename V::Reg values) {
   V::StoreLanes(samples, samples + kLaneSamples, values);
 }
 
-// Converts whole steps, as many as may be read: registers reach up to two pixels beyond the step's
-// own. Answers the number of pixels done.
+template <class V>
+constexpr int kStepPixels = V::kLanes* kLaneGroups* kGroupPixels;
+
+// Registers reach so many pixels beyond the step's own.
+constexpr int kReadBeyond = 2;
+
+// Converts whole steps, as many as may be read. Answers the number of pixels done.
 template <class V, class Sums, class In, class Out>
 std::ptrdiff_t ConvertFixedSteps(const In* source, Out* destination, std::ptrdiff_t pixels,
                                  const FixedMatrix& matrix) {
   using Reg = typename V::Reg;
   constexpr int kRegisters = kLaneGroups * kThirds;
-  constexpr int kStepPixels = V::kLanes * kLaneGroups * kGroupPixels;
-  constexpr int kReadBeyond = 2;
   const Sums sums(matrix);
   const Reg max = V::Set16(matrix.max);
   const int shift = matrix.shift;
   Reg offsets[kThirds];
   LoadThirds<V>(matrix.offset, offsets);
   std::ptrdiff_t i = 0;
-  for (; i + kStepPixels + kReadBeyond <= pixels; i += kStepPixels) {
+  for (; i + kStepPixels<V> + kReadBeyond <= pixels; i += kStepPixels<V>) {
     const In* const in = source + 3 * i;
     Out* const out = destination + 3 * i;
     const auto convert = [&](int r) {
@@ -178,31 +178,30 @@ std::ptrdiff_t ConvertFixedSteps(const In* source, Out* destination, std::ptrdif
   return i;
 }
 
-template <class V, class In, class Out>
-struct Fixed {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+// What is left of a run goes through a step of its own, beside which there is room to read.
+template <class V, class Sums, class In, class Out>
+void ConvertFixed(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                   const FixedMatrix& matrix) {
-    const auto* const in = reinterpret_cast<const In*>(source);
-    auto* const out = reinterpret_cast<Out*>(destination);
-    const std::ptrdiff_t done = ConvertFixedSteps<V, WideSums<V, In>>(in, out, pixels, matrix);
-    Rest<V>().fixed[kDeep<In>][kDeep<Out>](source + 3 * done * sizeof(In),
-                                           destination + 3 * done * sizeof(Out), pixels - done,
-                                           matrix);
+  constexpr std::ptrdiff_t kPixelBytesIn = 3 * sizeof(In);
+  constexpr std::ptrdiff_t kPixelBytesOut = 3 * sizeof(Out);
+  std::ptrdiff_t i = ConvertFixedSteps<V, Sums>(
+      reinterpret_cast<const In*>(source), reinterpret_cast<Out*>(destination), pixels, matrix);
+  while (i < pixels) {
+    constexpr int kPixels = kStepPixels<V> + kReadBeyond;
+    const std::ptrdiff_t left = pixels - i < kStepPixels<V> ? pixels - i : kStepPixels<V>;
+    In in[3 * kPixels] = {};
+    Out out[3 * kPixels];
+    std::memcpy(in, source + kPixelBytesIn * i, static_cast<size_t>(kPixelBytesIn * left));
+    ConvertFixedSteps<V, Sums>(in, out, kPixels, matrix);
+    std::memcpy(destination + kPixelBytesOut * i, out, static_cast<size_t>(kPixelBytesOut * left));
+    i += left;
   }
-};
+}
 
 template <class V, class In, class Out>
-struct FixedPairs {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
-                  const FixedMatrix& matrix) {
-    const auto* const in = reinterpret_cast<const In*>(source);
-    auto* const out = reinterpret_cast<Out*>(destination);
-    const std::ptrdiff_t done = ConvertFixedSteps<V, PairSums<V, In>>(in, out, pixels, matrix);
-    Rest<V>().fixed_pairs[kDeep<In>][kDeep<Out>](source + 3 * done * sizeof(In),
-                                                 destination + 3 * done * sizeof(Out),
-                                                 pixels - done, matrix);
-  }
-};
+constexpr ConvertMatrixRun<FixedMatrix>* kFixed = ConvertFixed<V, WideSums<V, In>, In, Out>;
+template <class V, class In, class Out>
+constexpr ConvertMatrixRun<FixedMatrix>* kFixedPairs = ConvertFixed<V, PairSums<V, In>, In, Out>;
 
 // Double precision -------------------------------------------------------------------------------
 //
@@ -312,11 +311,10 @@ struct Exact {
 
 template <class V>
 constexpr ColorMatrixKernels kColorMatrixOf = {
-    .fixed = {{Fixed<V, uint8_t, uint8_t>::Run, Fixed<V, uint8_t, uint16_t>::Run},
-              {Fixed<V, uint16_t, uint8_t>::Run, Fixed<V, uint16_t, uint16_t>::Run}},
-    .fixed_pairs = {{FixedPairs<V, uint8_t, uint8_t>::Run, FixedPairs<V, uint8_t, uint16_t>::Run},
-                    {FixedPairs<V, uint16_t, uint8_t>::Run,
-                     FixedPairs<V, uint16_t, uint16_t>::Run}},
+    .fixed = {{kFixed<V, uint8_t, uint8_t>, kFixed<V, uint8_t, uint16_t>},
+              {kFixed<V, uint16_t, uint8_t>, kFixed<V, uint16_t, uint16_t>}},
+    .fixed_pairs = {{kFixedPairs<V, uint8_t, uint8_t>, kFixedPairs<V, uint8_t, uint16_t>},
+                    {kFixedPairs<V, uint16_t, uint8_t>, kFixedPairs<V, uint16_t, uint16_t>}},
     .exact = {{Exact<V, uint8_t, uint8_t>::Run, Exact<V, uint8_t, uint16_t>::Run},
               {Exact<V, uint16_t, uint8_t>::Run, Exact<V, uint16_t, uint16_t>::Run}},
 };
