@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Geometry: rotation by quarter turns, mirrors, and placement on a larger canvas.
+// Geometry: rotation by quarter turns, mirrors, placement on a larger canvas, and trimming at any
+// angle.
 #ifndef OVRA_GEOMETRY_H
 #define OVRA_GEOMETRY_H
 
@@ -92,6 +93,48 @@ OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* source, uint32
                                                    uint32_t destination_height,
                                                    OvraPixelFormatCode format, int32_t offset_x,
                                                    int32_t offset_y, const uint16_t* fill);
+
+// Turns the picture by any tenth of a degree and cuts an upright rectangle out of it, at the scale of
+// the source: straightens a horizon. The turn goes about the rectangle's own centre. Multiples of a
+// quarter turn move pixels as they are; where the width and the height of the rectangle differ by an
+// odd number, quarter turns take the centre half a pixel to the left and up. At other angles all
+// channels are interpolated with the three-lobed Lanczos kernel (C. Lanczos, Applied Analysis,
+// 1956), sinc(d) sinc(d / 3), in fixed point, at positions rounded to 1/256 pixel. Results are the
+// same on every platform.
+//
+// source              source_width x source_height pixels of `format`, at least 1 x 1; row padding
+//                     is not read
+// destination         destination_width x destination_height pixels of the same format, 8 to 16383
+//                     each. Row padding is set to 0.
+// format              1 channel with the grey model, 3 with the models 0x01..0x07, 4 with
+//                     0x10..0x12; samples of 8 to 16 bits; arrangement 0; every row alignment and row
+//                     order. Both row orders of a picture give the same picture.
+// x, y                upper left pixel of the rectangle before the turn, in source pixels as seen. It
+//                     has the destination's size, and may reach outside the source or lie there
+// angle               tenths of a degree, counter-clockwise as seen; any value, modulo 3600. A
+//                     horizon whose right end hangs 2.3 degrees too low is straightened by 23
+// fill                null: the source's edge pixels are repeated outwards without end. Else one
+//                     value a channel, in channel order, limited to what the depth holds: the source
+//                     fades into that colour over the pixel that its outline covers
+//
+// The buffers belong to the caller and must not overlap. A failed call leaves the destination as it
+// was. Calls on different destinations may run in parallel.
+//
+// Answers, in the order of the checks:
+//   OVRA_ERROR_ROTATION_NULL         source or destination is null
+//   OVRA_ERROR_TRIMMING_IN_PLACE     source equals destination
+//   OVRA_ERROR_ROTATION_ZERO_SIZE    source width or height is 0 or negative
+//   OVRA_ERROR_TRIMMING_SIZE         destination width or height is not 8 to 16383
+//   the OVRA_ERROR_FORMAT_ codes, OVRA_ERROR_ROTATION_CHANNELS, OVRA_ERROR_ROTATION_DEPTH,
+//   OVRA_ERROR_ROTATION_COLOR_MODEL, OVRA_ERROR_ROTATION_ARRANGEMENT  as OvraRotateImage
+//   OVRA_ERROR_NO_MEMORY             no work memory
+//   OVRA_OK
+OVRA_API OvraStatus OVRA_CALL OvraFreeTrimming(const uint8_t* source, int32_t source_width,
+                                               int32_t source_height, uint8_t* destination,
+                                               int32_t destination_width,
+                                               int32_t destination_height,
+                                               OvraPixelFormatCode format, int32_t x, int32_t y,
+                                               int32_t angle, const uint16_t* fill);
 
 #ifdef __cplusplus
 }

@@ -41,8 +41,12 @@ struct Sse {
   // The first kBytes bytes: those of whole pixels that do not fill a register.
   template <int kBytes>
   static void StoreFirst(void* p, Reg a) {
-    static_assert(kBytes == 8 || kBytes == 10 || kBytes == 12);
-    _mm_storel_epi64(static_cast<Reg*>(p), a);
+    static_assert(kBytes == 4 || kBytes == 8 || kBytes == 10 || kBytes == 12);
+    if constexpr (kBytes == 4) {
+      _mm_storeu_si32(p, a);
+    } else {
+      _mm_storel_epi64(static_cast<Reg*>(p), a);
+    }
     if constexpr (kBytes == 10) _mm_storeu_si16(static_cast<char*>(p) + 8, _mm_srli_si128(a, 8));
     if constexpr (kBytes == 12) _mm_storeu_si32(static_cast<char*>(p) + 8, _mm_srli_si128(a, 8));
   }
@@ -104,6 +108,11 @@ struct Sse {
   static Reg Xor(Reg a, Reg b) { return _mm_xor_si128(a, b); }
   // b where the top bit of a byte of `choice` is set, else a.
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm_blendv_epi8(a, b, choice); }
+  // 16-bit element i of a lane from b where bit i of the mask is set, else from a.
+  template <int kMask>
+  static Reg Blend16(Reg a, Reg b) {
+    return _mm_blend_epi16(a, b, kMask);
+  }
   static bool IsZero(Reg a) { return _mm_testz_si128(a, a) != 0; }
   // Word i of each lane from b where bit i of the choice is set, else from a.
   template <int kChoice>
@@ -352,6 +361,10 @@ struct Avx2 {
   static Reg Or(Reg a, Reg b) { return _mm256_or_si256(a, b); }
   static Reg Xor(Reg a, Reg b) { return _mm256_xor_si256(a, b); }
   static Reg Choose8(Reg a, Reg b, Reg choice) { return _mm256_blendv_epi8(a, b, choice); }
+  template <int kMask>
+  static Reg Blend16(Reg a, Reg b) {
+    return _mm256_blend_epi16(a, b, kMask);
+  }
   static bool IsZero(Reg a) { return _mm256_testz_si256(a, a) != 0; }
   template <int kChoice>
   static Reg Choose16(Reg a, Reg b) {

@@ -39,4 +39,25 @@ void Extrapolate(Call& call) {
   });
 }
 
+void FreeTrim(Call& call) {
+  Draw& draw = call.draw;
+  const OvraPixelFormatCode format =
+      call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_CMYK}, 16);
+  const Shape from = {draw.Size(1, 250), draw.Size(1, 250), format};
+  const Shape to = {draw.Size(8, 200), draw.Size(8, 200), format};
+  const uint8_t* const source = call.Source(from);
+  uint8_t* const destination = call.Destination(to, Padding::kWritten);
+  const bool far = draw.OneIn(8);
+  const int32_t reach = far ? 0x40000000 : 60;
+  const int32_t x = draw.Int(-reach, far ? reach : from.width);
+  const int32_t y = draw.Int(-60, from.height);
+  const int32_t quarter_turns = 900 * draw.Int(-5, 5);
+  const int32_t angle = draw.Of({quarter_turns, draw.Int(-100, 100), draw.Int(-4000, 4000)});
+  const uint16_t* const fill = draw.OneIn(2) ? nullptr : call.Samples(4, 0xFFFF);
+  call.Run([&] {
+    return OvraFreeTrimming(source, from.width, from.height, destination, to.width, to.height,
+                            format, x, y, angle, fill);
+  });
+}
+
 }  // namespace ovra_test

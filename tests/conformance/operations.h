@@ -17,6 +17,7 @@ void RawToDib(Call& call);
 // geometry_calls.cpp
 void Rotate(Call& call);
 void Extrapolate(Call& call);
+void FreeTrim(Call& call);
 // resample_calls.cpp
 void KernelTable(Call& call);
 void Resize(Call& call);
@@ -55,6 +56,7 @@ inline constexpr Operation kOperations[] = {
     {"raw-to-dib", RawToDib},
     {"rotate", Rotate},
     {"extrapolate", Extrapolate},
+    {"free-trimming", FreeTrim},
     {"kernel-table", KernelTable},
     {"resize", Resize},
     {"resize-factors", ResizeByFactors},
