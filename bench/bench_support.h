@@ -34,12 +34,15 @@ void RegisterTiers(const std::string& name, double pixels,
                    const std::function<void(ovra::KernelTier)>& run);
 
 // One function for each file of benchmarks, called by main.
+void RegisterBandResize();
 void RegisterChannelTables();
 void RegisterColorMatrix();
 void RegisterComposition();
 void RegisterCube();
 void RegisterDibRaw();
 void RegisterExtrapolation();
+void RegisterFreeTrimming();
+void RegisterResizeRotate();
 void RegisterRotation();
 void RegisterSmallResize();
 void RegisterEdgeFilter();

@@ -64,12 +64,15 @@ void RegisterTiers(const std::string& name, double pixels,
 int main(int argc, char** argv) {
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+  ovra_bench::RegisterBandResize();
   ovra_bench::RegisterChannelTables();
   ovra_bench::RegisterColorMatrix();
   ovra_bench::RegisterComposition();
   ovra_bench::RegisterCube();
   ovra_bench::RegisterDibRaw();
   ovra_bench::RegisterExtrapolation();
+  ovra_bench::RegisterFreeTrimming();
+  ovra_bench::RegisterResizeRotate();
   ovra_bench::RegisterRotation();
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterEdgeFilter();
