@@ -98,11 +98,12 @@ def add_curve(page, picture):
                                          ("strong", "#c63", histogram(page, "tone-0-1.png"))]))
 
 
-def grey_row(page, name, y):
-    """The samples of a row, 0..1, of the first channel."""
+def grey_row(page, name, top):
+    """The first channel along rows, 0..1, as the mean of eight rows, in which a dither is level."""
     width, _ = page.size(name)
     samples = page.samples(name)
-    return [samples[3 * (y * width + x)] / 255 for x in range(width)]
+    return [sum(samples[3 * ((top + y) * width + x)] for y in range(8)) / (8 * 255)
+            for x in range(width)]
 
 
 def histogram(page, name):

@@ -2,6 +2,7 @@
 // Whatever the bytes of a file are, reading it gives a picture or one Error of one line, and neither
 // leaks nor reaches outside its memory (the sanitizers watch).
 #include <gtest/gtest.h>
+#include <tiffio.h>
 
 #include <string>
 
@@ -108,6 +109,22 @@ TEST(HostileFile, LargeClaimsAreRefused) {
     std::copy(std::begin(c.bytes), std::end(c.bytes), bytes.begin() + static_cast<int>(c.field));
     EXPECT_NE(ReadingError(folder, bytes).find(c.reason), std::string::npos) << c.reason;
   }
+}
+
+// Samples that are not compressed take as much of the file as of memory.
+TEST(HostileFile, PlainSamplesMustBeInTheFile) {
+  const TemporaryFolder folder;
+  TIFF* const tiff = TIFFOpen(folder.File("a.tif").c_str(), "w");
+  TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, 10000);
+  TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, 10000);
+  TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, 8);
+  TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, 1);
+  TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISBLACK);
+  std::vector<uint8_t> row(10000);
+  TIFFWriteScanline(tiff, row.data(), 0, 0);
+  TIFFClose(tiff);
+  EXPECT_NE(ReadingError(folder, ovra_test::ReadBytes(folder.File("a.tif"))).find("too short"),
+            std::string::npos);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Unusual files at both ends of the program: pipes, links, long names, signals.
+#include <png.h>
 #include <sys/stat.h>
 
 #include "tools/run_program.h"
@@ -54,6 +55,37 @@ TEST_F(ProgramTest, SignalsLeaveNoTemporaryFile) {
     EXPECT_EQ(Run("--version", wait_for_file).exit_code, 0) << signal;
     EXPECT_EQ(folder_.FileCount(), 1U) << signal;
   }
+}
+
+// Chunks of text that unfold to far more than the file: they are skipped, not kept.
+TEST_F(ProgramTest, CompressedTextTakesLittleMemory) {
+#if defined(__SANITIZE_ADDRESS__)
+  GTEST_SKIP() << "its own memory is counted too";
+#endif
+  std::FILE* const stream = std::fopen(folder_.File("a.png").c_str(), "wb");
+  png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
+  png_infop info = png_create_info_struct(png);
+  png_init_io(png, stream);
+  png_set_IHDR(png, info, 1, 1, 8, PNG_COLOR_TYPE_GRAY, PNG_INTERLACE_NONE, 0, 0);
+  std::string text(7'000'000, 'a');
+  png_text entry = {};
+  std::string key = "Remark";
+  entry.key = key.data();
+  entry.text = text.data();
+  for (int i = 0; i < 60; ++i) {
+    entry.compression = i % 2 == 0 ? PNG_TEXT_COMPRESSION_zTXt : PNG_ITXT_COMPRESSION_zTXt;
+    png_set_text(png, info, &entry, 1);
+  }
+  png_write_info(png, info);
+  const png_byte pixel = 77;
+  png_write_row(png, &pixel);
+  png_write_end(png, nullptr);
+  png_destroy_write_struct(&png, &info);
+  std::fclose(stream);
+  const int64_t peak = ovra_test::PeakMemory(
+      {"ovra", "rotate", "--mode", "half", folder_.File("a.png"), folder_.File("b.png")});
+  EXPECT_EQ(Read("b.png").data()[0], 77);
+  EXPECT_LT(peak, int64_t{100} << 20);
 }
 
 }  // namespace

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -73,6 +75,22 @@ class ProgramTest : public testing::Test {
 
 inline std::vector<uint8_t> Bytes(const ovra_host::Image& image) {
   return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
+}
+
+// Runs the program and answers the most memory that it held, in bytes; -1 when it fails.
+inline int64_t PeakMemory(const std::vector<std::string>& arguments) {
+  std::vector<char*> words;
+  for (const std::string& word : arguments) words.push_back(const_cast<char*>(word.c_str()));
+  words.push_back(nullptr);
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::execv(OVRA_PROGRAM, words.data());
+    ::_exit(127);
+  }
+  int status = 0;
+  rusage usage = {};
+  ::wait4(child, &status, 0, &usage);
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0 ? int64_t{1024} * usage.ru_maxrss : -1;
 }
 
 }  // namespace ovra_test

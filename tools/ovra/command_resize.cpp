@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 
 #include "commands.h"
-#include "ovra/resample.h"
+#include "exif.h"
 #include "picture_files.h"
+#include "resize_bands.h"
+#include "resizing.h"
+#include "turning.h"
 
 namespace ovra_host {
 namespace {
+
+// From so many pixels on, bands save more memory than they cost in convenience.
+constexpr int64_t kBandsFromPixels = 300'000'000;
+constexpr int32_t kUsualBandRows = 64;
 
 // What was asked for; 0 where it was not.
 struct ResizeOptions {
@@ -16,47 +24,102 @@ struct ResizeOptions {
   double scale = 0;
   Size fit;
   Rectangle crop;
+  int32_t turn = 0;
+  int32_t band_rows = 0;
+  bool fast = false;
+  bool straight = false;
 };
 
-int64_t Scaled(int32_t side, double scale) {
-  return std::max<int64_t>(1, std::llround(side * scale));
+int32_t Scaled(int32_t side, double scale) {
+  const double scaled = std::max(1.0, std::round(side * scale));
+  return static_cast<int32_t>(std::min(scaled, static_cast<double>(kMaxSide) + 1));
 }
 
-// The size of the result, for a region of this size. Without any request the region keeps its own.
-Image MakeResult(const ResizeOptions& options, Size region, OvraPixelFormatCode format) {
+// The size of the result, for a region of this size. Without any request the
+// region keeps its own.
+Size SizeFor(const ResizeOptions& options, Size region) {
   const double across = static_cast<double>(options.width) / region.width;
   const double down = static_cast<double>(options.height) / region.height;
-  if (options.width != 0 && options.height != 0) {
-    return Image(options.width, options.height, format);
-  }
-  if (options.width != 0) return Image(options.width, Scaled(region.height, across), format);
-  if (options.height != 0) return Image(Scaled(region.width, down), options.height, format);
+  if (options.width != 0 && options.height != 0) return {options.width, options.height};
+  if (options.width != 0) return {options.width, Scaled(region.height, across)};
+  if (options.height != 0) return {Scaled(region.width, down), options.height};
   double scale = options.scale != 0 ? options.scale : 1.0;
   if (options.fit.width != 0) {
     scale = std::min(static_cast<double>(options.fit.width) / region.width,
                      static_cast<double>(options.fit.height) / region.height);
   }
-  return Image(Scaled(region.width, scale), Scaled(region.height, scale), format);
+  return {Scaled(region.width, scale), Scaled(region.height, scale)};
 }
 
-Image Resize(const Image& source, const ResizeOptions& options, const CommonOptions& common) {
+// `upright` is the mode that brings the stored picture upright. The part is
+// given as it is seen then, sizes as they are after all turns.
+ResizePlan PlanFor(const ResizeOptions& options, Size stored, int32_t upright) {
+  const Size seen = TurnedSize(stored, upright);
   const bool whole = options.crop.size.width == 0;
-  const Rectangle region =
-      whole ? Rectangle{{0, 0}, {source.width(), source.height()}} : options.crop;
-  Image result = MakeResult(options, region.size, source.format());
-  if (whole) {
-    CallLibrary(common, "OvraResizeImage", [&] {
-      return OvraResizeImage(source.data(), source.width(), source.height(), result.data(),
-                             result.width(), result.height(), source.format());
-    });
-  } else {
-    CallLibrary(common, "OvraResizeImageROI", [&] {
-      return OvraResizeImageROI(source.data(), source.width(), source.height(), result.data(),
-                                result.width(), result.height(), source.format(), region.position.x,
-                                region.position.y, region.size.width, region.size.height);
-    });
+  const Rectangle part = whole ? Rectangle{{0, 0}, seen} : options.crop;
+  ResizePlan plan;
+  plan.region = TurnedPart(part, seen, InverseMode(upright));
+  plan.mode = JoinedModes(upright, options.turn);
+  plan.size = SizeFor(options, TurnedSize(part.size, options.turn));
+  plan.fast = options.fast;
+  plan.straight = options.straight;
+  return plan;
+}
+
+// Turns the picture upright on the way; the tag is reset for it.
+ResizePlan PlanFor(const ResizeOptions& options, Size stored, Metadata* metadata,
+                   const CommonOptions& common) {
+  const uint16_t orientation = common.read.auto_orient ? ExifOrientation(metadata->exif) : kUpright;
+  if (orientation != kUpright) SetExifUpright(&metadata->exif);
+  return PlanFor(options, stored, ModeForOrientation(orientation));
+}
+
+void ResizeWhole(const std::string& input, const std::string& output, const ResizeOptions& options,
+                 const CommonOptions& common) {
+  ReadOptions as_stored = common.read;
+  as_stored.auto_orient = false;
+  as_stored.strip = false;  // the orientation is needed
+  Picture picture = ReadPicture(input, as_stored);
+  const ResizePlan plan =
+      PlanFor(options, {picture.image.width(), picture.image.height()}, &picture.metadata, common);
+  picture.image = Resized(picture.image, plan, common);
+  if (common.read.strip) StripMetadata(&picture.metadata);
+  WritePicture(picture, output, common.write);
+}
+
+void Resize(const std::string& input, const std::string& output, const ResizeOptions& options,
+            const CommonOptions& common) {
+  std::unique_ptr<RowReader> reader = OpenPicture(input);
+  const PictureHeader header = reader->header();
+  const bool large = int64_t{header.width} * header.height >= kBandsFromPixels;
+  if (options.band_rows == 0 && !large) {
+    reader.reset();
+    return ResizeWhole(input, output, options, common);
   }
-  return result;
+  Metadata metadata = header.metadata;
+  const ResizePlan plan = PlanFor(options, {header.width, header.height}, &metadata, common);
+  if (common.read.strip) StripMetadata(&metadata);
+  const int32_t rows = options.band_rows != 0 ? options.band_rows : kUsualBandRows;
+  ResizeInBands(*reader, plan, rows, metadata, output, common);
+}
+
+// "0.5" or "50%".
+CLI::Option* AddScale(CLI::App& command, double& scale) {
+  constexpr double kLeast = 0.0001;
+  constexpr double kMost = 1000;
+  const auto read = [&scale](const std::string& text) {
+    const bool percent = !text.empty() && text.back() == '%';
+    const char* const end = text.data() + text.size() - (percent ? 1 : 0);
+    double value = 0;
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (percent) value /= 100;
+    if (error != std::errc() || stop != end || !(value >= kLeast && value <= kMost)) {
+      throw CLI::ConversionError("--scale: \"" + text + "\" is not a factor as 0.5 or 50%");
+    }
+    scale = value;
+  };
+  return command.add_option_function<std::string>("--scale", read, "so many times as large")
+      ->type_name("FACTOR|N%");
 }
 
 void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
@@ -64,11 +127,24 @@ void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
       command.add_option("--width", options.width, "width in pixels")->check(CLI::PositiveNumber);
   CLI::Option* const height = command.add_option("--height", options.height, "height in pixels")
                                   ->check(CLI::PositiveNumber);
-  CLI::Option* const scale = command.add_option("--scale", options.scale, "so many times as large")
-                                 ->check(CLI::Range(0.0001, 1000.0));
+  CLI::Option* const scale = AddScale(command, options.scale);
   AddSize(command, "--fit", options.fit, "as large as fits into this")
       ->excludes(width, height, scale);
   scale->excludes(width, height);
+}
+
+void AddWayOptions(CLI::App& command, ResizeOptions& options) {
+  command.add_flag("--fast", options.fast, "Fewer pixels of the source count, down to a third");
+  command.add_flag("--straight", options.straight,
+                   "Average colors without regard to alpha, as in masks kept "
+                   "in the alpha channel");
+  command
+      .add_option("--bands", options.band_rows,
+                  "Read so many rows at a time and never hold the whole "
+                  "picture; chosen by itself "
+                  "for pictures of 300 megapixels and more")
+      ->check(CLI::Range(1, 100'000))
+      ->type_name("ROWS");
 }
 
 }  // namespace
@@ -78,15 +154,21 @@ void AddResizeCommand(CLI::App& app, const CommonOptions& common) {
   const auto options = std::make_shared<ResizeOptions>();
   AddSizeOptions(*command, *options);
   AddRectangle(*command, "--crop", options->crop, "the part of the picture to take");
+  AddChoice(*command, "--turn", options->turn, TurnChoices(), "turn or mirror the result");
+  AddWayOptions(*command, *options);
   command->footer(
-      "Proportions are kept: with both --width and --height the middle is taken and what does not\n"
-      "fit is cut off at two sides; with one of them the other follows. With --crop alone the "
-      "part\n"
-      "keeps its size.\n\n"
-      "Example:\n  ovra resize --fit 1600x1200 photo.jpg smaller.jpg");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
-    return Resize(image, *options, common);
-  }));
+      "Proportions are kept: with both --width and --height the middle is "
+      "taken and what does not\n"
+      "fit is cut off at two sides; with one of them the other follows. With "
+      "--crop alone the part\n"
+      "keeps its size. The part is that of the upright picture, sizes are "
+      "those after --turn.\n\n"
+      "Example:\n  ovra resize --fit 1600x1200 photo.jpg smaller.jpg\n"
+      "  ovra resize --scale 50% *.jpg -o 'small/%s.jpg' --jobs 2");
+  AddPictureFiles(*command, common,
+                  [options, &common](const std::string& input, const std::string& output) {
+                    Resize(input, output, *options, common);
+                  });
 }
 
 }  // namespace ovra_host

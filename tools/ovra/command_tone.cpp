@@ -38,11 +38,34 @@ constexpr std::array<Form, 4> kForms = {{
 const Choices kFormChoices = {{"hyper", 0}, {"hyper-light", 1}, {"hybrid", 2}, {"hybrid-light", 3}};
 constexpr int32_t kHybrid = 2;
 
+constexpr float kUsualShadows = 0.6F;
+
+// A night is dark on purpose, and lifted whole it shows nothing but its noise: where hardly anything
+// is lit, the usual lift is less, down to a quarter.
+float UsualLift(const Image& image) {
+  constexpr double kLit = 0.15;        // tones from here on are lit
+  constexpr double kEnoughLit = 0.25;  // share of the picture
+  constexpr double kLeast = 0.25;
+  const auto threshold = static_cast<uint32_t>(kLit * image.max_sample());
+  const uint32_t channels = image.channels();
+  const uint32_t channel = channels == 1 ? 0 : 1;  // green is most of the brightness
+  int64_t lit = 0;
+  for (int32_t y = 0; y < image.height(); ++y) {
+    for (int32_t x = 0; x < image.width(); ++x) {
+      const size_t i = static_cast<size_t>(x) * channels + channel;
+      lit += (image.bytes_per_sample() == 1 ? image.Row(y)[i] : image.Row16(y)[i]) >= threshold;
+    }
+  }
+  const double share = static_cast<double>(lit) / image.width() / image.height();
+  return kUsualShadows * static_cast<float>(std::clamp(share / kEnoughLit, kLeast, 1.0));
+}
+
 struct ToneOptions {
-  OvraHyperToneParams params = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 0, 0};
+  OvraHyperToneParams params = {1.0F, kUsualShadows, 0.4F, 1.2F, 0.12F, 1.0F, 0, 0};
   std::string scale = "auto";
   std::string curve;
   int32_t form = kHybrid;
+  const CLI::Option* given_shadows = nullptr;
   bool show = false;
 };
 
@@ -108,7 +131,10 @@ Image Tone(const Image& image, const ToneOptions& options, const CommonOptions& 
   const CurveTable curve = options.curve.empty() ? CurveTable() : ReadCurve(options.curve);
   OvraHyperToneParams params = options.params;
   params.scale = ScaleFor(options.scale, image);
-  if (options.show) std::printf("scale %d\n", params.scale);
+  if (options.given_shadows->count() == 0) params.shadows = UsualLift(image);
+  if (options.show) {
+    std::printf("shadows %.2g scale %d\n", static_cast<double>(params.shadows), params.scale);
+  }
   const auto run = [&](const Image& source) {
     return RunForm(source, kForms[static_cast<size_t>(options.form)], params, curve, common);
   };
@@ -118,12 +144,12 @@ Image Tone(const Image& image, const ToneOptions& options, const CommonOptions& 
   });
 }
 
-void AddSlider(CLI::App& command, const char* name, float& value, float low, float high,
-               const char* description) {
+CLI::Option* AddSlider(CLI::App& command, const char* name, float& value, float low, float high,
+                       const char* description) {
   char range[32];
   std::snprintf(range, sizeof(range), "%g..%g", static_cast<double>(low),
                 static_cast<double>(high));
-  command.add_option(name, value, description)
+  return command.add_option(name, value, description)
       ->check(CLI::Range(low, high))
       ->type_name(range)
       ->capture_default_str();
@@ -132,7 +158,9 @@ void AddSlider(CLI::App& command, const char* name, float& value, float low, flo
 void AddSliders(CLI::App& command, ToneOptions& options) {
   OvraHyperToneParams& params = options.params;
   AddSlider(command, "--amount", params.amount, 0.0F, 1.0F, "Strength of all; 0 changes nothing");
-  AddSlider(command, "--shadows", params.shadows, -0.5F, 1.5F, "Lift of the shadows");
+  options.given_shadows =
+      AddSlider(command, "--shadows", params.shadows, -0.5F, 1.5F,
+                "Lift of the shadows; by itself less in pictures that are dark throughout");
   AddSlider(command, "--highlights", params.highlights, -0.5F, 1.0F, "Hold of the highlights");
   AddSlider(command, "--local-contrast", params.local_contrast, 0.5F, 1.5F, "Factor on detail");
   AddSlider(command, "--edge", params.edge, 0.01F, 0.15F,
@@ -165,7 +193,7 @@ void AddToneCommand(CLI::App& app, const CommonOptions& common) {
       ->type_name("FILE");
   AddChoice(*command, "--form", options->form, kFormChoices,
             "How it is computed: hybrid (the default) has no halos; light forms are faster");
-  command->add_flag("--show", options->show, "Print the scale that is used");
+  command->add_flag("--show", options->show, "Print the lift and the scale that are used");
   command->footer(
       "Pictures of 8 bits a sample are worked on with 12 and brought back with an ordered dither: "
       "a\n"
