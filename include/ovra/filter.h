@@ -31,9 +31,10 @@ extern "C" {
 //   RGBA          4         19, 38, 7              first three    fourth
 //   BGRA          4         7, 38, 19              first three    fourth
 //
-// A malformed format word is answered with 129..134, a format that is not accepted with 118
-// (channels), 119 (depth), 120 (colour model) or 121 (arrangement), in this order. A sample above
-// its declared depth counts as the depth's maximum when the luminance is formed.
+// A malformed format word is answered with OVRA_ERROR_FORMAT_*, a format that is not accepted with
+// OVRA_ERROR_YUSM_CHANNELS, _DEPTH, _COLOR_MODEL or _ARRANGEMENT, in this order: "the format" in the
+// lists of statuses. A sample above its declared depth counts as the depth's maximum when the
+// luminance is formed.
 //
 // Calls may run in parallel, also with one context.
 
@@ -63,9 +64,14 @@ typedef struct OvraYUsmContext OvraYUsmContext;
 // line go on to the ends of the table. A single point leaves its table as it was. The x of a curve's
 // last point may lie anywhere beyond its predecessor. format is checked and not used otherwise.
 //
-// 116 a table is null; 124 a count is not positive; 116 a points pointer is null; 125, 126 an x of
-// the level, difference curve out of range, not increasing or not a number; then the format. The
-// tables are written only when all checks are passed.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_NULL              a table is null
+//   OVRA_ERROR_YUSM_POINT_COUNT       a count is not positive
+//   OVRA_ERROR_YUSM_NULL              a points pointer is null
+//   OVRA_ERROR_YUSM_LEVEL_CURVE       an x is out of range, not increasing or not a number
+//   OVRA_ERROR_YUSM_DIFFERENCE_CURVE  likewise
+//   the statuses of the format
+//   OVRA_OK                           the tables are written
 OVRA_API OvraStatus OVRA_CALL OvraYUsmMakeTable(OvraPixelFormatCode format,
                                                 int32_t level_point_count,
                                                 const OvraResponsePoint* level_points,
@@ -85,7 +91,7 @@ enum { OVRA_DEFAULT_LEVEL_POINTS = 4, OVRA_DEFAULT_DIFFERENCE_POINTS = 10 };
 //   difference_points  10 points, symmetrical about 0: (-1, 0.3) (-0.25, 0.6) (-0.06, 1)
 //                      (-0.015, 1) (-0.003, 0) (0.003, 0) (0.015, 1) (0.06, 1) (0.25, 0.6) (1, 0.3)
 //
-// 116 a pointer is null; nothing is written then. May be called from any thread.
+// OVRA_ERROR_YUSM_NULL: a pointer is null; nothing is written then. May be called from any thread.
 OVRA_API OvraStatus OVRA_CALL OvraDefaultCurves(OvraResponsePoint* level_points,
                                                 OvraResponsePoint* difference_points);
 
@@ -102,8 +108,8 @@ OVRA_API OvraStatus OVRA_CALL OvraDefaultCurves(OvraResponsePoint* level_points,
 //
 // A radius of 1 gives 7, 31, 52, 31, 7 with room enough. The same on every platform.
 //
-// 116 tap_count or weights is null; 122 max_taps not 1..64; nothing is written then. May be called
-// from any thread.
+// OVRA_ERROR_YUSM_NULL: tap_count or weights is null; OVRA_ERROR_YUSM_TAPS: max_taps is not 1..64.
+// Nothing is written then. May be called from any thread.
 OVRA_API OvraStatus OVRA_CALL OvraGaussianWeights(double radius, int32_t max_taps,
                                                   int32_t* tap_count, int32_t* weights);
 
@@ -113,12 +119,19 @@ OVRA_API OvraStatus OVRA_CALL OvraGaussianWeights(double radius, int32_t max_tap
 //                       takes columns x - (tap_count - 1 - tap_count / 2) .. x + tap_count / 2;
 //                       columns beyond an edge are mirrored about the edge sample. Neither the sum
 //                       nor the signs are checked; of each weight the low 16 bits are used, signed.
+//                       0 taps are accepted, weights are not read then and may be null; but a
+//                       context without taps cannot run
 //   amount              1.0 leaves the image unchanged, more sharpens, less softens
 //   level_table         1024 entries, difference_table 2048, as OvraYUsmMakeTable gives them; copied
 //   context             receives the context, or null on failure; release it with OvraYUsm_Free
 //
-// 116 context is null; then the format; 122 tap_count not 1..64 or weights null; 123 a table is
-// null; 40 no memory.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_NULL        context is null
+//   the statuses of the format
+//   OVRA_ERROR_YUSM_TAPS        tap_count is not 0..64, or weights is null and tap_count not 0
+//   OVRA_ERROR_YUSM_NULL_TABLE  a table is null
+//   OVRA_ERROR_NO_MEMORY        there is no memory for the context
+//   OVRA_OK
 OVRA_API OvraStatus OVRA_CALL OvraYUsm_Init(OvraPixelFormatCode format, int32_t tap_count,
                                             const int32_t* weights, float amount,
                                             const int16_t* level_table,
@@ -129,19 +142,31 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsm_Init(OvraPixelFormatCode format, int32_t 
 // format and size; they may be the same buffer and must not overlap otherwise. Row padding is not
 // touched. Work memory: about 4 * tap_count * width bytes, until the call returns.
 //
-// 116 a pointer is null; 117 width or height below the tap count; 122 the context has no taps; then
-// the format; 40 no memory, or a size above 2147483647.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_NULL  a pointer is null
+//   OVRA_ERROR_YUSM_SIZE  width or height is below the tap count
+//   OVRA_ERROR_YUSM_TAPS  the context has no taps
+//   the statuses of the format
+//   OVRA_ERROR_NO_MEMORY  there is no work memory, or a size is about 2^31 or more
+//   OVRA_OK               the destination is written
 OVRA_API OvraStatus OVRA_CALL OvraYUsm(const uint8_t* source, uint8_t* destination, uint32_t width,
                                        uint32_t height, OvraPixelFormatCode format,
                                        const OvraYUsmContext* context);
 
-// Releases *context and sets it to null; a null *context stays null. 116 when context is null.
+// Releases *context and sets it to null; a null *context stays null. OVRA_ERROR_YUSM_NULL when
+// context is null.
 OVRA_API OvraStatus OVRA_CALL OvraYUsm_Free(OvraYUsmContext** context);
 
 // OvraYUsm_Init, OvraYUsm and OvraYUsm_Free in one call, with their arguments.
 //
-// 116 an image pointer is null; 117 width or height below the tap count; 122 tap_count not 1..64 or
-// weights null; 123 a table is null; then the format; 40 no memory, or a size above 2147483647.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_NULL        source or destination is null
+//   OVRA_ERROR_YUSM_SIZE        width or height is below the tap count
+//   OVRA_ERROR_YUSM_TAPS        tap_count is not 1..64, or weights is null
+//   OVRA_ERROR_YUSM_NULL_TABLE  a table is null
+//   the statuses of the format
+//   OVRA_ERROR_NO_MEMORY        there is no memory, or a size is about 2^31 or more
+//   OVRA_OK                     the destination is written
 OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t* destination,
                                                  uint32_t width, uint32_t height,
                                                  OvraPixelFormatCode format, int32_t tap_count,
@@ -162,7 +187,8 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t*
 // few steps.
 //
 // Formats: exactly 0x120 (RGB: all samples change) and 0x320 (YCC: the first sample changes): 8-bit
-// samples, packed rows, top row first; any other word is answered with 201.
+// samples, packed rows, top row first; any other word is answered with
+// OVRA_ERROR_YUSM_DOUBLE_FORMAT.
 //
 // source and destination hold 3 * width * height bytes and may be the same buffer; they must not
 // overlap otherwise. width and height are in pixels. Work memory: up to 2139 x 1536 pixels (or
@@ -183,18 +209,28 @@ typedef struct OvraYUsmDoubleContext OvraYUsmDoubleContext;
 //                       gives a blur of 0. weights may be null when tap_count is 0.
 //   amount              1.0 keeps the band, more enlarges it, less reduces it
 //   level_table         1024 entries, difference_table 2048, as OvraYUsmMakeTable gives them
-//   context             receives the context, or null on failure (but with 203 it is not touched);
-//                       release it with OvraYUsmDouble_Free
+//   context             receives the context, or null on failure (but it is not touched when a tap
+//                       count is refused); release it with OvraYUsmDouble_Free
 //
-// 203 a tap count is above 25; 201 format; 202 a pointer is null; 40 no memory.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_DOUBLE_TAPS      a tap count is above 25
+//   OVRA_ERROR_YUSM_DOUBLE_FORMAT
+//   OVRA_ERROR_YUSM_DOUBLE_ARGUMENT  a pointer is null
+//   OVRA_ERROR_NO_MEMORY             there is no memory for the context
+//   OVRA_OK
 OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble_Init(
     OvraPixelFormatCode format, uint32_t tap_count1, const int32_t* weights1, uint32_t tap_count2,
     const int32_t* weights2, float amount1, const int16_t* level_table1,
     const int16_t* difference_table1, float amount2, const int16_t* level_table2,
     const int16_t* difference_table2, OvraYUsmDoubleContext** context);
 
-// Runs the mask. 201 format; 202 a pointer is null, or width or height is 0 or below a tap count;
-// 40 no memory, or a size above 2147483647.
+// Runs the mask.
+//
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_DOUBLE_FORMAT
+//   OVRA_ERROR_YUSM_DOUBLE_ARGUMENT  a pointer is null, or width or height is 0 or below a tap count
+//   OVRA_ERROR_NO_MEMORY             there is no work memory, or a size is above 2147483647
+//   OVRA_OK                          the destination is written
 OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble(const uint8_t* source, uint8_t* destination,
                                              uint32_t width, uint32_t height,
                                              OvraPixelFormatCode format,
@@ -203,8 +239,12 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmDouble(const uint8_t* source, uint8_t* des
 // The same in one call and without a context, hence with tap counts up to the size of the image. No
 // pixels and no taps are answered with 0.
 //
-// 202 width or height below a tap count; 201 format; 202 a pointer is null; 40 no memory, or a size
-// above 2147483647.
+// Returns, the first that applies:
+//   OVRA_ERROR_YUSM_DOUBLE_ARGUMENT  width or height is below a tap count
+//   OVRA_ERROR_YUSM_DOUBLE_FORMAT
+//   OVRA_ERROR_YUSM_DOUBLE_ARGUMENT  a pointer is null
+//   OVRA_ERROR_NO_MEMORY             there is no work memory, or a size is above 2147483647
+//   OVRA_OK                          the destination is written
 OVRA_API OvraStatus OVRA_CALL OvraYUsmDoubleSingleStep(
     const uint8_t* source, uint8_t* destination, uint32_t width, uint32_t height,
     OvraPixelFormatCode format, uint32_t tap_count1, const int32_t* weights1, uint32_t tap_count2,
@@ -269,8 +309,9 @@ typedef struct OvraSoftFocusParams {
 //                      the caller, and may be the same buffer but must not overlap otherwise
 // width, height        in pixels; nothing is done when one of them is 0
 //
-// Work memory: 48 times the width plus 96 times the longer side with the radius, in bytes, and 3
-// bytes a pixel in place. A blur that keeps 1 - 1/131072 or more from pixel to pixel is too long for
+// Work memory: 48 times the width plus 96 times the longer side with the radius (of which no more than
+// 10400 pixels count), in bytes, and 3 bytes a pixel in place. The time depends on the size of the
+// picture; a radius beyond it adds no more than a limited number of steps to each line. A blur that keeps 1 - 1/131072 or more from pixel to pixel is too long for
 // the fixed point: its outcome is black.
 //
 // Returns, the first that applies:

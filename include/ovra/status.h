@@ -42,7 +42,7 @@ enum OvraStatusCode {
   OVRA_ERROR_YUSM_DEPTH = 119,             // sample depth above 14 bits (multi-frequency: 16)
   OVRA_ERROR_YUSM_COLOR_MODEL = 120,       // colour model not accepted with this channel count
   OVRA_ERROR_YUSM_ARRANGEMENT = 121,       // arrangement not 0
-  OVRA_ERROR_YUSM_TAPS = 122,              // tap count not 1..64, or weights null
+  OVRA_ERROR_YUSM_TAPS = 122,              // tap count not accepted, or weights null
   OVRA_ERROR_YUSM_NULL_TABLE = 123,        // level or difference table is null
   OVRA_ERROR_YUSM_POINT_COUNT = 124,       // a curve has no control point
   OVRA_ERROR_YUSM_LEVEL_CURVE = 125,       // level curve: x outside 0..1 or not increasing
