@@ -71,11 +71,10 @@ struct ResizePlan {
   std::ptrdiff_t DestinationStride() const { return RowStride(shape.destination.width, format); }
 };
 
-// What rows are made for, which decides what memory they may take and when.
-enum class RowUse {
-  kWholePicture,  // all source rows are in memory; a row may be left out for want of memory
-  kWholeTurned,   // all source rows are in memory; all work memory is taken at once
-  kBands,         // source rows come and go; memory does not depend on the heights
+// When the engine takes the memory that unusual tap counts need beside the ring.
+enum class RowMemory {
+  kRowByRow,  // as the resize of whole pictures does: a row may be left out for want of memory
+  kAtOnce,
 };
 
 // The engine's taps cover reductions down to this ratio. Beyond it, factors that follow from the

@@ -15,33 +15,26 @@
 namespace ovra {
 
 // A maker of rows has these operations, as EngineRows, ReductionRows and CopiedRows do. All rows
-// are numbered in memory order.
+// are numbered in memory order. It keeps no pointer to a row.
 //
-//   Status Prepare(plan, use, tier)   takes all memory; the plan's table is read later, too
-//   void Restart()                    begins a new picture
-//   int32_t NeededRow(j) const        the last source row that destination row j waits for
-//   void Take(row)                    the next source row. It must stay until KeepTakenRows, or
-//                                     until the destination rows that need it are written
-//   void Write(destination, stride, count)  the next `count` destination rows, all of whose rows
-//                                           have been taken
-//   int32_t RowsAtOnce() const        how many rows it had best write at a time, and the most
-//   void KeepTakenRows()              copies what is still needed of rows outside the maker
+//   Status Prepare(plan, memory, tier)  takes all memory; the plan's table is read later, too
+//   void Restart()                      begins a new picture
+//   int32_t NeededRow(j) const          the last source row that destination row j waits for
+//   void Take(row)                      the next source row
+//   void Write(destination)             the next destination row
 
 // Rows that pass through, padding included.
 class CopiedRows {
  public:
-  Status Prepare(const ResizePlan& plan, RowUse use, KernelTier tier);
-  void Restart() { row_ = nullptr; }
+  Status Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier);
+  void Restart() {}
   int32_t NeededRow(int32_t j) const { return j; }
-  void Take(const uint8_t* row) { row_ = row; }
-  void Write(uint8_t* destination, std::ptrdiff_t stride, int32_t count);
-  int32_t RowsAtOnce() const { return 1; }
-  void KeepTakenRows();
+  void Take(const uint8_t* row);
+  void Write(uint8_t* destination);
 
  private:
-  WorkMemory<uint8_t> kept_;
+  WorkMemory<uint8_t> row_;
   std::ptrdiff_t bytes_ = 0;
-  const uint8_t* row_ = nullptr;  // the last one taken; null when it was written
 };
 
 // Source rows that are at hand: `count` rows from number `first` on.
@@ -53,7 +46,7 @@ struct SourceRows {
 
 class RowStream {
  public:
-  Status Prepare(const ResizePlan& plan, RowUse use, KernelTier tier);
+  Status Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier);
 
   // Begins a new picture.
   void Restart();
@@ -68,9 +61,6 @@ class RowStream {
   // next destination row needs it, or when no row is left to write. Begins with source row Taken(),
   // which `source` must reach.
   void Run(const SourceRows& source, uint8_t* destination, std::ptrdiff_t stride, int32_t room);
-
-  // From here on the rows of `source` may go.
-  void KeepTakenRows();
 
  private:
   template <class Maker>

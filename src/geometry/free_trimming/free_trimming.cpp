@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
 
 #include "core/rows.h"
@@ -27,7 +28,9 @@ constexpr int32_t kTapsBefore = 2;
 constexpr int32_t kTapsAfter = 3;
 constexpr int32_t kMaxAreaSide = 91 + kTapsBefore + kTapsAfter;
 constexpr int32_t kMaxPixelBytes = 8;
-constexpr std::ptrdiff_t kAreaStride = kMaxAreaSide * kMaxPixelBytes + 64;
+constexpr std::ptrdiff_t kAreaMargin = 16;
+constexpr std::ptrdiff_t kAreaStride = kMaxAreaSide * kMaxPixelBytes + 2 * kAreaMargin;
+static_assert(kAreaMargin >= kTrimmingReadBefore && kAreaMargin >= kTrimmingReadBeyond);
 
 constexpr int32_t kPhaseOne = 1 << kPhaseBits;
 
@@ -157,7 +160,7 @@ class Trimmer {
     const Span rows = {(down.first >> kPhaseBits) - kTapsBefore,
                        (down.last >> kPhaseBits) + kTapsAfter};
     TrimmingRow job;
-    job.source = Area(columns, rows, kTrimmingReadBeyond, nullptr, &job.stride);
+    job.source = Area(columns, rows, nullptr, &job.stride);
     job.u_step = geometry_.across.column_step;
     job.v_step = geometry_.down.column_step;
     for (int32_t row = 0; row < tile.rows; ++row) {
@@ -199,7 +202,7 @@ class Trimmer {
     const Span columns = {across.first >> kPhaseBits, across.last >> kPhaseBits};
     const Span rows = {down.first >> kPhaseBits, down.last >> kPhaseBits};
     std::ptrdiff_t stride = 0;
-    const uint8_t* const area = Area(columns, rows, 0, has_fill_ ? fill_ : nullptr, &stride);
+    const uint8_t* const area = Area(columns, rows, has_fill_ ? fill_ : nullptr, &stride);
     const Orientation turn = OrientationOf(geometry_.quarter_turns, false);
     const auto count = static_cast<std::ptrdiff_t>(rows.Count());
     const uint8_t* const first = turn.rows_reversed ? area + (count - 1) * stride : area;
@@ -221,22 +224,26 @@ class Trimmer {
     }
   }
 
-  // The source's own pixels where it has them all, with so many bytes behind each row; else a copy,
+  // The source's own pixels where it has them all, and what kernels may read around them; else a copy,
   // in which the pixels outside the source are `outside`, or without it repeat the edge.
-  const uint8_t* Area(const Span& columns, const Span& rows, std::ptrdiff_t read_beyond,
-                      const Sample* outside, std::ptrdiff_t* stride) {
-    const std::ptrdiff_t pixels_beyond = (read_beyond + pixel_bytes_ - 1) / pixel_bytes_;
-    if (columns.first >= 0 && columns.last + pixels_beyond < source_.width && rows.first >= 0 &&
+  const uint8_t* Area(const Span& columns, const Span& rows, const Sample* outside,
+                      std::ptrdiff_t* stride) {
+    const auto pixels_of = [this](std::ptrdiff_t bytes) {
+      return (bytes + pixel_bytes_ - 1) / pixel_bytes_;
+    };
+    if (columns.first >= pixels_of(kTrimmingReadBefore) &&
+        columns.last + pixels_of(kTrimmingReadBeyond) < source_.width && rows.first >= 0 &&
         rows.last < source_.height) {
       *stride = source_.stride;
       return source_.Row(rows.first) + static_cast<std::ptrdiff_t>(columns.first) * pixel_bytes_;
     }
     *stride = kAreaStride;
+    uint8_t* const area = area_.data() + kAreaMargin;
     for (int64_t row = rows.first; row <= rows.last; ++row) {
       CopyRow(row, columns, outside,
-              area_.data() + static_cast<std::ptrdiff_t>(row - rows.first) * kAreaStride);
+              area + static_cast<std::ptrdiff_t>(row - rows.first) * kAreaStride);
     }
-    return area_.data();
+    return area;
   }
 
   void CopyRow(int64_t row, const Span& columns, const Sample* outside, uint8_t* out) {

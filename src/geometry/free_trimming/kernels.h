@@ -30,7 +30,8 @@ struct TrimmingRow {
   int64_t v_step;
 };
 
-// Bytes that a kernel may read beyond the last pixel under its taps.
+// Bytes that a kernel may read before the first pixel under its taps, and beyond the last.
+inline constexpr std::ptrdiff_t kTrimmingReadBefore = 2;
 inline constexpr std::ptrdiff_t kTrimmingReadBeyond = 10;
 
 // The first pass, down the columns, drops eight of the weights' fractional bits, the second the rest.

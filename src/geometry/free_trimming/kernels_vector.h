@@ -100,17 +100,27 @@ ColumnSums<V> SumColumns(const Place& a, const Place& b, std::ptrdiff_t stride,
 template <class V, int kChannels>
 ColumnSums<V> SumColumns(const Place& a, const Place& b, std::ptrdiff_t stride,
                          const WeightPairs<V>& down, uint16_t /*sample*/) {
+  // With one sample before them, two pixels of three channels stand in the halves of a lane: the first
+  // one an element too high.
+  constexpr int kBefore = kChannels == 3 ? 1 : 0;
   ColumnSums<V> sums;
   for (auto& sum : sums.of) sum = V::Set32(1 << (kDownShift - 1));
 #pragma GCC unroll 3
   for (int n = 0; n < kPairs; ++n) {
-#pragma GCC unroll 6
-    for (int t = 0; t < kLanczosTaps; ++t) {
-      const std::ptrdiff_t at = 2 * n * stride + t * kChannels * 2;
-      const auto rows = V::template UnpackLow<16>(
-          V::FlipSign16(V::LoadLanes(a.first + at, b.first + at)),
-          V::FlipSign16(V::LoadLanes(a.first + at + stride, b.first + at + stride)));
-      sums.of[t] = V::Add32(sums.of[t], V::MulAdd16(rows, down.pairs[n]));
+#pragma GCC unroll 3
+    for (int i = 0; i < kPairs; ++i) {
+      const std::ptrdiff_t at = 2 * n * stride + (2 * i * kChannels - kBefore) * 2;
+      const auto upper = V::FlipSign16(V::LoadLanes(a.first + at, b.first + at));
+      const auto lower = V::FlipSign16(V::LoadLanes(a.first + at + stride, b.first + at + stride));
+      sums.of[2 * i] = V::Add32(
+          sums.of[2 * i], V::MulAdd16(V::template UnpackLow<16>(upper, lower), down.pairs[n]));
+      sums.of[2 * i + 1] = V::Add32(
+          sums.of[2 * i + 1], V::MulAdd16(V::template UnpackHigh<16>(upper, lower), down.pairs[n]));
+    }
+  }
+  if constexpr (kBefore != 0) {
+    for (int i = 0; i < kPairs; ++i) {
+      sums.of[2 * i] = V::template ShiftBytesDown<4>(sums.of[2 * i]);
     }
   }
   return sums;

@@ -24,7 +24,7 @@ ContextPtr<BandResizeContext> MakeBandContext(const ResizeShape& shape, PixelFor
 // The last step of both forms: the rows of a plan, and the context is the caller's.
 Status HandOut(const ResizePlan& plan, KernelTier tier, ContextPtr<BandResizeContext> made,
                BandResizeContext** context) {
-  const Status status = made->rows.Prepare(plan, RowUse::kBands, tier);
+  const Status status = made->rows.Prepare(plan, RowMemory::kAtOnce, tier);
   if (status == OVRA_OK) *context = made.release();
   return status;
 }
@@ -71,7 +71,6 @@ Status BandResize(const Band& band, const Room& room, PixelFormatCode format, in
   if (first_row == 0 && rows.Taken() > 0) rows.Restart();
   const int32_t written_before = rows.Written();
   rows.Run({band.data, first_row, band.rows}, room.data, rows.DestinationStride(), room.rows);
-  rows.KeepTakenRows();
   *rows_taken = rows.Taken() - first_row;
   *rows_written = rows.Written() - written_before;
   return OVRA_OK;

@@ -18,14 +18,14 @@ uint64_t SaturatedProduct(uint64_t a, uint64_t b) {
 }  // namespace
 
 template <class Sample>
-Status EngineRows<Sample>::Prepare(const ResizePlan& plan, RowUse use, KernelTier tier) {
+Status EngineRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier) {
   const ResizeShape& shape = plan.shape;
   const int32_t row_taps = plan.kernel.vertical.taps;
   const ResizeKernelsOf<Sample>& kernels =
       ForTier(tier, kResizePlain, kResizeSse, kResizeAvx2).template Of<Sample>();
   combine_rows_ = kernels.Vertical(row_taps);
   combine_rows_of_any_taps_ = kernels.vertical_of_any_taps;
-  tap_arrays_for_each_row_ = combine_rows_ == nullptr && use == RowUse::kWholePicture;
+  tap_arrays_for_each_row_ = combine_rows_ == nullptr && memory == RowMemory::kRowByRow;
   source_height_ = shape.source.height;
   destination_height_ = shape.destination.height;
   vertical_pass_.taps = row_taps;
@@ -165,10 +165,9 @@ void EngineRows<Sample>::RepeatEdgeRow() {
   }
 }
 
-// For a whole picture the generic form takes its work memory for each row anew, and leaves out a
-// row that gets none.
+// Row by row, the generic form takes its work memory anew, and leaves out a row that gets none.
 template <class Sample>
-void EngineRows<Sample>::Write(uint8_t* destination, std::ptrdiff_t /*stride*/, int32_t /*count*/) {
+void EngineRows<Sample>::Write(uint8_t* destination) {
   auto* const out = reinterpret_cast<Sample*>(destination);
   vertical_pass_.oldest = slot_;
   rows_.Fill(next_destination_, row_weights_.data());

@@ -19,14 +19,12 @@ namespace ovra {
 template <class Sample>
 class EngineRows {
  public:
-  Status Prepare(const ResizePlan& plan, RowUse use, KernelTier tier);
+  Status Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier);
   void Restart();
 
   int32_t NeededRow(int32_t j) const;
   void Take(const uint8_t* row);
-  void Write(uint8_t* destination, std::ptrdiff_t stride, int32_t count);
-  int32_t RowsAtOnce() const { return 1; }
-  void KeepTakenRows() {}  // they are filtered as soon as they are taken
+  void Write(uint8_t* destination);
 
  private:
   [[nodiscard]] bool Allocate(const ResizePlan& plan);

@@ -40,7 +40,7 @@ Status ResizeWhole(const ResizeImages& images, const ResizePlan& plan, KernelTie
     return OVRA_OK;
   }
   RowStream rows;
-  const Status status = rows.Prepare(plan, RowUse::kWholePicture, tier);
+  const Status status = rows.Prepare(plan, RowMemory::kRowByRow, tier);
   if (status != OVRA_OK) return status;
   rows.Run({images.source, 0, plan.shape.source.height}, images.destination,
            plan.DestinationStride(), plan.shape.destination.height);

@@ -49,7 +49,7 @@ class TurnedImage {
 
   Status Write(KernelTier tier) {
     RowStream rows;
-    const Status status = rows.Prepare(plan_, RowUse::kWholeTurned, tier);
+    const Status status = rows.Prepare(plan_, RowMemory::kAtOnce, tier);
     if (status != OVRA_OK) return status;
     if (!image_.orientation.transposed && !image_.orientation.columns_reversed) {
       WriteInPlace(&rows);

@@ -25,17 +25,16 @@ struct WeighedRows {
 // A tier keeps the sums of a row as it likes, in this many elements more than the row has samples.
 inline constexpr std::ptrdiff_t kSpareReductionSums = 64;
 
-// Adds rows, from sample `first` on, to sums of `samples` samples, or begins the sums with them.
+// Adds rows to sums of `samples` samples, or begins the sums with them.
 template <class Sample>
-using SumRows = void(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples,
-                     bool begins, int64_t* sums);
+using SumRows = void(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, bool begins,
+                     int64_t* sums);
 
 // Adds the last rows of a kernel, whose weights sum to `weight_sum`, to what was summed (null:
 // nothing yet) and gives the rounded sums of sample * weight with kReductionIntermediateBits.
 template <class Sample>
-using WeighRows = void(const WeighedRows<Sample>& rows, std::ptrdiff_t first,
-                       std::ptrdiff_t samples, const int64_t* sums, int32_t weight_sum,
-                       int32_t* intermediate);
+using WeighRows = void(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, const int64_t* sums,
+                       int32_t weight_sum, int32_t* intermediate);
 
 // The columns of a reduction.
 struct ReductionColumns {

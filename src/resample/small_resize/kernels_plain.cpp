@@ -17,19 +17,18 @@ int64_t SumOf(const WeighedRows<Sample>& rows, std::ptrdiff_t sample) {
 }
 
 template <class Sample>
-void Sum(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples, bool begins,
-         int64_t* sums) {
+void Sum(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, bool begins, int64_t* sums) {
   for (std::ptrdiff_t i = 0; i < samples; ++i) {
-    sums[i] = (begins ? 0 : sums[i]) + SumOf(rows, first + i);
+    sums[i] = (begins ? 0 : sums[i]) + SumOf(rows, i);
   }
 }
 
 template <class Sample>
-void Weigh(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples,
-           const int64_t* sums, int32_t /*weight_sum*/, int32_t* intermediate) {
+void Weigh(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, const int64_t* sums,
+           int32_t /*weight_sum*/, int32_t* intermediate) {
   constexpr int64_t kHalf = int64_t{1} << (kVerticalShift - 1);
   for (std::ptrdiff_t i = 0; i < samples; ++i) {
-    const int64_t sum = (sums == nullptr ? 0 : sums[i]) + SumOf(rows, first + i);
+    const int64_t sum = (sums == nullptr ? 0 : sums[i]) + SumOf(rows, i);
     intermediate[i] = static_cast<int32_t>((sum + kHalf) >> kVerticalShift);
   }
 }

@@ -143,8 +143,8 @@ void AddRows(const Sample* const* rows, int32_t count, const WeightPairs& weight
 // A step makes two registers of samples. The last step overlaps the one before and has a place of its
 // own in the stored sums.
 template <class V, class Sample, class Start, class End>
-void SumSteps(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples,
-              const Start& start, const End& end) {
+void SumSteps(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, const Start& start,
+              const End& end) {
   constexpr std::ptrdiff_t kStep = 2 * VerticalSums<V>::kSamples;
   const WeightPairs weights = SplitWeights(rows.weights, rows.count);
   std::ptrdiff_t step = 0;
@@ -153,12 +153,12 @@ void SumSteps(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdif
     VerticalSums<V> left;
     VerticalSums<V> right;
     start(step, &left, &right);
-    AddRows<V>(rows.rows, rows.count, weights, first + i, &left, &right);
+    AddRows<V>(rows.rows, rows.count, weights, i, &left, &right);
     for (int32_t t = kRowsWithoutCarry; t < rows.count; t += kRowsWithoutCarry) {
       left.Carry();
       right.Carry();
-      AddRows<V>(rows.rows + t, rows.count - t, SplitWeights(rows.weights + t, rows.count - t),
-                 first + i, &left, &right);
+      AddRows<V>(rows.rows + t, rows.count - t, SplitWeights(rows.weights + t, rows.count - t), i,
+                 &left, &right);
     }
     end(step, i, &left, &right);
   }
@@ -179,13 +179,12 @@ void LoadSums(const int64_t* sums, std::ptrdiff_t step, VerticalSums<V>* left,
 }
 
 template <class V, class Sample>
-void Sum(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples, bool begins,
-         int64_t* sums) {
+void Sum(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, bool begins, int64_t* sums) {
   if (IsTooNarrow<V>(samples)) {
-    return kReductionPlain.Of<Sample>().sum_rows(rows, first, samples, begins, sums);
+    return kReductionPlain.Of<Sample>().sum_rows(rows, samples, begins, sums);
   }
   SumSteps<V>(
-      rows, first, samples,
+      rows, samples,
       [=](std::ptrdiff_t step, auto* left, auto* right) {
         if (!begins) LoadSums<V>(sums, step, left, right);
       },
@@ -198,17 +197,16 @@ void Sum(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t s
 }
 
 template <class V, class Sample>
-void Weigh(const WeighedRows<Sample>& rows, std::ptrdiff_t first, std::ptrdiff_t samples,
-           const int64_t* sums, int32_t weight_sum, int32_t* intermediate) {
+void Weigh(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, const int64_t* sums,
+           int32_t weight_sum, int32_t* intermediate) {
   if (IsTooNarrow<V>(samples)) {
-    return kReductionPlain.Of<Sample>().weigh_rows(rows, first, samples, sums, weight_sum,
-                                                   intermediate);
+    return kReductionPlain.Of<Sample>().weigh_rows(rows, samples, sums, weight_sum, intermediate);
   }
   // 2^15 * sum, brought to the intermediate's scale.
   static_assert(kVerticalShift == 15);
   const auto offset = V::Set32(sizeof(Sample) == 2 ? weight_sum : 0);
   SumSteps<V>(
-      rows, first, samples,
+      rows, samples,
       [=](std::ptrdiff_t step, auto* left, auto* right) {
         if (sums != nullptr) LoadSums<V>(sums, step, left, right);
       },

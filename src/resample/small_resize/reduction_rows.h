@@ -16,27 +16,25 @@
 
 namespace ovra {
 
-// Rows that were taken are named by their addresses until no kernel reaches them any more. When
-// they may go before that, a few are copied, and more are added to the sums of the destination rows
-// that are open: never more than five at once, since the kernel reaches two destination rows to
-// either side.
+// Rows are copied as they are taken, one after the other as processors like to read, until no kernel
+// reaches them any more. Where the kernel covers more rows than are kept, those are added to the sums
+// of the destination rows that are open: never more than five at once, since the kernel reaches two
+// destination rows to either side.
 template <class Sample>
 class ReductionRows {
  public:
-  Status Prepare(const ResizePlan& plan, RowUse use, KernelTier tier);
+  Status Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier);
   void Restart();
 
   int32_t NeededRow(int32_t j) const { return rows_.Last(j); }
   void Take(const uint8_t* row);
-  void Write(uint8_t* destination, std::ptrdiff_t stride, int32_t count);
-  int32_t RowsAtOnce() const { return kGroup; }
-  void KeepTakenRows();
+  void Write(uint8_t* destination);
 
  private:
-  // Neighbouring destination rows share most of their source rows, tile by tile.
-  static constexpr int32_t kGroup = 4;
+  // At fewer rows the sums are read and written too often, and more cost memory.
+  static constexpr int32_t kKeptRows = 24;
 
-  // The part of a destination row's kernel that lies on rows from `from` on.
+  // The rows of a destination row's kernel that are kept.
   struct Part {
     WeighedRows<Sample> rows;
     int32_t weight_sum;  // of the whole kernel
@@ -44,11 +42,11 @@ class ReductionRows {
   };
 
   [[nodiscard]] bool AllocateColumns(const ResizePlan& plan);
-  [[nodiscard]] bool AllocateRows(RowUse use);
+  [[nodiscard]] bool AllocateRows();
   void FillColumns();
-  Part PartOf(int32_t destination_row, int32_t* weights) const;
+  Part PartOf(int32_t destination_row);
   void DropRowsBefore(int32_t row);
-  void SumTakenRows();
+  void SumKeptRows();
 
   const ReductionKernelsOf<Sample>* kernels_ = nullptr;
   WeighColumns<Sample>* weigh_columns_ = nullptr;
@@ -65,16 +63,15 @@ class ReductionRows {
   std::ptrdiff_t first_sample_ = 0;  // of a source row that any column reads
   std::ptrdiff_t samples_ = 0;       // from there on
 
-  WorkMemory<int32_t> row_weights_;  // of kGroup destination rows
-  RowRing<int32_t> intermediate_;
-  WorkMemory<const Sample*> window_;
-  RowRing<Sample> kept_;   // for bands
-  RowRing<int64_t> sums_;  // for bands, of open destination rows
+  WorkMemory<int32_t> row_weights_;  // of one destination row
+  WorkMemory<int32_t> intermediate_;
+  RowRing<Sample> kept_;
+  const Sample* window_[kKeptRows] = {};  // the rows that are kept, from the first one on
+  RowRing<int64_t> sums_;                 // of open destination rows
   int32_t taken_ = 0;
   int32_t next_destination_ = 0;
   int32_t window_first_ = 0;  // the source row of window_[0]
   int32_t window_rows_ = 0;
-  int32_t kept_end_ = 0;  // rows of the window before this one are copies
 };
 
 }  // namespace ovra
