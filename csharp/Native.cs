@@ -395,6 +395,12 @@ namespace OvraBase
         public static extern int OvraExtrapolateImage(IntPtr source, uint sourceWidth, uint sourceHeight, IntPtr destination, uint destinationWidth, uint destinationHeight, uint format, int offsetX, int offsetY, ushort[] fill);
 
         [DllImport(Library)]
+        public static extern int OvraFreeTrimming(byte[] source, int sourceWidth, int sourceHeight, byte[] destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int angle, ushort[] fill);
+
+        [DllImport(Library)]
+        public static extern int OvraFreeTrimming(IntPtr source, int sourceWidth, int sourceHeight, IntPtr destination, int destinationWidth, int destinationHeight, uint format, int x, int y, int angle, ushort[] fill);
+
+        [DllImport(Library)]
         public static extern int OvraGaussianWeights(double radius, int maxTaps, out int tapCount, int[] weights);
 
         [DllImport(Library)]

@@ -397,6 +397,11 @@ function OvraExtrapolateImage(source: PByte; source_width: LongWord; source_heig
   format: TOvraPixelFormatCode; offset_x: LongInt; offset_y: LongInt; fill: PWord): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
 
+function OvraFreeTrimming(source: PByte; source_width: LongInt; source_height: LongInt;
+  destination: PByte; destination_width: LongInt; destination_height: LongInt;
+  format: TOvraPixelFormatCode; x: LongInt; y: LongInt; angle: LongInt; fill: PWord): TOvraStatus;
+  {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;
+
 function OvraGaussianWeights(radius: Double; max_taps: LongInt; tap_count: PLongInt;
   weights: PLongInt): TOvraStatus;
   {$ifdef MSWINDOWS}stdcall{$else}cdecl{$endif}; external OvraLibrary;

@@ -127,6 +127,14 @@ TEST(CppInterface, GeometryAndComposition) {
   ASSERT_TRUE(ovra::CompositeImage(again, source, 1, 2));
   EXPECT_TRUE(std::equal(source.Row(3), source.Row(3) + 21, again.Row(5) + 3));
 
+  Image cut({8, 8}, Format::Rgb());
+  const Image flat = Ramp({20, 20}, Format::Rgb());
+  ASSERT_TRUE(ovra::FreeTrimming(flat, cut, 3, 5, 0));
+  EXPECT_TRUE(std::equal(cut.Row(1), cut.Row(1) + 24, flat.Row(6) + 9));
+  ASSERT_TRUE(ovra::FreeTrimming(flat, cut, 300, 5, 0, {7, 8, 9}));
+  EXPECT_EQ(cut.Row(7)[2], 9);
+  EXPECT_EQ(ovra::FreeTrimming(flat, cut, 0, 0, 0, {7}).code(), Status::kMismatch);
+
   const Image raw = Ramp({5, 3}, Format::Rgb());
   Image dib({5, 3}, ovra::kDibFormat);
   Image back({5, 3}, Format::Rgb());

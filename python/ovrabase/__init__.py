@@ -21,7 +21,7 @@ from .filters import (Band, ResponseTables, default_curves, efilter_image, gauss
                       multi_frequency, soft_focus, yusm, yusm_double, yusm_double_free,
                       yusm_double_init, yusm_double_single_step, yusm_free, yusm_init,
                       yusm_make_table, yusm_single_step)
-from .geometry import extrapolate_image, rotate_image
+from .geometry import extrapolate_image, free_trimming, rotate_image
 from .library import Context, Error, functions, get_version, status_text
 from .native import (BlendMode, ColorModel, HyperToneParams, MultiFrequencyBand,
                      MultiFrequencyParams, Rotation, RowOrder, StatusCode)

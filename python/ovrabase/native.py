@@ -540,6 +540,21 @@ class Functions:
             ctypes.c_int32,  # offset_y
             ctypes.c_void_p,  # fill
         ]
+        self.free_trimming = library.OvraFreeTrimming
+        self.free_trimming.restype = ctypes.c_int32
+        self.free_trimming.argtypes = [
+            ctypes.c_void_p,  # source
+            ctypes.c_int32,  # source_width
+            ctypes.c_int32,  # source_height
+            ctypes.c_void_p,  # destination
+            ctypes.c_int32,  # destination_width
+            ctypes.c_int32,  # destination_height
+            ctypes.c_uint32,  # format
+            ctypes.c_int32,  # x
+            ctypes.c_int32,  # y
+            ctypes.c_int32,  # angle
+            ctypes.c_void_p,  # fill
+        ]
         self.gaussian_weights = library.OvraGaussianWeights
         self.gaussian_weights.restype = ctypes.c_int32
         self.gaussian_weights.argtypes = [

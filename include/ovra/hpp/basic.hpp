@@ -67,19 +67,41 @@ inline Status RotateImage(View source, MutableView destination, OvraRotation rot
                          source.format().code(), rotation);
 }
 
+namespace detail {
+
+constexpr size_t Channels(Format format) {
+  constexpr uint32_t kChannelField = 0xF0;
+  constexpr uint32_t kChannelShift = 4;
+  return ((format.code() & kChannelField) >> kChannelShift) + 1;
+}
+
+}  // namespace detail
+
 // fill: one value for each channel. See ovra/geometry.h for the two bytes that may be cleared behind
 // the destination; an Image has room for them.
 inline Status ExtrapolateImage(View source, MutableView destination, int32_t offset_x,
                                int32_t offset_y, const std::vector<uint16_t>& fill) {
-  constexpr uint32_t kChannelField = 0xF0;
-  constexpr uint32_t kChannelShift = 4;
-  const size_t channels = ((source.format().code() & kChannelField) >> kChannelShift) + 1;
-  if (destination.format() != source.format() || fill.size() < channels) return Status::kMismatch;
+  if (destination.format() != source.format() || fill.size() < detail::Channels(source.format())) {
+    return Status::kMismatch;
+  }
   return OvraExtrapolateImage(source.data(), detail::Unsigned(source.width()),
                               detail::Unsigned(source.height()), destination.data(),
                               detail::Unsigned(destination.width()),
                               detail::Unsigned(destination.height()), source.format().code(),
                               offset_x, offset_y, fill.data());
+}
+
+// angle: tenths of a degree, counter-clockwise. fill: one value for each channel; none repeats the
+// picture's edges.
+inline Status FreeTrimming(View source, MutableView destination, int32_t x, int32_t y,
+                           int32_t angle, const std::vector<uint16_t>& fill = {}) {
+  if (destination.format() != source.format() ||
+      (!fill.empty() && fill.size() < detail::Channels(source.format()))) {
+    return Status::kMismatch;
+  }
+  return OvraFreeTrimming(source.data(), source.width(), source.height(), destination.data(),
+                          destination.width(), destination.height(), source.format().code(), x, y,
+                          angle, fill.empty() ? nullptr : fill.data());
 }
 
 }  // namespace ovra

@@ -74,6 +74,15 @@ def test_the_resize_functions_agree_where_they_do_the_same():
     numpy.testing.assert_array_equal(ovrabase.resize_image(PHOTO, (10, 8)), tiny)
 
 
+def test_trimming():
+    cut = ovrabase.free_trimming(PHOTO, (20, 16), 30, 10, 0)
+    numpy.testing.assert_array_equal(cut, PHOTO[10:26, 30:50])
+    outside = ovrabase.free_trimming(PHOTO, (20, 16), 200, 10, 35, (1, 2, 3))
+    assert (outside == [1, 2, 3]).all()
+    turned = ovrabase.free_trimming(PHOTO, (64, 80), 8, -8, 900)
+    numpy.testing.assert_array_equal(turned, numpy.rot90(PHOTO))
+
+
 def test_resize_with_a_turn():
     whole, table = (0, 0, 80, 64), ovrabase.calc_cubic_spline(-0.75)
     taps, stretch = ovrabase.select_kernel_support(0.75)
