@@ -116,8 +116,9 @@ OVRA_API OvraStatus OVRA_CALL OvraHybridHyperToneLight_Init_12(OvraPixelFormatCo
 //   format               the same word that was given to _Init
 //   context              made by an _Init of the same form; any number of runs may share it
 //
-// Work memory: HyperTone and its Light form 0.2 bytes a pixel (thin pictures up to 2), the hybrid forms
-// 64 bytes for each square of 2^scale pixels; all of them 60 bytes times the width and some 10 KB.
+// Work memory: HyperTone and its Light form a sixth of a byte a pixel (in pictures narrower or lower than
+// 2^scale up to 2 bytes a pixel), the hybrid forms 64 bytes for each square of 2^scale pixels; all of
+// them 64 bytes times the width and up to 50 KB.
 //
 // Returns, the first that applies:
 //   OVRA_ERROR_TONE_NULL        source, destination or context is null

@@ -13,19 +13,22 @@ int first_failing = kNever;
 int last_failing = kNever;
 int requested = 0;
 int outstanding = 0;
+size_t requested_bytes = 0;
 
 void StartCounting(int first, int last) {
   first_failing = first;
   last_failing = last;
   requested = 0;
   outstanding = 0;
+  requested_bytes = 0;
   counting = true;
 }
 
-// Whether the next allocation is to fail; counts it.
-bool NextFails() {
+// Whether the next allocation, of this size, is to fail; counts it.
+bool NextFails(size_t size) {
   if (!counting) return false;
   ++requested;
+  requested_bytes += size;
   return requested >= first_failing && requested <= last_failing;
 }
 
@@ -49,15 +52,15 @@ void* __wrap_realloc(void* block, size_t size);
 void __wrap_free(void* block);
 
 void* __wrap_malloc(size_t size) {
-  return NextFails() ? nullptr : Count(__real_malloc(size));
+  return NextFails(size) ? nullptr : Count(__real_malloc(size));
 }
 
 void* __wrap_calloc(size_t count, size_t size) {
-  return NextFails() ? nullptr : Count(__real_calloc(count, size));
+  return NextFails(count * size) ? nullptr : Count(__real_calloc(count, size));
 }
 
 void* __wrap_realloc(void* block, size_t size) {
-  if (NextFails()) return nullptr;
+  if (NextFails(size)) return nullptr;
   return block == nullptr ? Count(__real_realloc(block, size)) : __real_realloc(block, size);
 }
 
@@ -78,6 +81,10 @@ FailAllocationsFrom::~FailAllocationsFrom() {
 int FailAllocationsFrom::Requested() {
   return requested;
 }
+size_t FailAllocationsFrom::RequestedBytes() {
+  return requested_bytes;
+}
+
 int FailAllocationsFrom::Outstanding() {
   return outstanding;
 }

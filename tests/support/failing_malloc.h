@@ -17,6 +17,8 @@ class FailAllocationsFrom {
 
   // Allocations asked for since construction.
   static int Requested();
+  // Their bytes in sum.
+  static size_t RequestedBytes();
   // Blocks taken since construction and not yet released.
   static int Outstanding();
 };
