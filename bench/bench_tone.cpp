@@ -37,7 +37,7 @@ void RegisterMultiFrequency() {
     RegisterTiers("multi_frequency/bands" + std::to_string(bands), kPixels,
                   [bands](ovra::KernelTier tier) {
                     OvraMultiFrequencyParams params = {bands, 0.9F, 0.5F, 0, {}};
-                    for (auto& band : params.bands) band = {1.5F, 0.01F, 0.5F, 0.1F};
+                    for (auto& band : params.band) band = {1.5F, 0.01F, 0.5F, 0.1F};
                     ovra::MultiFrequency(TonePicture(), Destination(kBytes), kWidth, kHeight,
                                          kRgb12, &params, tier);
                   });

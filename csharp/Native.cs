@@ -233,7 +233,7 @@ namespace OvraBase
         public float pivot;
         public uint reserved;
         [MarshalAs(UnmanagedType.ByValArray, SizeConst = 8)]
-        public OvraMultiFrequencyBand[] bands;
+        public OvraMultiFrequencyBand[] band;
     }
 
     [StructLayout(LayoutKind.Sequential, Pack = 4)]

@@ -258,7 +258,7 @@ type
     base_gain: Single;
     pivot: Single;
     reserved: LongWord;
-    bands: array[0..7] of TOvraMultiFrequencyBand;
+    band: array[0..7] of TOvraMultiFrequencyBand;
   end;
   POvraMultiFrequencyParams = ^TOvraMultiFrequencyParams;
 

@@ -256,7 +256,7 @@ TEST(CppInterface, FiltersReachTheirFunctions) {
   OvraMultiFrequencyParams bands = {};
   bands.band_count = 1;
   bands.base_gain = 1;
-  bands.bands[0].gain = 1;
+  bands.band[0].gain = 1;
   ASSERT_TRUE(ovra::MultiFrequency(source, other, bands));
   EXPECT_TRUE(SamePixels(source, other));
 }

@@ -40,7 +40,7 @@ TEST(WorkMemoryBounds, MultiFrequency) {
     std::vector<uint8_t> picture(static_cast<size_t>(6 * size.Pixels()));
     for (const uint32_t bands : {1U, 4U, 8U}) {
       OvraMultiFrequencyParams params = {bands, 0.5F, 0.5F, 0, {}};
-      for (OvraMultiFrequencyBand& band : params.bands) band = {2, 0, 0, 1};
+      for (OvraMultiFrequencyBand& band : params.band) band = {2, 0, 0, 1};
       const double bytes = BytesOf([&] {
         return OvraMultiFrequency(picture.data(), picture.data(), size.width, size.height, kRgb12,
                                   &params);

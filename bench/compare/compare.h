@@ -89,6 +89,8 @@ CaseResult Measure(const std::string& name, const Case& comparison, int turns);
 using AddCases = void(std::vector<NamedCase>* cases, double megapixels);
 AddCases AddResizeCases;
 AddCases AddTurnCases;
+AddCases AddTrimmingCases;
+AddCases AddToneCases;
 
 // The width of a picture of that size; its height is two thirds of it.
 int WidthOf(double megapixels);

@@ -9,7 +9,8 @@
 
 namespace {
 
-constexpr compare::AddCases* kFamilies[] = {compare::AddResizeCases, compare::AddTurnCases};
+constexpr compare::AddCases* kFamilies[] = {compare::AddResizeCases, compare::AddTurnCases,
+                                            compare::AddTrimmingCases, compare::AddToneCases};
 
 }  // namespace
 

@@ -352,9 +352,8 @@ typedef struct OvraMultiFrequencyBand {
   float noise;  // 0..0.25 and at most `limit`: amplitudes up to this share of the range are noise,
                 // and the gain does not act on them
   float damping;  // 0..1, share of the noise that is taken away
-  float
-      limit;  // 0..1: amplitudes beyond this share of the range are edges, and the gain acts on no
-              // more than this much of them
+  float limit;    // 0..1: amplitudes beyond this share of the range are edges, and the gain acts on
+                  // no more than this much of them
 } OvraMultiFrequencyBand;
 
 // Parameters of OvraMultiFrequency. 144 bytes on every platform.
@@ -363,7 +362,7 @@ typedef struct OvraMultiFrequencyParams {
   float base_gain;      // 0..2, weight of the base about the pivot; 1 keeps it
   float pivot;          // 0..1, the tone that the base gain leaves alone, as a share of the range
   uint32_t reserved;    // not read
-  OvraMultiFrequencyBand bands[OVRA_MULTI_FREQUENCY_MAX_BANDS];  // from band_count on not read
+  OvraMultiFrequencyBand band[OVRA_MULTI_FREQUENCY_MAX_BANDS];  // from band_count on not read
 } OvraMultiFrequencyParams;
 
 // source, destination  images of the same format and size; they belong to the caller, and may be the

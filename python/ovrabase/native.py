@@ -243,7 +243,7 @@ class MultiFrequencyParams(ctypes.Structure):
         ("base_gain", ctypes.c_float),
         ("pivot", ctypes.c_float),
         ("reserved", ctypes.c_uint32),
-        ("bands", MultiFrequencyBand * 8),
+        ("band", MultiFrequencyBand * 8),
     ]
 
 

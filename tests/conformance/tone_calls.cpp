@@ -21,7 +21,7 @@ OvraMultiFrequencyParams DrawMultiFrequency(Draw& draw) {
   params.base_gain = draw.OneIn(2) ? 1.0F : draw.Fraction(0, 2);
   params.pivot = Share(draw, 64);
   params.reserved = draw.Bits();
-  for (OvraMultiFrequencyBand& band : params.bands) {
+  for (OvraMultiFrequencyBand& band : params.band) {
     const float noise = Share(draw, 16);
     const float limit = Share(draw, 64);
     band.gain = draw.Of({0.0F, 1.0F, 4.0F, draw.Fraction(0, 4)});

@@ -139,7 +139,7 @@ TEST(Statuses, MultiFrequency) {
   std::vector<uint8_t> to(24, 7);
   OvraMultiFrequencyParams good = {};
   good.band_count = 1;
-  good.bands[0] = {2, 0, 0, 1};
+  good.band[0] = {2, 0, 0, 1};
   OvraMultiFrequencyParams bad = good;
   bad.band_count = 9;
   ExpectStatuses(
@@ -176,8 +176,8 @@ TEST(Statuses, MultiFrequencyParameters) {
     return OvraMultiFrequency(pixel, pixel, 1, 1, 0x120, &params);
   };
   Params good = {2, 1, 0.5F, 7, {}};
-  for (Band& band : good.bands) band = {kNan, kNan, kNan, kNan};  // not read but the first two
-  good.bands[0] = good.bands[1] = {1, 0.25F, 0, 1};
+  for (Band& band : good.band) band = {kNan, kNan, kNan, kNan};  // not read but the first two
+  good.band[0] = good.band[1] = {1, 0.25F, 0, 1};
   ASSERT_EQ(status(good), OVRA_OK);
   const auto expect_range = [&](float low, float high, const auto& field) {
     for (const float value : {low, high}) {
@@ -193,11 +193,11 @@ TEST(Statuses, MultiFrequencyParameters) {
   };
   expect_range(0, 2, [](Params& params) -> float& { return params.base_gain; });
   expect_range(0, 1, [](Params& params) -> float& { return params.pivot; });
-  expect_range(0, 4, [](Params& params) -> float& { return params.bands[1].gain; });
-  expect_range(0, 0.25F, [](Params& params) -> float& { return params.bands[1].noise; });
-  expect_range(0, 1, [](Params& params) -> float& { return params.bands[1].damping; });
+  expect_range(0, 4, [](Params& params) -> float& { return params.band[1].gain; });
+  expect_range(0, 0.25F, [](Params& params) -> float& { return params.band[1].noise; });
+  expect_range(0, 1, [](Params& params) -> float& { return params.band[1].damping; });
   // No lower than the noise.
-  expect_range(0.25F, 1, [](Params& params) -> float& { return params.bands[1].limit; });
+  expect_range(0.25F, 1, [](Params& params) -> float& { return params.band[1].limit; });
   for (const uint32_t count : {0U, 3U, 9U, 0xFFFFFFFFU}) {
     Params params = good;
     params.band_count = count;

@@ -18,7 +18,7 @@ using ovra_test::Picture16;
 
 OvraMultiFrequencyParams UnitParams(uint32_t band_count) {
   OvraMultiFrequencyParams params = {band_count, 1, 0.5F, 0, {}};
-  for (OvraMultiFrequencyBand& band : params.bands) band = {1, 0, 0, 1};
+  for (OvraMultiFrequencyBand& band : params.band) band = {1, 0, 0, 1};
   return params;
 }
 
@@ -36,7 +36,7 @@ TEST(MultiFrequency, Anchors) {
   params.base_gain = 0.875F;
   for (int k = 0; k < 4; ++k) {
     const auto index = static_cast<float>(k);
-    params.bands[k] = {1.75F - 0.25F * index, 0.0078125F, 0.5F, 0.125F};
+    params.band[k] = {1.75F - 0.25F * index, 0.0078125F, 0.5F, 0.125F};
   }
   EXPECT_EQ(Fnv1a(Processed(AnchorPicture(12), params)), 0x64878121);
   EXPECT_EQ(Fnv1a(Processed(AnchorPicture(10), params)), 0xce51c10b);
@@ -75,9 +75,9 @@ TEST(MultiFrequency, UnitWeightsGiveTheSourceAndChangesAreBounded) {
       const Picture16 noise = Noise(70, 45, depth_bits, layout.channels, layout.model);
       for (const uint32_t bands : {1U, 4U, 8U}) {
         OvraMultiFrequencyParams params = UnitParams(bands);
-        for (OvraMultiFrequencyBand& band : params.bands) band = {1, 0.125F, 0, 0.25F};
+        for (OvraMultiFrequencyBand& band : params.band) band = {1, 0.125F, 0, 0.25F};
         EXPECT_EQ(Processed(noise, params).samples, noise.samples) << depth_bits;
-        for (OvraMultiFrequencyBand& band : params.bands) band = {2, 0.0078125F, 0.5F, 0.03125F};
+        for (OvraMultiFrequencyBand& band : params.band) band = {2, 0.0078125F, 0.5F, 0.03125F};
         const Picture16 changed = Processed(noise, params);
         const double most = std::ldexp(1.0, static_cast<int>(depth_bits)) * bands *
                                 (0.03125 - 0.0078125 + 0.5 * 0.0078125) +
@@ -99,7 +99,7 @@ TEST(MultiFrequency, FlatPicturesMoveAboutThePivot) {
       OvraMultiFrequencyParams params = UnitParams(6);
       params.base_gain = base_gain;
       params.pivot = 0.25F;
-      for (OvraMultiFrequencyBand& band : params.bands) band = {3, 0.01F, 1, 0.5F};
+      for (OvraMultiFrequencyBand& band : params.band) band = {3, 0.01F, 1, 0.5F};
       for (int32_t v = 0; v < range; v += range / 16) {
         const Picture16 flat =
             Picture16(21, 13, depth_bits, 1, OVRA_MODEL_GREY).FillGrey([=](uint32_t, uint32_t) {
@@ -125,8 +125,8 @@ TEST(MultiFrequency, AlternatingColumnsAreBandOne) {
         });
     for (const float gain : {0.0F, 0.5F, 2.5F}) {
       OvraMultiFrequencyParams params = UnitParams(4);
-      for (OvraMultiFrequencyBand& band : params.bands) band = {3, 0, 0, 0.5F};
-      params.bands[0] = {gain, 0, 0, 0.25F};
+      for (OvraMultiFrequencyBand& band : params.band) band = {3, 0, 0, 0.5F};
+      params.band[0] = {gain, 0, 0, 0.25F};
       const Picture16 processed = Processed(columns, params);
       for (uint32_t x = 128; x < 600 - 128; ++x) {
         const double expected = v + (x % 2 == 0 ? -1.0 : 1.0) * gain * a;
@@ -165,7 +165,7 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
     const double before = Amplitude(wave, period, 500);
     for (uint32_t band = 0; band < 5; ++band) {
       OvraMultiFrequencyParams params = UnitParams(6);
-      params.bands[band].gain = 2;
+      params.band[band].gain = 2;
       EXPECT_NEAR(Amplitude(Processed(wave, params), period, 500) / before, 1 + shares[band], 0.03)
           << period << ", " << band;
     }
@@ -175,7 +175,7 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
 TEST(MultiFrequency, SymmetricAndTheSameAtAllDepths) {
   OvraMultiFrequencyParams params = UnitParams(4);
   params.base_gain = 0.75F;
-  for (OvraMultiFrequencyBand& band : params.bands) band = {2, 0.01F, 0.5F, 0.125F};
+  for (OvraMultiFrequencyBand& band : params.band) band = {2, 0.01F, 0.5F, 0.125F};
   // Backwards: mirrored in both axes. Both sides less one are multiples of 2^4.
   const Picture16 noise = Noise(65, 33, 12, 1, OVRA_MODEL_GREY);
   Picture16 mirrored = noise;

@@ -107,8 +107,8 @@ TEST_F(ProgramTest, ClarityHandsItsOptionsOver) {
   params.band_count = 2;
   params.base_gain = 0.5F;
   params.pivot = 0.25F;
-  params.bands[0] = {2, 0.01F, 0.5F, 0.2F};
-  params.bands[1] = {0.5F, 0, 0, 1};
+  params.band[0] = {2, 0.01F, 0.5F, 0.2F};
+  params.band[1] = {0.5F, 0, 0, 1};
   Image expected = image;
   ASSERT_EQ(OvraMultiFrequency(image.data(), expected.data(), 70, 50, image.format(), &params),
             OVRA_OK);
@@ -125,12 +125,12 @@ TEST_F(ProgramTest, ClarityHandsItsOptionsOver) {
 TEST(Clarity, SlidersBecomeBandsThatSuitTheSize) {
   const OvraMultiFrequencyParams small = ovra_host::ClarityParams({.clarity = 1}, 1200, 900, 0.001);
   EXPECT_EQ(small.band_count, 6U);
-  EXPECT_FLOAT_EQ(small.bands[3].gain, 1.5F);
-  EXPECT_FLOAT_EQ(small.bands[0].gain, 1);
+  EXPECT_FLOAT_EQ(small.band[3].gain, 1.5F);
+  EXPECT_FLOAT_EQ(small.band[0].gain, 1);
   const OvraMultiFrequencyParams large =
       ovra_host::ClarityParams({.clarity = 1}, 6000, 4000, 0.001);
   EXPECT_EQ(large.band_count, 8U);
-  EXPECT_FLOAT_EQ(large.bands[5].gain, 1.5F);
+  EXPECT_FLOAT_EQ(large.band[5].gain, 1.5F);
   // All at once, and very noisy: still accepted by the library.
   const OvraMultiFrequencyParams all = ovra_host::ClarityParams({1, 1, 1, 1, 1}, 100, 100, 0.3);
   Image image(20, 20, FileFormat(8, 3));

@@ -45,7 +45,7 @@ void Apply(const Setting (&settings)[kCount], double strength, int shift,
   if (strength <= 0) return;
   for (const Setting& setting : settings) {
     const int band = std::clamp(setting.band + shift, 1, kMaxBands);
-    OvraMultiFrequencyBand& entry = params->bands[band - 1];
+    OvraMultiFrequencyBand& entry = params->band[band - 1];
     entry.gain = static_cast<float>(entry.gain * (1 + strength * (setting.gain - 1)));
     entry.limit = std::min(entry.limit, static_cast<float>(setting.limit));
     params->band_count = std::max(params->band_count, static_cast<uint32_t>(band));
@@ -60,7 +60,7 @@ OvraMultiFrequencyParams ClarityParams(const ClaritySliders& sliders, int32_t wi
   params.band_count = 1;
   params.base_gain = static_cast<float>(1 + sliders.flatten * (kFlattenedBase - 1));
   params.pivot = 0.5F;
-  for (OvraMultiFrequencyBand& band : params.bands) band = {1, 0, 0, 1};
+  for (OvraMultiFrequencyBand& band : params.band) band = {1, 0, 0, 1};
   const int shift = BandShift(width, height);
   Apply(kDetail, sliders.detail, 0, &params);  // texture is as fine as pixels at any size
   Apply(kClarity, sliders.clarity, shift, &params);
@@ -68,7 +68,7 @@ OvraMultiFrequencyParams ClarityParams(const ClaritySliders& sliders, int32_t wi
   Apply(kFlatten, sliders.flatten, shift, &params);
   if (sliders.denoise > 0) params.band_count = std::max(params.band_count, 3U);
   for (size_t k = 0; k < std::size(kNoiseReach) && k < params.band_count; ++k) {
-    OvraMultiFrequencyBand& band = params.bands[k];
+    OvraMultiFrequencyBand& band = params.band[k];
     const double reach = std::max(kNoiseReach[k] * noise, k < 2 ? kLeastNoise : 0);
     band.noise = static_cast<float>(std::min(reach, kMaxNoise));
     band.damping = static_cast<float>(sliders.denoise * kNoiseDamping[k]);

@@ -36,7 +36,7 @@ OvraMultiFrequencyParams ParseBands(const ClarityOptions& options) {
   };
   while (true) {
     if (params.band_count == OVRA_MULTI_FREQUENCY_MAX_BANDS) refuse();
-    OvraMultiFrequencyBand& band = params.bands[params.band_count++];
+    OvraMultiFrequencyBand& band = params.band[params.band_count++];
     band = {1, 0, 0, 1};
     float* const fields[] = {&band.gain, &band.noise, &band.damping, &band.limit};
     for (float* const* field = std::begin(fields);; ++field) {
@@ -62,7 +62,7 @@ OvraMultiFrequencyParams ParamsFor(const ClarityOptions& options, const Image& i
 void Show(const OvraMultiFrequencyParams& params) {
   std::printf("base-gain %.4g pivot %.4g bands ", params.base_gain, params.pivot);
   for (uint32_t k = 0; k < params.band_count; ++k) {
-    const OvraMultiFrequencyBand& band = params.bands[k];
+    const OvraMultiFrequencyBand& band = params.band[k];
     std::printf("%s%.4g:%.4g:%.4g:%.4g", k == 0 ? "" : ",", band.gain, band.noise, band.damping,
                 band.limit);
   }

@@ -14,7 +14,7 @@ namespace ovra {
 namespace {
 
 static_assert(sizeof(OvraMultiFrequencyParams) == 144);
-static_assert(offsetof(OvraMultiFrequencyParams, bands) == 16);
+static_assert(offsetof(OvraMultiFrequencyParams, band) == 16);
 
 constexpr int kMaxBands = OVRA_MULTI_FREQUENCY_MAX_BANDS;
 
@@ -27,7 +27,7 @@ bool AreParamsAccepted(const OvraMultiFrequencyParams& params) {
   if (params.band_count < 1 || params.band_count > kMaxBands) return false;
   if (!IsWithin(params.base_gain, 0, 2) || !IsWithin(params.pivot, 0, 1)) return false;
   for (uint32_t k = 0; k < params.band_count; ++k) {
-    const OvraMultiFrequencyBand& band = params.bands[k];
+    const OvraMultiFrequencyBand& band = params.band[k];
     if (!IsWithin(band.gain, 0, 4) || !IsWithin(band.noise, 0, 0.25F) ||
         !IsWithin(band.damping, 0, 1) || !IsWithin(band.limit, 0, 1) || band.noise > band.limit) {
       return false;
@@ -70,7 +70,7 @@ struct Responses {
         pivot(Amplitude(params.pivot)),
         base{static_cast<int16_t>(Factor(params.base_gain) - 8192), 0, 0, 32767} {
     for (int k = 0; k < bands; ++k) {
-      const OvraMultiFrequencyBand& from = params.bands[k];
+      const OvraMultiFrequencyBand& from = params.band[k];
       band[k] = {static_cast<int16_t>(Factor(from.gain) - 8192),
                  static_cast<int16_t>(Factor(from.damping)), Amplitude(from.noise),
                  Amplitude(from.limit)};

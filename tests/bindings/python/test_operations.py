@@ -152,10 +152,10 @@ def test_filters_of_packed_rows_take_every_arrangement():
 
 def test_multi_frequency_with_unit_weights_changes_nothing():
     params = ovrabase.MultiFrequencyParams(band_count=3, base_gain=1, pivot=0.5)
-    for band in params.bands:
+    for band in params.band:
         band.gain = band.limit = 1
     numpy.testing.assert_array_equal(ovrabase.multi_frequency(PHOTO, params), PHOTO)
-    params.bands[0].gain = 3
+    params.band[0].gain = 3
     assert (ovrabase.multi_frequency(PHOTO, params) != PHOTO).any()
 
 
