@@ -119,4 +119,31 @@ TEST(KernelTable, DoesNotDependOnTheHostsPrecision) {
   }
 }
 
+// Of a ratio as a float, against limits in double precision: the float nearest to 0.917 lies below its
+// limit, those nearest to the others above theirs.
+TEST(KernelSupport, BandsOfRatios) {
+  const struct {
+    float ratio;
+    int32_t taps;
+    float stretch;
+  } cases[] = {{HUGE_VALF, 4, 1.0F},
+               {std::nextafter(0.917F, 1.0F), 4, 1.0F},
+               {0.917F, 5, 0x1.2F514Ap0F},
+               {0.771F, 5, 0x1.2F514Ap0F},
+               {std::nextafter(0.771F, 0.0F), 6, 0x1.68D146p0F},
+               {0.648F, 6, 0x1.68D146p0F},
+               {std::nextafter(0.648F, 0.0F), 7, 0x1.AD2B90p0F},
+               {0.545F, 7, 0x1.AD2B90p0F},
+               {std::nextafter(0.545F, 0.0F), 8, 2.0F},
+               {-1.0F, 8, 2.0F},
+               {std::nanf(""), 8, 2.0F}};
+  for (const auto& c : cases) {
+    int32_t taps = 0;
+    float stretch = 0;
+    EXPECT_EQ(OvraSelectKernelSupport(c.ratio, &taps, &stretch), OVRA_OK);
+    EXPECT_EQ(taps, c.taps) << c.ratio;
+    EXPECT_EQ(stretch, c.stretch) << c.ratio;
+  }
+}
+
 }  // namespace
