@@ -20,16 +20,15 @@ constexpr int32_t kMinSide = 8;
 constexpr int32_t kMaxSide = 16383;
 
 // The destination goes in tiles: a whole slanted row would touch a new line of the cache at every
-// pixel.
+// pixel. The source area under a tile is copied first: it has no borders then, and its rows lie on a
+// few pages of memory, not on one each (a third faster, at 45 degrees twice as fast in 16 bits).
 constexpr int32_t kTileSide = 64;
 
 // The greatest source area of a tile: its diagonal, rounded up at both ends, and the kernel's reach.
 constexpr int32_t kTapsBefore = 2;
 constexpr int32_t kTapsAfter = 3;
 constexpr int32_t kMaxAreaSide = 91 + kTapsBefore + kTapsAfter;
-constexpr int32_t kMaxPixelBytes = 8;
 constexpr std::ptrdiff_t kAreaMargin = 16;
-constexpr std::ptrdiff_t kAreaStride = kMaxAreaSide * kMaxPixelBytes + 2 * kAreaMargin;
 static_assert(kAreaMargin >= kTrimmingReadBefore && kAreaMargin >= kTrimmingReadBeyond);
 
 constexpr int32_t kPhaseOne = 1 << kPhaseBits;
@@ -102,6 +101,7 @@ class Trimmer {
         geometry_(geometry),
         channels_(static_cast<std::ptrdiff_t>(format.channels)),
         pixel_bytes_(channels_ * static_cast<std::ptrdiff_t>(sizeof(Sample))),
+        area_stride_(kMaxAreaSide * pixel_bytes_ + 2 * kAreaMargin),
         max_sample_(static_cast<int32_t>(format.MaxSample())),
         has_fill_(fill != nullptr),
         trim_row_(ForTier(tier, kTrimmingPlain, kTrimmingSse, kTrimmingAvx2)
@@ -113,7 +113,8 @@ class Trimmer {
   }
 
   Status Run() {
-    if (!area_.Allocate(uint64_t{kAreaStride} * kMaxAreaSide)) return OVRA_ERROR_NO_MEMORY;
+    const auto area_bytes = static_cast<uint64_t>(area_stride_) * kMaxAreaSide;
+    if (!area_.Allocate(area_bytes)) return OVRA_ERROR_NO_MEMORY;
     const auto width = static_cast<int32_t>(destination_.width);
     const auto height = static_cast<int32_t>(destination_.height);
     for (int32_t row = 0; row < height; row += kTileSide) {
@@ -160,7 +161,8 @@ class Trimmer {
     const Span rows = {(down.first >> kPhaseBits) - kTapsBefore,
                        (down.last >> kPhaseBits) + kTapsAfter};
     TrimmingRow job;
-    job.source = Area(columns, rows, nullptr, &job.stride);
+    job.source = CopyArea(columns, rows, nullptr);
+    job.stride = area_stride_;
     job.u_step = geometry_.across.column_step;
     job.v_step = geometry_.down.column_step;
     for (int32_t row = 0; row < tile.rows; ++row) {
@@ -201,8 +203,12 @@ class Trimmer {
   void Move(const Tile& tile, const Span& across, const Span& down) {
     const Span columns = {across.first >> kPhaseBits, across.last >> kPhaseBits};
     const Span rows = {down.first >> kPhaseBits, down.last >> kPhaseBits};
-    std::ptrdiff_t stride = 0;
-    const uint8_t* const area = Area(columns, rows, has_fill_ ? fill_ : nullptr, &stride);
+    const bool in_source = IsInSource(columns, rows);
+    const std::ptrdiff_t stride = in_source ? source_.stride : area_stride_;
+    const uint8_t* const area =
+        in_source
+            ? source_.Row(rows.first) + static_cast<std::ptrdiff_t>(columns.first) * pixel_bytes_
+            : CopyArea(columns, rows, has_fill_ ? fill_ : nullptr);
     const Orientation turn = OrientationOf(geometry_.quarter_turns, false);
     const auto count = static_cast<std::ptrdiff_t>(rows.Count());
     const uint8_t* const first = turn.rows_reversed ? area + (count - 1) * stride : area;
@@ -224,26 +230,19 @@ class Trimmer {
     }
   }
 
-  // The source's own pixels where it has them all, and what kernels may read around them; else a copy,
-  // in which the pixels outside the source are `outside`, or without it repeat the edge.
-  const uint8_t* Area(const Span& columns, const Span& rows, const Sample* outside,
-                      std::ptrdiff_t* stride) {
-    const auto pixels_of = [this](std::ptrdiff_t bytes) {
-      return (bytes + pixel_bytes_ - 1) / pixel_bytes_;
-    };
-    if (columns.first >= pixels_of(kTrimmingReadBefore) &&
-        columns.last + pixels_of(kTrimmingReadBeyond) < source_.width && rows.first >= 0 &&
-        rows.last < source_.height) {
-      *stride = source_.stride;
-      return source_.Row(rows.first) + static_cast<std::ptrdiff_t>(columns.first) * pixel_bytes_;
-    }
-    *stride = kAreaStride;
+  // The pixels outside the source are `outside`, or without it repeat the edge.
+  const uint8_t* CopyArea(const Span& columns, const Span& rows, const Sample* outside) {
     uint8_t* const area = area_.data() + kAreaMargin;
     for (int64_t row = rows.first; row <= rows.last; ++row) {
       CopyRow(row, columns, outside,
-              area + static_cast<std::ptrdiff_t>(row - rows.first) * kAreaStride);
+              area + static_cast<std::ptrdiff_t>(row - rows.first) * area_stride_);
     }
     return area;
+  }
+
+  bool IsInSource(const Span& columns, const Span& rows) const {
+    return columns.first >= 0 && columns.last < source_.width && rows.first >= 0 &&
+           rows.last < source_.height;
   }
 
   void CopyRow(int64_t row, const Span& columns, const Sample* outside, uint8_t* out) {
@@ -280,6 +279,7 @@ class Trimmer {
   const TrimmingGeometry& geometry_;
   std::ptrdiff_t channels_;
   std::ptrdiff_t pixel_bytes_;
+  std::ptrdiff_t area_stride_;
   int32_t max_sample_;
   bool has_fill_;
   Sample fill_[4] = {};
