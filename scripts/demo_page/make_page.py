@@ -11,11 +11,12 @@ import color_curve
 import filter_sharpen
 import filter_smooth
 import geometry
+import geometry_straighten
 import resample
 import tone
 from page import Page
 
-SECTIONS = [geometry, resample, filter_sharpen, filter_smooth, tone, color_cube,
+SECTIONS = [geometry, geometry_straighten, resample, filter_sharpen, filter_smooth, tone, color_cube,
             color_curve]
 
 

@@ -59,9 +59,6 @@ TEST_F(ProgramTest, SignalsLeaveNoTemporaryFile) {
 
 // Chunks of text that unfold to far more than the file: they are skipped, not kept.
 TEST_F(ProgramTest, CompressedTextTakesLittleMemory) {
-#if defined(__SANITIZE_ADDRESS__)
-  GTEST_SKIP() << "its own memory is counted too";
-#endif
   std::FILE* const stream = std::fopen(folder_.File("a.png").c_str(), "wb");
   png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
   png_infop info = png_create_info_struct(png);
@@ -85,7 +82,8 @@ TEST_F(ProgramTest, CompressedTextTakesLittleMemory) {
   const int64_t peak = ovra_test::PeakMemory(
       {"ovra", "rotate", "--mode", "half", folder_.File("a.png"), folder_.File("b.png")});
   EXPECT_EQ(Read("b.png").data()[0], 77);
-  EXPECT_LT(peak, int64_t{100} << 20);
+  // What a sanitizer holds itself is counted too.
+  EXPECT_LT(peak, int64_t{OVRA_SANITIZED ? 400 : 100} << 20);
 }
 
 }  // namespace

@@ -51,7 +51,9 @@ class Commands : public ProgramTest, public testing::WithParamInterface<Script> 
       const RunResult result = Run(arguments);
       ASSERT_EQ(result.exit_code, 0) << result.errors;
     } else if (word == "says") {
-      EXPECT_NE(Run(arguments).output.find(text), std::string::npos) << Run(arguments).output;
+      const RunResult result = Run(arguments);
+      const std::string told = result.output + result.errors;
+      EXPECT_NE(told.find(text), std::string::npos) << told;
     } else if (word == "fails") {
       ExpectFailure(arguments, text);
     } else if (word == "text") {

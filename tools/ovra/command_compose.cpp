@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "commands.h"
 #include "ovra/basic.h"
+#include "picture_forms.h"
 
 namespace ovra_host {
 namespace {
@@ -58,6 +59,22 @@ void BlendByMask(Image& background, const Image& overlay, const ComposeOptions& 
   });
 }
 
+// The library blends 8-bit pictures of as many channels: grey stands in three beside color, and an
+// overlay may lose bits that the background has no place for.
+void MakeAlike(Image* background, Image* overlay, const ComposeOptions& options) {
+  if (background->depth_bits() != 8) {
+    throw Error(options.background + ": compose draws on pictures of 8 bits a sample");
+  }
+  const auto as_it_is = [](const Image& image) { return image; };
+  *overlay = WithDepth(*overlay, 8);
+  for (Image* image : {background, overlay}) {
+    const Image& other = image == background ? *overlay : *background;
+    if (image->channels() == 1 && other.channels() > 1) {
+      *image = OnThreeChannels(*image, GreyBecomes::kColor, as_it_is);
+    }
+  }
+}
+
 // An overlay that changes nothing is a slip of the hand more often than not.
 void NoteWhenOutside(const Image& background, const Image& overlay, const ComposeOptions& options) {
   const auto& [x, y] = options.position;
@@ -72,7 +89,8 @@ void NoteWhenOutside(const Image& background, const Image& overlay, const Compos
 void Compose(const ComposeOptions& options, const CommonOptions& common) {
   Picture picture = ReadPicture(options.background, common.read);
   Image& background = picture.image;
-  const Image overlay = ReadPicture(options.overlay, common.read).image;
+  Image overlay = ReadPicture(options.overlay, common.read).image;
+  MakeAlike(&background, &overlay, options);
   NoteWhenOutside(background, overlay, options);
   if (options.mask.empty()) {
     Blend(background, overlay, options, common);

@@ -8,6 +8,7 @@ namespace ovra_host {
 
 void AddInfoCommand(CLI::App& app, const CommonOptions& common);
 void AddRotateCommand(CLI::App& app, const CommonOptions& common);
+void AddStraightenCommand(CLI::App& app, const CommonOptions& common);
 void AddResizeCommand(CLI::App& app, const CommonOptions& common);
 void AddCanvasCommand(CLI::App& app, const CommonOptions& common);
 void AddComposeCommand(CLI::App& app, const CommonOptions& common);

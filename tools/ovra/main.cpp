@@ -52,6 +52,7 @@ void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
 void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
   ovra_host::AddInfoCommand(app, common);
   ovra_host::AddRotateCommand(app, common);
+  ovra_host::AddStraightenCommand(app, common);
   ovra_host::AddResizeCommand(app, common);
   ovra_host::AddCanvasCommand(app, common);
   ovra_host::AddComposeCommand(app, common);
