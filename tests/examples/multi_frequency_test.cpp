@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <numbers>
 #include <vector>
 
 #include "ovra/filter.h"
@@ -142,7 +143,7 @@ double Amplitude(const Picture16& picture, uint32_t period, uint32_t first) {
   double cosine = 0;
   const uint32_t count = 64 * period;
   for (uint32_t x = first; x < first + count; ++x) {
-    const double angle = 2 * M_PI * x / period;
+    const double angle = 2 * std::numbers::pi * x / period;
     sine += std::sin(angle) * picture.samples[x];
     cosine += std::cos(angle) * picture.samples[x];
   }
@@ -160,7 +161,7 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
   for (const auto& [period, shares] : waves) {
     const Picture16 wave =
         Picture16(4000, 3, 16, 1, OVRA_MODEL_GREY).FillGrey([p = period](uint32_t x, uint32_t) {
-          return std::lround(32768 + 4000 * std::sin(2 * M_PI * x / p));
+          return std::lround(32768 + 4000 * std::sin(2 * std::numbers::pi * x / p));
         });
     const double before = Amplitude(wave, period, 500);
     for (uint32_t band = 0; band < 5; ++band) {

@@ -165,11 +165,8 @@ template <class V>
 void Respond(const int16_t* level, const int16_t* expanded, const int16_t* expanded_changes,
              const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
   constexpr std::ptrdiff_t kWords = V::kBytes / 2;
-  const auto pair = [](int32_t first, int32_t second) {
-    return V::Set32(static_cast<int32_t>(static_cast<uint32_t>(second) << 16) | (first & 0xFFFF));
-  };
-  const auto factors = pair(band.gain, -(band.gain + band.damping));
-  const auto unit_and_half = pair(8192, 4096);
+  const auto factors = WeightPair<V>(band.gain, -(band.gain + band.damping));
+  const auto unit_and_half = WeightPair<V>(8192, 4096);
   const auto noise = V::Set16(band.noise);
   const auto minus_noise = V::Set16(-band.noise);
   const auto limit = V::Set16(band.limit);

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "core/format_rules.h"
+#include "core/range.h"
 #include "core/rows.h"
 #include "filter/multi_frequency/kernels.h"
 #include "tone/pyramid/pyramid.h"
@@ -17,11 +18,6 @@ static_assert(sizeof(OvraMultiFrequencyParams) == 144);
 static_assert(offsetof(OvraMultiFrequencyParams, band) == 16);
 
 constexpr int kMaxBands = OVRA_MULTI_FREQUENCY_MAX_BANDS;
-
-// Also false for what is not a number.
-bool IsWithin(float value, float low, float high) {
-  return value >= low && value <= high;
-}
 
 bool AreParamsAccepted(const OvraMultiFrequencyParams& params) {
   if (params.band_count < 1 || params.band_count > kMaxBands) return false;

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "core/format_rules.h"
+#include "core/range.h"
 #include "tone/pyramid/soft_limit.h"
 
 namespace ovra {
@@ -13,11 +14,6 @@ namespace {
 
 static_assert(sizeof(OvraHyperToneParams) == 32);
 static_assert(offsetof(OvraHyperToneParams, scale) == 24);
-
-// Also false for what is not a number.
-bool IsWithin(float value, float low, float high) {
-  return value >= low && value <= high;
-}
 
 bool AreParamsAccepted(const OvraHyperToneParams& params) {
   return IsWithin(params.amount, 0, 1) && IsWithin(params.shadows, -0.5F, 1.5F) &&

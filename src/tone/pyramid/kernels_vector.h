@@ -7,18 +7,13 @@
 #include "core/vector_ops.h"
 #include "tone/pyramid/kernels.h"
 #include "tone/pyramid/limited_vector.h"
+#include "tone/pyramid/pixels_vector.h"
 
 namespace ovra {
 namespace {
 
 template <class V>
 constexpr std::ptrdiff_t kWords = V::kBytes / 2;
-
-// Two 16-bit weights for neighbours that are multiplied and added.
-template <class V>
-typename V::Reg WeightPair(int32_t first, int32_t second) {
-  return V::Set32(static_cast<int32_t>(static_cast<uint32_t>(second) << 16) | (first & 0xFFFF));
-}
 
 // The mean of two, rounded down.
 template <class V>
