@@ -175,4 +175,31 @@ TEST(Statuses, Extrapolation) {
                  faults);
 }
 
+TEST(Statuses, FreeTrimming) {
+  enum : size_t { kFrom, kWidth, kHeight, kTo, kToWidth, kToHeight, kFormat, kX, kY, kAngle };
+  Bytes to(40 * 40 * 8, 7);
+  const Bytes from(20 * 20 * 8, 8);
+  ExpectStatuses(
+      OvraFreeTrimming,
+      std::tuple(from.data(), 20, 20, to.data(), 40, 40, kRgb, 0, 0, 23,
+                 static_cast<const uint16_t*>(nullptr)),
+      to,
+      Faults{{OVRA_ERROR_ROTATION_NULL, {{kFrom, nullptr}}},
+             {OVRA_ERROR_ROTATION_NULL, {{kTo, nullptr}}},
+             {OVRA_ERROR_TRIMMING_IN_PLACE, {{kFrom, to.data()}, {kTo, to.data()}}},
+             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kWidth, 0}}},
+             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kHeight, -1}}},
+             {OVRA_ERROR_TRIMMING_SIZE, {{kToWidth, 7}}},
+             {OVRA_ERROR_TRIMMING_SIZE, {{kToHeight, 7}, {kToWidth, 40}}},
+             {OVRA_ERROR_TRIMMING_SIZE, {{kToWidth, 16384}, {kToHeight, 40}}}} +
+          MalformedFormat(kFormat) +
+          Faults{{OVRA_ERROR_ROTATION_DEPTH, {{kFormat, 9, kDepthField}}},
+                 {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, 0x10, kChannelsField}}},
+                 {OVRA_ERROR_ROTATION_ARRANGEMENT,
+                  {{kFormat, 0x10000, kArrangementField}, {kFormat, kRgb, kChannelsField}}},
+                 {OVRA_OK, {{kX, kMin}, {kY, kMax}, {kAngle, kMin}}},
+                 {OVRA_OK, {{kX, kMax}, {kAngle, kMax}}},
+                 {OVRA_OK, {{kToWidth, 8}}}});
+}
+
 }  // namespace

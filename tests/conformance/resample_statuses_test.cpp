@@ -223,4 +223,90 @@ TEST_F(ResizeStatuses, Small) {
                  {OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kY, kMax}}}});
 }
 
+Faults RefusedKernels(size_t table, size_t stretch, size_t taps) {
+  return {{OVRA_ERROR_RESIZE_NULL_TABLE, {{table, nullptr}}},
+          {OVRA_ERROR_RESIZE_STRETCH, {{stretch, 0.0}}},
+          {OVRA_ERROR_RESIZE_STRETCH, {{stretch, kNan}}},
+          {OVRA_ERROR_RESIZE_TAP_COUNT, {{taps, 3}}}};
+}
+
+Faults RefusedModes(size_t mode) {
+  return {{OVRA_ERROR_ROTATION_MODE, {{mode, -1}}},
+          {OVRA_ERROR_ROTATION_MODE, {{mode, 8}}},
+          {OVRA_ERROR_ROTATION_MODE, {{mode, 256}}}};
+}
+
+TEST_F(ResizeStatuses, RotateRegion) {
+  constexpr size_t kMode = 11;
+  ExpectStatuses(
+      OvraResizeRotateImageROI, Arguments(0, 0, kSide, kSide, 1), to_,
+      MalformedFormat(kFormat) + RefusedModes(kMode) + EmptySizes() + NullImages() +
+          RefusedFormats() +
+          Faults{{OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kX, 1}}},
+                 {OVRA_OK, {{kX, -3}, {kY, kMin}}},
+                 {OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kX, -1}, {kToWidth, 6}, {kToHeight, 6}}}});
+}
+
+TEST_F(ResizeStatuses, RotateCore) {
+  enum : size_t { kTable = 11, kStretch, kTaps, kMode };
+  ExpectStatuses(OvraResizeRotateImageCore,
+                 Arguments(0, 0, kSide, kSide, table_.data(), 1.0F, 4, 1), to_,
+                 NullImages() + RefusedKernels(kTable, kStretch, kTaps) + RefusedModes(kMode) +
+                     MalformedFormat(kFormat) + RefusedFormats() + SmallImages() +
+                     RefusedRegions() + Faults{{OVRA_OK, {{kTaps, kSide}}}});
+}
+
+TEST_F(ResizeStatuses, SmallRotate) {
+  enum : size_t { kTable = 11, kMode };
+  ExpectStatuses(
+      OvraSmallResizeRotateImage, Arguments(0, 0, kSide, kSide, table_.data(), 3), to_,
+      NullImages() + Faults{{OVRA_ERROR_RESIZE_NULL_TABLE, {{kTable, nullptr}}}} +
+          RefusedModes(kMode) + MalformedFormat(kFormat) + RefusedFormats() + EmptySizes() +
+          Faults{{OVRA_ERROR_RESIZE_DESTINATION_SMALL, {{kToWidth, 0}}},
+                 {OVRA_ERROR_RESIZE_DESTINATION_SMALL, {{kToHeight, -1}}},
+                 {OVRA_ERROR_RESIZE_REGION_SIZE, {{kRegionWidth, -1}, {kToHeight, kToSide}}},
+                 {OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kX, -1}, {kRegionWidth, kSide}}}});
+}
+
+// The arguments of the bands' _Init functions: no images, and the context at the end.
+TEST_F(ResizeStatuses, BandInits) {
+  enum : size_t { kFromWidth, kFromHeight, kOutWidth, kOutHeight, kCode, kLeft, kTop, kW, kH };
+  OvraBandResizeContext* context = nullptr;
+  const auto by_ratio = [](auto... arguments) {
+    const OvraStatus status = OvraBandResize_Init(arguments...);
+    auto* const made = std::get<sizeof...(arguments) - 1>(std::tuple(arguments...));
+    if (made != nullptr) OvraBandResize_Free(made);
+    return status;
+  };
+  const auto with_kernel = [](auto... arguments) {
+    const OvraStatus status = OvraBandResizeCore_Init(arguments...);
+    auto* const made = std::get<sizeof...(arguments) - 1>(std::tuple(arguments...));
+    if (made != nullptr) OvraBandResize_Free(made);
+    return status;
+  };
+  const Faults rest = Faults{{OVRA_ERROR_RESIZE_DEPTH, {{kCode, 9, kDepthField}}},
+                             {OVRA_ERROR_RESIZE_COLOR_MODEL, {{kCode, 0, kModelField}}},
+                             {OVRA_ERROR_RESIZE_ARRANGEMENT, {{kCode, 0x10000, kArrangementField}}},
+                             {OVRA_ERROR_RESIZE_SOURCE_SMALL, {{kFromHeight, 3}}},
+                             {OVRA_ERROR_RESIZE_DESTINATION_SMALL, {{kOutHeight, 3}}},
+                             {OVRA_ERROR_RESIZE_REGION_SIZE, {{kH, kSide + 1}}},
+                             {OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kLeft, 1}}},
+                             {OVRA_OK, {{kTop, kMin}}}};
+  ExpectStatuses(by_ratio,
+                 std::tuple(kSide, kSide, kToSide, kToSide, kRgb, 0, 0, kSide, kSide, &context), {},
+                 Faults{{OVRA_ERROR_RESIZE_NULL_IMAGE, {{9, nullptr}}}} + MalformedFormat(kCode) +
+                     Faults{{OVRA_ERROR_RESIZE_ZERO_SIZE, {{kFromWidth, 0}}},
+                            {OVRA_ERROR_RESIZE_ZERO_SIZE, {{kW, 0}, {kFromWidth, kSide}}},
+                            {OVRA_ERROR_RESIZE_ZERO_SIZE, {{kH, 0}, {kW, kSide}}}} +
+                     rest);
+  ExpectStatuses(with_kernel,
+                 std::tuple(kSide, kSide, kToSide, kToSide, kRgb, 0, 0, kSide, kSide, table_.data(),
+                            1.0F, 4, &context),
+                 {},
+                 Faults{{OVRA_ERROR_RESIZE_NULL_IMAGE, {{12, nullptr}}}} +
+                     RefusedKernels(9, 10, 11) + MalformedFormat(kCode) + rest);
+  EXPECT_EQ(OvraBandResize_Free(nullptr), OVRA_OK);
+  EXPECT_EQ(OvraBandResize_Free(&context), OVRA_OK);
+}
+
 }  // namespace
