@@ -49,10 +49,16 @@ Response DrawResponse(Call& call) {
   return {amount, level, difference};
 }
 
+// The blurs that have kernels of their own.
+constexpr int32_t kThreeTaps[] = {32, 64, 32};
+constexpr int32_t kFiveTaps[] = {8, 32, 48, 32, 8};
+
 // Weights of a blur whose sum is mostly 128, or any.
 const int32_t* DrawWeights(Call& call, int32_t count) {
   auto* const weights = call.Input<int32_t>(static_cast<size_t>(count));
   const int32_t kind = call.draw.Int(0, 7);
+  if (kind >= 5 && count == 3) return std::copy_n(kThreeTaps, count, weights) - count;
+  if (kind >= 5 && count == 5) return std::copy_n(kFiveTaps, count, weights) - count;
   int32_t left = 128;
   for (int32_t i = 0; i < count; ++i) {
     const int32_t share = i + 1 == count ? left : left * 2 / (count - i + 1);
