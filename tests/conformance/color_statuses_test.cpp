@@ -362,6 +362,7 @@ TEST_F(CubeStatuses, Cascade) {
       {OVRA_ERROR_CASCADE_CONVERSION, {{kCount, 1}, {kLastGrid, g}}},
       // More nodes than an image is wide.
       {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 0x80000000U}, {kCount, 2}}},
+      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 0x40000001U}}},
       {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 65536}, {kCount1, 65536}}},
       {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 65536}, {kCount1, 65536}, {kCount2, 65536}}},
       {OVRA_ERROR_CASCADE_CONVERSION,
