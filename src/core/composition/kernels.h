@@ -29,7 +29,8 @@ struct CompositionKernels {
   OfWeight weight_of_destination;
   OfWeight weight_of_source;
 
-  const OfWeight& Of(WeightOf weight_of) const {
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] const OfWeight& Of(WeightOf weight_of) const {
     return weight_of == WeightOf::kSource ? weight_of_source : weight_of_destination;
   }
 };

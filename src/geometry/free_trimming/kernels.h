@@ -15,7 +15,7 @@ inline constexpr int kPhaseBits = 8;
 inline constexpr int kPhaseShift = kPositionBits - kPhaseBits;
 
 // In pixels and phases.
-constexpr int64_t RoundedPosition(int64_t position) {
+static constexpr int64_t RoundedPosition(int64_t position) {
   return (position + (int64_t{1} << (kPhaseShift - 1))) >> kPhaseShift;
 }
 
@@ -45,7 +45,8 @@ struct TrimmingKernels {
   TrimRow* of_bytes[4];  // for one to four channels
   TrimRow* of_words[4];
 
-  TrimRow* Of(uint32_t channels, uint32_t depth_bits) const {
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] TrimRow* Of(uint32_t channels, uint32_t depth_bits) const {
     return (depth_bits == 8 ? of_bytes : of_words)[channels - 1];
   }
 };

@@ -116,8 +116,9 @@ struct ResizeKernels {
   ResizeKernelsOf<uint8_t> of_bytes;
   ResizeKernelsOf<uint16_t> of_words;
 
+  // Inlined always: a tier may not leave a copy of it to others.
   template <class Sample>
-  const ResizeKernelsOf<Sample>& Of() const {
+  [[gnu::always_inline]] const ResizeKernelsOf<Sample>& Of() const {
     if constexpr (sizeof(Sample) == 1) {
       return of_bytes;
     } else {

@@ -72,8 +72,9 @@ struct ReductionKernels {
   ReductionKernelsOf<uint8_t> of_bytes;
   ReductionKernelsOf<uint16_t> of_words;
 
+  // Inlined always: a tier may not leave a copy of it to others.
   template <class Sample>
-  const ReductionKernelsOf<Sample>& Of() const {
+  [[gnu::always_inline]] const ReductionKernelsOf<Sample>& Of() const {
     if constexpr (sizeof(Sample) == 1) {
       return of_bytes;
     } else {
