@@ -7,12 +7,20 @@ namespace {
 
 constexpr double kCentimetersPerInch = 2.54;
 
+// Bytes of one of the units in which libtiff counts a field; bare IPTC records are words in some
+// versions of it, bytes in others.
+size_t UnitBytes(const TiffSession& session, ttag_t tag) {
+  const TIFFField* const field = TIFFFieldWithTag(session.get(), tag);
+  const int bytes = field == nullptr ? 0 : TIFFDataWidth(TIFFFieldDataType(field));
+  return bytes > 0 ? static_cast<size_t>(bytes) : 1;
+}
+
 Blob BlobField(const TiffSession& session, ttag_t tag) {
   uint32_t count = 0;
   const uint8_t* bytes = nullptr;
   if (TIFFGetField(session.get(), tag, &count, &bytes) == 0 || bytes == nullptr) return {};
-  if (tag == TIFFTAG_RICHTIFFIPTC) count *= 4;  // libtiff counts words of it
-  return count <= kMaxBlobBytes ? Blob(bytes, bytes + count) : Blob();
+  const uint64_t size = uint64_t{count} * UnitBytes(session, tag);
+  return size <= kMaxBlobBytes ? Blob(bytes, bytes + size) : Blob();
 }
 
 void SetBlob(const TiffSession& session, ttag_t tag, const Blob& blob) {
@@ -20,13 +28,14 @@ void SetBlob(const TiffSession& session, ttag_t tag, const Blob& blob) {
   TIFFSetField(session.get(), tag, static_cast<uint32_t>(blob.size()), blob.data());
 }
 
-// IPTC readers look at the bare record, in words; others at the resource blocks.
+// IPTC readers look at the bare record; others at the resource blocks.
 void SetIptc(const TiffSession& session, const Blob& blocks) {
   SetBlob(session, TIFFTAG_PHOTOSHOP, blocks);
   Blob record = FindIptcRecord(blocks);
   if (record.empty()) return;
-  record.resize((record.size() + 3) / 4 * 4);
-  TIFFSetField(session.get(), TIFFTAG_RICHTIFFIPTC, static_cast<uint32_t>(record.size() / 4),
+  const size_t unit = UnitBytes(session, TIFFTAG_RICHTIFFIPTC);
+  record.resize((record.size() + unit - 1) / unit * unit);
+  TIFFSetField(session.get(), TIFFTAG_RICHTIFFIPTC, static_cast<uint32_t>(record.size() / unit),
                record.data());
 }
 
