@@ -33,7 +33,8 @@ double Ratio(const ResizePlan& plan) {
 
 Image ResizedByAllPixels(const Image& source, const ResizePlan& plan, const CommonOptions& common) {
   const std::vector<float> table = CubicTable();
-  const auto& [position, size] = plan.region;
+  const Position position = plan.region.position;
+  const Size size = plan.region.size;
   Image result(plan.size.width, plan.size.height, source.format());
   CallLibrary(common, "OvraSmallResizeRotateImage", [&] {
     return OvraSmallResizeRotateImage(source.data(), source.width(), source.height(), result.data(),
@@ -44,7 +45,8 @@ Image ResizedByAllPixels(const Image& source, const ResizePlan& plan, const Comm
 }
 
 Image ResizedByEngine(const Image& source, const ResizePlan& plan, const CommonOptions& common) {
-  const auto& [position, size] = plan.region;
+  const Position position = plan.region.position;
+  const Size size = plan.region.size;
   Image result(plan.size.width, plan.size.height, source.format());
   CallLibrary(common, "OvraResizeRotateImageROI", [&] {
     return OvraResizeRotateImageROI(source.data(), source.width(), source.height(), result.data(),
@@ -85,7 +87,8 @@ Image Part(const Image& image, const Rectangle& part) {
 // middle stays the middle.
 Image ResizedWithMargin(const Image& source, const ResizePlan& plan, const CommonOptions& common) {
   constexpr int32_t kMargin = 8;  // the most taps
-  const auto& [position, region] = plan.region;
+  const Position position = plan.region.position;
+  const Size region = plan.region.size;
   const bool inside = position.x >= 0 && position.y >= 0 &&
                       region.width <= source.width() - position.x &&
                       region.height <= source.height() - position.y;
