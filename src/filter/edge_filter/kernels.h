@@ -52,7 +52,10 @@ struct EdgeFilterKernels {
   ColorDifferenceRow* color_difference;
   CountMiddlingRow* count_middling;
 
-  FilterEdgeRow* Filter(const EdgeTable& table) const { return filter[table.segment_count - 2]; }
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] FilterEdgeRow* Filter(const EdgeTable& table) const {
+    return filter[table.segment_count - 2];
+  }
 };
 
 extern const EdgeFilterKernels kEdgeFilterPlain;

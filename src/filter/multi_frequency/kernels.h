@@ -43,7 +43,8 @@ struct MultiFrequencyKernels {
   OfLayout of_words[kLuminanceLayoutCount];  // of 9 to 16
 
   // For one of the colour models of the layouts.
-  const OfLayout& Of(uint32_t color_model, int32_t depth_bits) const {
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] const OfLayout& Of(uint32_t color_model, int32_t depth_bits) const {
     const int at = LuminanceLayoutAt(color_model);
     return depth_bits == 8 ? of_bytes[at] : of_words[at];
   }

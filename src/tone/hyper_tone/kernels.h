@@ -13,7 +13,8 @@ struct TonePixels {
   int32_t depth_bits;  // 10 or 12
   int16_t weights[3];  // of the channels in the luminance, of 64
 
-  int32_t MaxSample() const { return (1 << depth_bits) - 1; }
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] int32_t MaxSample() const { return (1 << depth_bits) - 1; }
 };
 
 // The brightness that steers the tone, in 15 bits: half way between the luminance and the strongest
