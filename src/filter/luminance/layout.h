@@ -24,7 +24,7 @@ inline constexpr LuminanceLayout kLuminanceLayouts[kLuminanceLayoutCount] = {
 };
 
 // Where the layout of one of these colour models stands among them.
-constexpr int LuminanceLayoutAt(uint32_t color_model) {
+static constexpr int LuminanceLayoutAt(uint32_t color_model) {
   int at = 0;
   while (kLuminanceLayouts[at].color_model != color_model) ++at;
   return at;
