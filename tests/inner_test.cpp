@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
-// What no export shows: the processor's tiers, limits of work memory, decoders of single fields.
+// What no export shows, or only where sizes meet: the processor's tiers, limits of work memory, decoders
+// of single fields, the last column of a vector.
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <vector>
 
 #include "core/cpu.h"
 #include "core/pixel_format.h"
 #include "core/work_memory.h"
+#include "ovra/resample.h"
+#include "support/forced_tier.h"
 
 namespace {
 
@@ -78,6 +82,29 @@ TEST(PixelFormat, DecodersWriteRefusedFieldsOnlyWhereTheyStayInPlace) {
     EXPECT_EQ(c.decode(0xF1221234, &out), OVRA_OK);
     EXPECT_EQ(out, c.decoded);
     EXPECT_EQ(c.decode(0, nullptr), OVRA_ERROR_NULL_DECODER_OUTPUT);
+  }
+}
+
+// Vector forms write three channels as four. Rows of this width leave one spare sample in their place
+// of the ring, and where the first column alone reaches beyond the source, a whole step ends with the
+// last one.
+TEST(Resize, VectorFormsWriteNoSampleTooMany) {
+  constexpr int32_t kWidth = 53, kHeight = 20, kSourceWidth = 130, kSourceHeight = 60;
+  constexpr OvraPixelFormatCode kRgb =
+      OvraMakePixelFormat(8, 3, OVRA_MODEL_RGB, 1, OVRA_ROWS_TOP_DOWN);
+  std::vector<uint8_t> source(3 * kSourceWidth * kSourceHeight);
+  for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>(128 + i * i % 128);
+  for (const int32_t x : {1, 2}) {
+    std::vector<uint8_t> plain;
+    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
+      const ovra_test::ForcedTier forced(tier);
+      std::vector<uint8_t> resized(3 * kWidth * kHeight);
+      ASSERT_EQ(OvraResizeImageROI(source.data(), kSourceWidth, kSourceHeight, resized.data(),
+                                   kWidth, kHeight, kRgb, x, 8, 2 * kWidth, 2 * kHeight),
+                OVRA_OK);
+      if (plain.empty()) plain = resized;
+      EXPECT_EQ(resized, plain) << ovra_test::TierName(tier) << " at " << x;
+    }
   }
 }
 
