@@ -77,7 +77,8 @@ int main(int argc, char** argv) {
   ovra_bench::RegisterSmallResize();
   ovra_bench::RegisterEdgeFilter();
   ovra_bench::RegisterSoftFocus();
-  ovra_bench::RegisterTone();
+  ovra_bench::RegisterMultiFrequency();
+  ovra_bench::RegisterHyperTone();
   ovra_bench::RegisterYUsm();
   ovra_bench::RegisterResize();
   ovra_bench::RegisterYUsmDouble();

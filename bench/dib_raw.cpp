@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
-#include "bench_support.h"
 #include "core/dib_raw/dib_raw.h"
+#include "bench_support.h"
 
 namespace ovra_bench {
 

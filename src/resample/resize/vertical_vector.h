@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+// The vector forms of the vertical pass, for registers of any width.
+//
+// Sums do not depend on their order, so that rows are taken as they stand in memory: first those
+// from the oldest slot to the end of the ring, then those before it.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/vector_ops.h"
+#include "resample/resize/kernels.h"
+
+namespace ovra {
+namespace {
+
+template <class Sample>
+struct RingPart {
+  const Intermediate<Sample>* rows;
+  std::ptrdiff_t row_spacing;
+  int32_t count;
+  const int16_t* weights;
+};
+
+template <class V>
+struct VerticalSums {
+  static constexpr int kRegs = 4;
+  typename V::Reg sums[kRegs];
+
+  VerticalSums() {
+    for (auto& sum : sums) sum = V::Set32(kVerticalRounding);
+  }
+  typename V::Reg Shifted(int i) const { return V::ShiftRight32(sums[i], kVerticalShift); }
+};
+
+template <class V>
+typename V::Reg WeightsOfTwoRows(int16_t first, int16_t second) {
+  return V::Set32(
+      static_cast<int32_t>(static_cast<uint16_t>(first) | static_cast<uint32_t>(second) << 16));
+}
+
+// 16-bit intermediates: the rows of a pair are interleaved, to be multiplied by a pair of weights.
+template <class V>
+void AddRows(const RingPart<uint8_t>& part, int32_t count, std::ptrdiff_t i,
+             VerticalSums<V>* block) {
+  using Reg = typename V::Reg;
+  constexpr std::ptrdiff_t kRegSamples = V::kBytes / sizeof(int16_t);
+  const auto add_pair = [block](int half, Reg a, Reg b, Reg weights) {
+    Reg* const sums = block->sums + 2 * half;
+    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
+    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
+  };
+  const int16_t* row = part.rows + i;
+  int32_t k = 0;
+  for (; k + 1 < count; k += 2) {
+    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], part.weights[k + 1]);
+    const int16_t* const next = row + part.row_spacing;
+    add_pair(0, V::Load(row), V::Load(next), weights);
+    add_pair(1, V::Load(row + kRegSamples), V::Load(next + kRegSamples), weights);
+    row = next + part.row_spacing;
+  }
+  if (k < count) {
+    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], 0);
+    add_pair(0, V::Load(row), V::Set32(0), weights);
+    add_pair(1, V::Load(row + kRegSamples), V::Set32(0), weights);
+  }
+}
+
+template <class V>
+void AddRows(const RingPart<uint16_t>& part, int32_t count, std::ptrdiff_t i,
+             VerticalSums<V>* block) {
+  constexpr std::ptrdiff_t kRegSamples = V::kBytes / sizeof(int32_t);
+  const int32_t* row = part.rows + i;
+  for (int32_t k = 0; k < count; ++k, row += part.row_spacing) {
+    const typename V::Reg weight = V::Set32(part.weights[k]);
+    for (int reg = 0; reg < VerticalSums<V>::kRegs; ++reg) {
+      block->sums[reg] =
+          V::Add32(block->sums[reg], V::MulLow32(V::Load(row + reg * kRegSamples), weight));
+    }
+  }
+}
+
+template <class V>
+void StoreBlock(const VerticalSums<V>& block, int32_t, uint8_t* destination) {
+  V::Store(destination, V::InOrder(V::PackU16(V::PackS32(block.Shifted(0), block.Shifted(1)),
+                                              V::PackS32(block.Shifted(2), block.Shifted(3)))));
+}
+
+template <class V>
+void StoreBlock(const VerticalSums<V>& block, int32_t max_sample, uint16_t* destination) {
+  constexpr std::ptrdiff_t kRegSamples = V::kBytes / sizeof(uint16_t);
+  for (int half = 0; half < 2; ++half) {
+    const auto packed = V::PackU32(block.Shifted(2 * half), block.Shifted(2 * half + 1));
+    V::Store(destination + half * kRegSamples, V::InOrder(V::MinU16(packed, V::Set16(max_sample))));
+  }
+}
+
+// The samples of one block of four registers of sums.
+template <class V, class Sample, int kTaps>
+void CombineBlock(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t max_sample,
+                  Sample* destination) {
+  VerticalSums<V> block;
+  if constexpr (kTaps != 0) {
+    AddRows<V>(parts[0], kTaps, i, &block);
+  } else {
+    AddRows<V>(parts[0], parts[0].count, i, &block);
+    AddRows<V>(parts[1], parts[1].count, i, &block);
+  }
+  StoreBlock<V>(block, max_sample, destination + i);
+}
+
+template <class Sample>
+void CombineScalar(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t max_sample,
+                   Sample* destination) {
+  uint32_t sum = kVerticalRounding;
+  for (const RingPart<Sample>& part : parts) {
+    for (int32_t k = 0; k < part.count; ++k) {
+      sum += static_cast<uint32_t>(part.rows[k * part.row_spacing + i]) *
+             static_cast<uint32_t>(part.weights[k]);
+    }
+  }
+  const int32_t value = static_cast<int32_t>(sum) >> kVerticalShift;
+  destination[i] = static_cast<Sample>(value < 0 ? 0 : value > max_sample ? max_sample : value);
+}
+
+// kTaps 0 stands for any number of taps.
+template <class V, class Sample, int kTaps>
+void VerticalRowVector(const VerticalPass<Sample>& pass, Sample* destination) {
+  constexpr std::ptrdiff_t kBlock = VerticalSums<V>::kRegs * V::kBytes / 4;
+  const int32_t newer = pass.oldest;  // slots before the oldest one
+  const int32_t older = pass.taps - newer;
+  RingPart<Sample> parts[2] = {
+      {pass.ring + newer * pass.row_spacing, pass.row_spacing, older, pass.weights},
+      {pass.ring, pass.row_spacing, newer, pass.weights + older},
+  };
+  int16_t slot_weights[kTaps != 0 ? kTaps : 1];
+  if constexpr (kTaps != 0) {
+    // Few taps: the weights in the order of the slots make one part of all rows.
+    for (int32_t slot = 0; slot < kTaps; ++slot) {
+      slot_weights[slot] = pass.weights[slot < newer ? slot + older : slot - newer];
+    }
+    parts[0] = {pass.ring, pass.row_spacing, kTaps, slot_weights};
+    parts[1].count = 0;
+  }
+  std::ptrdiff_t i = 0;
+  for (; i + kBlock <= pass.samples; i += kBlock) {
+    CombineBlock<V, Sample, kTaps>(parts, i, pass.max_sample, destination);
+  }
+  if (i < pass.samples && pass.samples >= kBlock) {
+    // Once more over the last whole block.
+    CombineBlock<V, Sample, kTaps>(parts, pass.samples - kBlock, pass.max_sample, destination);
+    return;
+  }
+  for (; i < pass.samples; ++i) CombineScalar(parts, i, pass.max_sample, destination);
+}
+
+}  // namespace
+}  // namespace ovra
