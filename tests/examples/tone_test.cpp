@@ -63,6 +63,19 @@ TEST(Tone, Anchors) {
   }
 }
 
+// What is black but for the detail in it gets the gain of the quarter code above black: 2.25 / 0.25,
+// held to 32767 / 8192.
+TEST(Tone, BlackHasTheGainOfTheEntryAboveIt) {
+  std::vector<uint16_t> curve(1024, 3);
+  curve[0] = 2;
+  Picture16 speck = Picture16(16, 16, 10);
+  for (uint32_t c = 0; c < 3; ++c) speck.At(5, 5, c) = 1;
+  const OvraHyperToneParams params = {1, 0, 0, 1, 0.12F, 1, 3, 0};
+  const Picture16 toned = Toned(kToneForms[1], speck, params, curve.data());
+  ASSERT_STREQ(kToneForms[1].name, "HyperToneLight");
+  EXPECT_EQ(toned.samples[3 * (16 * 5 + 5)], 4);
+}
+
 // Slopes, steps and noise in colours; repeatable.
 Picture16 Scene(uint32_t width, uint32_t height, uint32_t depth_bits) {
   Picture16 picture(width, height, depth_bits);
