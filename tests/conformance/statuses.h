@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <span>
 #include <tuple>
 #include <type_traits>
@@ -92,6 +93,40 @@ inline Faults MalformedFormat(size_t argument) {
           {OVRA_ERROR_FORMAT_ARRANGEMENT, {{argument, 0x30000, kArrangementField}}},
           {OVRA_ERROR_FORMAT_ROW_ALIGNMENT, {{argument, 0x300000, kAlignmentField}}},
           {OVRA_ERROR_FORMAT_ROW_ORDER, {{argument, 0x2000000, kOrderField}}}};
+}
+
+// Changes that are faults one by one, of the same status.
+inline Faults Each(OvraStatus status, std::initializer_list<Change> changes) {
+  Faults faults;
+  for (const Change& change : changes) faults.push_back({status, {change}});
+  return faults;
+}
+
+inline Faults Nulls(OvraStatus status, std::initializer_list<size_t> arguments) {
+  Faults faults;
+  for (const size_t argument : arguments) faults.push_back({status, {{argument, nullptr}}});
+  return faults;
+}
+
+// The statuses of a family's formats.
+struct FormatStatuses {
+  OvraStatus channels;
+  OvraStatus depth;
+  OvraStatus model;
+  OvraStatus arrangement;
+};
+
+// What every family of whole-byte RGB images refuses. A family without a status for the channels
+// judges them with the model, after the depth, and
+// takes every model of three channels.
+inline Faults RefusedFormats(size_t format, const FormatStatuses& statuses) {
+  const bool any_triple = statuses.channels == statuses.model;
+  const Faults channels = Each(statuses.channels, {{format, 0x10, kChannelsField}});
+  const Faults depth = Each(statuses.depth, {{format, 9, kDepthField}});
+  return (any_triple ? depth + channels : channels + depth) +
+         Each(statuses.model,
+              {{format, any_triple ? OVRA_MODEL_GREY : OVRA_MODEL_TRIPLE_4, kModelField}}) +
+         Faults{{statuses.arrangement, {{format, 0x10120, kArrangementField | 0xFFF0}}}};
 }
 
 // `call` with each fault. No refused call may change `destination`.

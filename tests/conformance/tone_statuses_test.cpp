@@ -21,14 +21,25 @@ float Beyond(float end, float inside) {
   return std::nextafter(end, 2 * end - inside);
 }
 
+// `status` of a number is OVRA_OK from `low` to `high`, and `refusal` beyond.
+void ExpectRange(float low, float high, OvraStatus refusal, const auto& status) {
+  for (const float good : {low, high}) EXPECT_EQ(status(good), OVRA_OK) << good;
+  for (const float refused : {Beyond(low, high), Beyond(high, low), kNan}) {
+    EXPECT_EQ(status(refused), refusal) << refused;
+  }
+}
+
+constexpr FormatStatuses kToneFormats = {OVRA_ERROR_TONE_CHANNELS, OVRA_ERROR_TONE_DEPTH,
+                                         OVRA_ERROR_TONE_COLOR_MODEL, OVRA_ERROR_TONE_ARRANGEMENT};
+constexpr FormatStatuses kYUsmFormats = {OVRA_ERROR_YUSM_CHANNELS, OVRA_ERROR_YUSM_DEPTH,
+                                         OVRA_ERROR_YUSM_COLOR_MODEL, OVRA_ERROR_YUSM_ARRANGEMENT};
+
 Faults RefusedByTone(size_t format) {
   return MalformedFormat(format) +
-         Faults{
-             {OVRA_ERROR_TONE_CHANNELS, {{format, 0x30, kChannelsField}}},
-             {OVRA_ERROR_TONE_DEPTH, {{format, 0x20, kChannelsField}, {format, 3, kDepthField}}},
-             {OVRA_ERROR_TONE_COLOR_MODEL,
-              {{format, OVRA_MODEL_YCC, kModelField}, {format, 2, kDepthField}}},
-             {OVRA_ERROR_TONE_ARRANGEMENT, {{format, 0x10100, kArrangementField | kModelField}}}};
+         Each(OVRA_ERROR_TONE_CHANNELS, {{format, 0x30, kChannelsField}}) +
+         Each(OVRA_ERROR_TONE_DEPTH, {{format, 0x23, kChannelsField | kDepthField}}) +
+         Each(OVRA_ERROR_TONE_COLOR_MODEL, {{format, OVRA_MODEL_YCC | 0x22, 0xFFFF}}) +
+         RefusedFormats(format, kToneFormats);
 }
 
 TEST(Statuses, ToneInit) {
@@ -47,12 +58,10 @@ TEST(Statuses, ToneInit) {
       }
       return status;
     };
-    ExpectStatuses(
-        init, std::tuple(kRgb10, &kToneDefaults, static_cast<const uint16_t*>(nullptr), &context),
-        {},
-        Faults{{OVRA_ERROR_TONE_NULL, {{kContext, nullptr}}},
-               {OVRA_ERROR_TONE_NULL, {{kParams, nullptr}}}} +
-            RefusedByTone(kFormat) + Faults{{OVRA_ERROR_TONE_PARAMETER, {{kParams, &bad}}}});
+    const uint16_t* const no_curve = nullptr;
+    ExpectStatuses(init, std::tuple(kRgb10, &kToneDefaults, no_curve, &context), {},
+                   Nulls(OVRA_ERROR_TONE_NULL, {kContext, kParams}) + RefusedByTone(kFormat) +
+                       Each(OVRA_ERROR_TONE_PARAMETER, {{kParams, &bad}}));
     EXPECT_EQ(form.init_12(kRgb10, &kToneDefaults, nullptr, &context), OVRA_ERROR_TONE_DEPTH);
     EXPECT_EQ(form.init(kRgb12, &kToneDefaults, nullptr, &context), OVRA_ERROR_TONE_DEPTH);
     EXPECT_EQ(form.free(nullptr), OVRA_OK);
@@ -76,16 +85,13 @@ TEST(Statuses, ToneParameters) {
     EXPECT_EQ(OvraHyperTone_Free(&context), OVRA_OK);
     return answer;
   };
-  for (const auto& [field, low, high] : ranges) {
-    OvraHyperToneParams params = kToneDefaults;
-    for (const float good : {low, high}) {
-      params.*field = good;
-      EXPECT_EQ(status(params), OVRA_OK) << good;
-    }
-    for (const float refused : {Beyond(low, high), Beyond(high, low), kNan}) {
-      params.*field = refused;
-      EXPECT_EQ(status(params), OVRA_ERROR_TONE_PARAMETER) << refused;
-    }
+  for (const auto& range : ranges) {
+    const auto set = [&](float value) {
+      OvraHyperToneParams params = kToneDefaults;
+      params.*range.field = value;
+      return status(params);
+    };
+    ExpectRange(range.low, range.high, OVRA_ERROR_TONE_PARAMETER, set);
   }
   for (const int32_t scale : {2, 3, 8, 9, -1}) {
     OvraHyperToneParams params = kToneDefaults;
@@ -112,18 +118,13 @@ TEST(Statuses, ToneRun) {
     void* other = nullptr;
     ASSERT_EQ(form.init(kRgb10, &kToneDefaults, nullptr, &context), OVRA_OK);
     ASSERT_EQ(other_form.init(kRgb10, &kToneDefaults, nullptr, &other), OVRA_OK);
+    const void* const given = context;
     ExpectStatuses(
-        form.run,
-        std::tuple(from.data(), to.data(), 2U, 2U, kRgb10, static_cast<const void*>(context)), to,
-        Faults{{OVRA_ERROR_TONE_NULL, {{kFrom, nullptr}}},
-               {OVRA_ERROR_TONE_NULL, {{kTo, nullptr}}},
-               {OVRA_ERROR_TONE_NULL, {{kContext, nullptr}}},
-               {OVRA_ERROR_TONE_ZERO_SIZE, {{kWidth, 0}}},
-               {OVRA_ERROR_TONE_ZERO_SIZE, {{kHeight, 0}}}} +
-            RefusedByTone(kFormat) +
-            Faults{{OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10 | 0x10000000U}}},
-                   {OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb12}}},
-                   {OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10}, {kContext, other}}},
+        form.run, std::tuple(from.data(), to.data(), 2U, 2U, kRgb10, given), to,
+        Nulls(OVRA_ERROR_TONE_NULL, {kFrom, kTo, kContext}) +
+            Each(OVRA_ERROR_TONE_ZERO_SIZE, {{kWidth, 0}, {kHeight, 0}}) + RefusedByTone(kFormat) +
+            Each(OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10 | 0x10000000U}, {kFormat, kRgb12}}) +
+            Faults{{OVRA_ERROR_TONE_CONTEXT, {{kFormat, kRgb10}, {kContext, other}}},
                    {OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}, {kContext, context}}},
                    // Six bytes a pixel.
                    {OVRA_ERROR_NO_MEMORY, {{kHeight, 1}, {kWidth, 357913942}}}});
@@ -142,30 +143,17 @@ TEST(Statuses, MultiFrequency) {
   good.band[0] = {2, 0, 0, 1};
   OvraMultiFrequencyParams bad = good;
   bad.band_count = 9;
+  const OvraMultiFrequencyParams* const given = &good;
   ExpectStatuses(
-      OvraMultiFrequency,
-      std::tuple(from.data(), to.data(), 2U, 2U, kRgb10,
-                 static_cast<const OvraMultiFrequencyParams*>(&good)),
-      to,
-      Faults{{OVRA_ERROR_YUSM_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_YUSM_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_YUSM_NULL, {{kParams, nullptr}}},
-             {OVRA_ERROR_YUSM_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_YUSM_SIZE, {{kHeight, 0}}},
-             {OVRA_ERROR_MULTI_FREQUENCY_PARAMETER, {{kParams, &bad}}}} +
-          MalformedFormat(kFormat) +
-          Faults{
-              {OVRA_ERROR_YUSM_CHANNELS, {{kFormat, 0x10, kChannelsField}}},
-              {OVRA_ERROR_YUSM_DEPTH, {{kFormat, 0x20, kChannelsField}, {kFormat, 9, kDepthField}}},
-              {OVRA_ERROR_YUSM_COLOR_MODEL,
-               {{kFormat, OVRA_MODEL_GREY, kModelField}, {kFormat, 8, kDepthField}}},
-              {OVRA_ERROR_YUSM_COLOR_MODEL, {{kFormat, OVRA_MODEL_TRIPLE_4, kModelField}}},
-              {OVRA_ERROR_YUSM_COLOR_MODEL,
-               {{kFormat, OVRA_MODEL_CMYK | 0x30, kModelField | kChannelsField}}},
-              {OVRA_ERROR_YUSM_ARRANGEMENT,
-               {{kFormat, 0x10120, kArrangementField | kModelField | kChannelsField}}},
-              {OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}}},
-              {OVRA_ERROR_NO_MEMORY, {{kHeight, 1}, {kWidth, 357913942}}}});
+      OvraMultiFrequency, std::tuple(from.data(), to.data(), 2U, 2U, kRgb10, given), to,
+      Nulls(OVRA_ERROR_YUSM_NULL, {kFrom, kTo, kParams}) +
+          Each(OVRA_ERROR_YUSM_SIZE, {{kWidth, 0}, {kHeight, 0}}) +
+          Each(OVRA_ERROR_MULTI_FREQUENCY_PARAMETER, {{kParams, &bad}}) + MalformedFormat(kFormat) +
+          Each(OVRA_ERROR_YUSM_COLOR_MODEL, {{kFormat, OVRA_MODEL_GREY | 0x28, 0xFFFF},
+                                             {kFormat, OVRA_MODEL_CMYK | 0x30, 0xFFFF}}) +
+          RefusedFormats(kFormat, kYUsmFormats) +
+          Faults{{OVRA_ERROR_NO_MEMORY, {{kHeight, kTooLong}}},
+                 {OVRA_ERROR_NO_MEMORY, {{kHeight, 1}, {kWidth, 357913942}}}});
 }
 
 TEST(Statuses, MultiFrequencyParameters) {
@@ -180,16 +168,12 @@ TEST(Statuses, MultiFrequencyParameters) {
   good.band[0] = good.band[1] = {1, 0.25F, 0, 1};
   ASSERT_EQ(status(good), OVRA_OK);
   const auto expect_range = [&](float low, float high, const auto& field) {
-    for (const float value : {low, high}) {
+    const auto set = [&](float value) {
       Params params = good;
       field(params) = value;
-      EXPECT_EQ(status(params), OVRA_OK) << value;
-    }
-    for (const float value : {Beyond(low, high), Beyond(high, low), kNan}) {
-      Params params = good;
-      field(params) = value;
-      EXPECT_EQ(status(params), OVRA_ERROR_MULTI_FREQUENCY_PARAMETER) << value;
-    }
+      return status(params);
+    };
+    ExpectRange(low, high, OVRA_ERROR_MULTI_FREQUENCY_PARAMETER, set);
   };
   expect_range(0, 2, [](Params& params) -> float& { return params.base_gain; });
   expect_range(0, 1, [](Params& params) -> float& { return params.pivot; });
