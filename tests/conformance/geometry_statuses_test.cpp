@@ -13,191 +13,152 @@ constexpr int32_t kMax = 0x7FFFFFFF;
 constexpr int32_t kMin = -kMax - 1;
 constexpr OvraPixelFormatCode kRgb = 0x120;
 constexpr OvraPixelFormatCode kBottomUp = OVRA_ROWS_BOTTOM_UP;
+constexpr FormatStatuses kRotationFormats = {
+    OVRA_ERROR_ROTATION_COLOR_MODEL, OVRA_ERROR_ROTATION_DEPTH, OVRA_ERROR_ROTATION_COLOR_MODEL,
+    OVRA_ERROR_ROTATION_ARRANGEMENT};
+constexpr FormatStatuses kExtrapolationFormats = {
+    OVRA_ERROR_EXTRAPOLATION_CHANNELS, OVRA_ERROR_EXTRAPOLATION_DEPTH,
+    OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL, OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT};
 
+// Any number of channels will do.
 Faults RefusedByComposition(size_t format) {
   return MalformedFormat(format) +
-         Faults{{OVRA_ERROR_COMPOSITE_DEPTH, {{format, 1, kDepthField}}},
-                {OVRA_ERROR_COMPOSITE_DEPTH, {{format, 9, kDepthField}}},
-                {OVRA_ERROR_COMPOSITE_COLOR_MODEL, {{format, OVRA_MODEL_TRIPLE_4, kModelField}}},
-                {OVRA_ERROR_COMPOSITE_COLOR_MODEL, {{format, OVRA_MODEL_TRIPLE_7, kModelField}}},
-                {OVRA_ERROR_COMPOSITE_COLOR_MODEL, {{format, OVRA_MODEL_CMYK, kModelField}}},
-                {OVRA_ERROR_COMPOSITE_ARRANGEMENT, {{format, 0x10000, kArrangementField}}},
-                {OVRA_ERROR_COMPOSITE_ARRANGEMENT, {{format, 0x20000, kArrangementField}}}};
+         Each(OVRA_ERROR_COMPOSITE_DEPTH, {{format, 1, kDepthField}, {format, 9, kDepthField}}) +
+         Each(OVRA_ERROR_COMPOSITE_COLOR_MODEL, {{format, OVRA_MODEL_TRIPLE_4, kModelField},
+                                                 {format, OVRA_MODEL_TRIPLE_7, kModelField},
+                                                 {format, OVRA_MODEL_CMYK, kModelField}}) +
+         Each(OVRA_ERROR_COMPOSITE_ARRANGEMENT,
+              {{format, 0x10000, kArrangementField}, {format, 0x20000, kArrangementField}});
 }
 
-TEST(Statuses, Composition) {
+class GeometryStatuses : public testing::Test {
+ protected:
+  const Bytes from_ = Bytes(20 * 20 * 8, 8);
+  Bytes to_ = Bytes(40 * 40 * 8, 7);
+  const uint8_t* const f_ = from_.data();
+  uint8_t* const t_ = to_.data();
+
+  Faults InPlace(OvraStatus status, size_t from, size_t to) const {
+    return {{status, {{from, t_}, {to, t_}}}};
+  }
+};
+
+TEST_F(GeometryStatuses, Composition) {
   enum : size_t { kTo, kToWidth, kToHeight, kToFormat, kFrom, kWidth, kHeight, kFormat, kX, kY };
-  Bytes to(12, 7);
-  const Bytes from(12, 8);
-  const Faults faults =
-      Faults{{OVRA_ERROR_COMPOSITE_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_COMPOSITE_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_COMPOSITE_IN_PLACE, {{kFrom, to.data()}, {kTo, to.data()}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kToWidth, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kToHeight, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kHeight, 0}}}} +
-      RefusedByComposition(kToFormat) + RefusedByComposition(kFormat) +
-      Faults{{OVRA_ERROR_COMPOSITE_FORMATS_DIFFER, {{kFormat, 0x100000, kAlignmentField}}},
-             {OVRA_ERROR_COMPOSITE_FORMATS_DIFFER,
-              {{kFormat, kBottomUp, kOrderField}, {kToFormat, 0, kOrderField}}},
-             {OVRA_ERROR_COMPOSITE_CHANNEL_RELATION,
-              {{kFormat, 0x10, kChannelsField}, {kToFormat, 0x20, kChannelsField}}},
-             {OVRA_ERROR_COMPOSITE_CHANNEL_RELATION,
-              {{kFormat, 0x20, kChannelsField}, {kToFormat, 0, kChannelsField}}},
-             {OVRA_ERROR_COMPOSITE_SIZE,
-              {{kFormat, kBottomUp, kOrderField}, {kToFormat, kBottomUp, kOrderField}, {kY, 1}}},
-             // Positions and sizes beyond all pictures.
-             {kWritesNothing, {{kToWidth, kMax}, {kX, kMax}}},
-             {kWritesNothing, {{kX, kMin}, {kY, kMin}}},
-             {kWritesNothing, {{kToHeight, kMax}, {kY, kMax}}},
-             {kWritesNothing, {{kHeight, kMin}, {kY, kMax}}},
-             {kWritesNothing, {{kToWidth, -2}}},
-             {kWritesNothing, {{kToHeight, -2}}},
-             {kWritesNothing, {{kWidth, -2}}},
-             {kWritesNothing, {{kX, 2}}},
-             {OVRA_OK, {{kFormat, 0xF0000000, 0xF0000000}}},
-             {OVRA_OK, {{kFormat, OVRA_MODEL_GREY, kModelField}}}};
-  ExpectStatuses(OvraCompositeImage,
-                 std::tuple(to.data(), 2, 2, kRgb, from.data(), 2, 2, kRgb, 0, 0, uint8_t{1}), to,
-                 faults);
+  const Faults differing = {
+      {OVRA_ERROR_COMPOSITE_FORMATS_DIFFER, {{kFormat, 0x100000, kAlignmentField}}},
+      {OVRA_ERROR_COMPOSITE_FORMATS_DIFFER,
+       {{kFormat, kBottomUp, kOrderField}, {kToFormat, 0, kOrderField}}},
+      {OVRA_ERROR_COMPOSITE_CHANNEL_RELATION,
+       {{kFormat, 0x10, kChannelsField}, {kToFormat, 0x20, kChannelsField}}},
+      {OVRA_ERROR_COMPOSITE_CHANNEL_RELATION,
+       {{kFormat, 0x20, kChannelsField}, {kToFormat, 0, kChannelsField}}},
+      {OVRA_ERROR_COMPOSITE_SIZE,
+       {{kFormat, kBottomUp, kOrderField}, {kToFormat, kBottomUp, kOrderField}, {kY, 1}}}};
+  // Positions and sizes beyond all pictures.
+  const Faults outside = {{kWritesNothing, {{kToWidth, kMax}, {kX, kMax}}},
+                          {kWritesNothing, {{kX, kMin}, {kY, kMin}}},
+                          {kWritesNothing, {{kToHeight, kMax}, {kY, kMax}}},
+                          {kWritesNothing, {{kHeight, kMin}, {kY, kMax}}}};
+  ExpectStatuses(
+      OvraCompositeImage, std::tuple(t_, 2, 2, kRgb, f_, 2, 2, kRgb, 0, 0, uint8_t{1}), to_,
+      Nulls(OVRA_ERROR_COMPOSITE_NULL, {kTo, kFrom}) +
+          InPlace(OVRA_ERROR_COMPOSITE_IN_PLACE, kFrom, kTo) +
+          Each(OVRA_ERROR_COMPOSITE_SIZE,
+               {{kToWidth, 0}, {kToHeight, 0}, {kWidth, 0}, {kHeight, 0}}) +
+          RefusedByComposition(kToFormat) + RefusedByComposition(kFormat) + differing + outside +
+          Each(kWritesNothing, {{kToWidth, -2}, {kToHeight, -2}, {kWidth, -2}, {kX, 2}}) +
+          Each(OVRA_OK,
+               {{kFormat, 0xF0000000, 0xF0000000}, {kFormat, OVRA_MODEL_GREY, kModelField}}));
 }
 
-TEST(Statuses, CompositionWithMask) {
+TEST_F(GeometryStatuses, CompositionWithMask) {
   enum : size_t { kTo, kToWidth, kToHeight, kFrom, kMask, kWidth, kHeight, kFormat, kX, kY };
-  Bytes to(12, 7);
-  const Bytes from(12, 8);
-  const Faults faults =
-      Faults{{OVRA_ERROR_COMPOSITE_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_COMPOSITE_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_COMPOSITE_IN_PLACE, {{kFrom, to.data()}, {kTo, to.data()}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kToWidth, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kToHeight, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_COMPOSITE_SIZE, {{kHeight, 0}}}} +
-      RefusedByComposition(kFormat) +
-      Faults{{OVRA_ERROR_COMPOSITE_SIZE, {{kFormat, kBottomUp, kOrderField}, {kY, 1}}},
-             {OVRA_ERROR_COMPOSITE_NULL, {{kMask, nullptr}, {kY, 0}}},
-             // No mask is needed where nothing is written.
-             {kWritesNothing, {{kMask, nullptr}, {kY, 2}}},
-             {kWritesNothing, {{kMask, nullptr}, {kWidth, -1}}},
-             {kWritesNothing, {{kX, kMin}}},
-             {OVRA_OK, {{kMask, from.data()}}}};
+  // No mask is needed where nothing is written.
+  const Faults without_mask = {{OVRA_ERROR_COMPOSITE_NULL, {{kMask, nullptr}}},
+                               {kWritesNothing, {{kMask, nullptr}, {kY, 2}}},
+                               {kWritesNothing, {{kMask, nullptr}, {kWidth, -1}}}};
   ExpectStatuses(
       OvraCompositeImageWithMaskBlending,
-      std::tuple(to.data(), 2, 2, from.data(), from.data(), 2, 2, kRgb, 0, 0, uint8_t{0}), to,
-      faults);
+      std::tuple(t_, 2, 2, f_, f_, 2, 2, kRgb, 0, 0, uint8_t{0}), to_,
+      Nulls(OVRA_ERROR_COMPOSITE_NULL, {kTo, kFrom}) +
+          InPlace(OVRA_ERROR_COMPOSITE_IN_PLACE, kFrom, kTo) +
+          Each(OVRA_ERROR_COMPOSITE_SIZE,
+               {{kToWidth, 0}, {kToHeight, 0}, {kWidth, 0}, {kHeight, 0}}) +
+          RefusedByComposition(kFormat) +
+          Faults{{OVRA_ERROR_COMPOSITE_SIZE, {{kFormat, kBottomUp, kOrderField}, {kY, 1}}}} +
+          without_mask + Each(kWritesNothing, {{kX, kMin}}) + Each(OVRA_OK, {{kMask, f_}}));
 }
 
-TEST(Statuses, DibRows) {
+TEST_F(GeometryStatuses, DibRows) {
   enum : size_t { kFrom, kTo, kWidth, kHeight };
-  const Bytes from(8, 8);
-  Bytes to(8, 7);
   for (auto* const convert : {OvraDib2Raw, OvraRaw2Dib}) {
+    const auto call = [convert](auto... arguments) { return convert(arguments...), OVRA_OK; };
     ExpectStatuses(
-        [convert](auto... arguments) {
-          convert(arguments...);
-          return OVRA_OK;
-        },
-        std::tuple(from.data(), to.data(), 2U, 1U), to,
-        {{kWritesNothing, {{kFrom, nullptr}}},
-         {kWritesNothing, {{kTo, nullptr}}},
-         {kWritesNothing, {{kWidth, 0}}},
-         {kWritesNothing, {{kHeight, 0}}},
-         {kWritesNothing, {{kWidth, 0x80000000U}}},
-         {kWritesNothing, {{kHeight, 0xFFFFFFFFU}}}});
+        call, std::tuple(f_, t_, 2U, 1U), to_,
+        Nulls(kWritesNothing, {kFrom, kTo}) +
+            Each(kWritesNothing,
+                 {{kWidth, 0}, {kHeight, 0}, {kWidth, 0x80000000U}, {kHeight, 0xFFFFFFFFU}}));
   }
 }
 
-TEST(Statuses, Rotation) {
+TEST_F(GeometryStatuses, Rotation) {
   enum : size_t { kFrom, kTo, kWidth, kHeight, kFormat, kMode };
-  const Bytes from(16, 8);
-  Bytes to(16, 7);
-  const Faults faults =
-      Faults{{OVRA_ERROR_ROTATION_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_ROTATION_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kHeight, 0}}},
-             {OVRA_ERROR_ROTATION_MODE, {{kMode, 8}}},
-             {OVRA_ERROR_ROTATION_MODE, {{kMode, -1}}}} +
-      MalformedFormat(kFormat) +
-      Faults{
-          {OVRA_ERROR_ROTATION_DEPTH, {{kFormat, 9, kDepthField}}},
-          {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, OVRA_MODEL_GREY, kModelField}}},
-          {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, OVRA_MODEL_RGBA, kModelField}}},
-          {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, 0x10, kChannelsField}}},
-          {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, 0x30, kChannelsField}}},
-          {OVRA_ERROR_ROTATION_ARRANGEMENT,
-           {{kFormat, 0x10000, kArrangementField}, {kFormat, kRgb, kModelField | kChannelsField}}},
-          {kWritesNothing, {{kWidth, -1}}},
-          {kWritesNothing, {{kHeight, kMin}}},
-          {kWritesNothing, {{kWidth, -64}, {kMode, OVRA_ROTATE_NONE}}},
-          {kWritesNothing, {{kFrom, to.data()}, {kMode, OVRA_ROTATE_NONE}}},
-          {OVRA_OK, {{kFormat, OVRA_MODEL_TRIPLE_7, kModelField}}}};
-  ExpectStatuses(OvraRotateImage, std::tuple(from.data(), to.data(), 2, 2, kRgb, 1), to, faults);
+  ExpectStatuses(OvraRotateImage, std::tuple(f_, t_, 2, 2, kRgb, 1), to_,
+                 Nulls(OVRA_ERROR_ROTATION_NULL, {kFrom, kTo}) +
+                     Each(OVRA_ERROR_ROTATION_ZERO_SIZE, {{kWidth, 0}, {kHeight, 0}}) +
+                     Each(OVRA_ERROR_ROTATION_MODE, {{kMode, 8}, {kMode, -1}}) +
+                     MalformedFormat(kFormat) + RefusedFormats(kFormat, kRotationFormats) +
+                     Each(OVRA_ERROR_ROTATION_COLOR_MODEL,
+                          {{kFormat, OVRA_MODEL_RGBA | 0x20, kModelField | kChannelsField},
+                           {kFormat, 0x30, kChannelsField}}) +
+                     Each(kWritesNothing, {{kWidth, -1}, {kHeight, kMin}}) +
+                     Faults{{kWritesNothing, {{kWidth, -64}, {kMode, OVRA_ROTATE_NONE}}},
+                            {kWritesNothing, {{kFrom, t_}, {kMode, OVRA_ROTATE_NONE}}},
+                            {OVRA_OK, {{kFormat, OVRA_MODEL_TRIPLE_7, kModelField}}}});
 }
 
-TEST(Statuses, Extrapolation) {
+TEST_F(GeometryStatuses, Extrapolation) {
   enum : size_t { kFrom, kWidth, kHeight, kTo, kToWidth, kToHeight, kFormat, kX, kY, kFill };
-  const Bytes from(16, 8);
-  Bytes to(64, 7);
   const uint16_t fill[4] = {1, 2, 3, 4};
-  const Faults faults =
-      Faults{{OVRA_ERROR_EXTRAPOLATION_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_EXTRAPOLATION_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_EXTRAPOLATION_IN_PLACE, {{kFrom, to.data()}, {kTo, to.data()}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kToHeight, 0}, {kHeight, 0}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kToWidth, 1}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kToHeight, 1}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kX, 2}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kY, 2}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kX, -1}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kY, -1}}},
-             // Sums that would wrap round to something that fits.
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kWidth, 0xFFFFFFFFU}, {kX, 1}}},
-             {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kHeight, 0x80000001U}, {kY, kMax}}},
-             {OVRA_ERROR_EXTRAPOLATION_NULL_FILL,
-              {{kFill, nullptr}, {kX, 1}, {kY, 1}, {kWidth, 2}, {kHeight, 2}}}} +
-      MalformedFormat(kFormat) +
-      Faults{{OVRA_ERROR_EXTRAPOLATION_CHANNELS, {{kFormat, 0x10, kChannelsField}}},
-             {OVRA_ERROR_EXTRAPOLATION_DEPTH, {{kFormat, 9, kDepthField}}},
-             {OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL, {{kFormat, OVRA_MODEL_TRIPLE_4, kModelField}}},
-             {OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL, {{kFormat, OVRA_MODEL_TRIPLE_7, kModelField}}},
-             {OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT, {{kFormat, 0x20000, kArrangementField}}},
-             // More rows below the source than a signed number holds.
-             {OVRA_ERROR_EXTRAPOLATION_SIZE,
-              {{kToHeight, 0xFFFFFFFFU}, {kFormat, kBottomUp, kOrderField}}},
-             {OVRA_OK, {{kFormat, OVRA_MODEL_CMYK, kModelField}}},
-             {OVRA_OK, {{kHeight, 0}}}};
-  ExpectStatuses(OvraExtrapolateImage,
-                 std::tuple(from.data(), 2U, 2U, to.data(), 3U, 3U, kRgb, 1, 1, fill + 0), to,
-                 faults);
+  const Faults wrapping = {{OVRA_ERROR_EXTRAPOLATION_SIZE, {{kWidth, 0xFFFFFFFFU}, {kX, 1}}},
+                           {OVRA_ERROR_EXTRAPOLATION_SIZE, {{kHeight, 0x80000001U}, {kY, kMax}}}};
+  // More rows below the source than a signed number holds.
+  const Faults too_far = {{OVRA_ERROR_EXTRAPOLATION_SIZE,
+                           {{kToHeight, 0xFFFFFFFFU}, {kFormat, kBottomUp, kOrderField}}}};
+  ExpectStatuses(
+      OvraExtrapolateImage, std::tuple(f_, 2U, 2U, t_, 3U, 3U, kRgb, 1, 1, fill + 0), to_,
+      Nulls(OVRA_ERROR_EXTRAPOLATION_NULL, {kFrom, kTo}) +
+          InPlace(OVRA_ERROR_EXTRAPOLATION_IN_PLACE, kFrom, kTo) +
+          Each(OVRA_ERROR_EXTRAPOLATION_SIZE, {{kWidth, 0},
+                                               {kToHeight, 0},
+                                               {kToWidth, 1},
+                                               {kToHeight, 1},
+                                               {kX, 2},
+                                               {kY, 2},
+                                               {kX, -1},
+                                               {kY, -1}}) +
+          wrapping +
+          Faults{{OVRA_ERROR_EXTRAPOLATION_NULL_FILL,
+                  {{kFill, nullptr}, {kX, 1}, {kY, 1}, {kWidth, 2}, {kHeight, 2}}}} +
+          MalformedFormat(kFormat) + RefusedFormats(kFormat, kExtrapolationFormats) +
+          Each(OVRA_ERROR_EXTRAPOLATION_COLOR_MODEL,
+               {{kFormat, OVRA_MODEL_TRIPLE_7, kModelField}}) +
+          Each(OVRA_ERROR_EXTRAPOLATION_ARRANGEMENT, {{kFormat, 0x20000, kArrangementField}}) +
+          too_far + Each(OVRA_OK, {{kFormat, OVRA_MODEL_CMYK, kModelField}, {kHeight, 0}}));
 }
 
-TEST(Statuses, FreeTrimming) {
+TEST_F(GeometryStatuses, FreeTrimming) {
   enum : size_t { kFrom, kWidth, kHeight, kTo, kToWidth, kToHeight, kFormat, kX, kY, kAngle };
-  Bytes to(40 * 40 * 8, 7);
-  const Bytes from(20 * 20 * 8, 8);
+  const uint16_t* const no_fill = nullptr;
   ExpectStatuses(
-      OvraFreeTrimming,
-      std::tuple(from.data(), 20, 20, to.data(), 40, 40, kRgb, 0, 0, 23,
-                 static_cast<const uint16_t*>(nullptr)),
-      to,
-      Faults{{OVRA_ERROR_ROTATION_NULL, {{kFrom, nullptr}}},
-             {OVRA_ERROR_ROTATION_NULL, {{kTo, nullptr}}},
-             {OVRA_ERROR_TRIMMING_IN_PLACE, {{kFrom, to.data()}, {kTo, to.data()}}},
-             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kWidth, 0}}},
-             {OVRA_ERROR_ROTATION_ZERO_SIZE, {{kHeight, -1}}},
-             {OVRA_ERROR_TRIMMING_SIZE, {{kToWidth, 7}}},
-             {OVRA_ERROR_TRIMMING_SIZE, {{kToHeight, 7}, {kToWidth, 40}}},
-             {OVRA_ERROR_TRIMMING_SIZE, {{kToWidth, 16384}, {kToHeight, 40}}}} +
-          MalformedFormat(kFormat) +
-          Faults{{OVRA_ERROR_ROTATION_DEPTH, {{kFormat, 9, kDepthField}}},
-                 {OVRA_ERROR_ROTATION_COLOR_MODEL, {{kFormat, 0x10, kChannelsField}}},
-                 {OVRA_ERROR_ROTATION_ARRANGEMENT,
-                  {{kFormat, 0x10000, kArrangementField}, {kFormat, kRgb, kChannelsField}}},
-                 {OVRA_OK, {{kX, kMin}, {kY, kMax}, {kAngle, kMin}}},
+      OvraFreeTrimming, std::tuple(f_, 20, 20, t_, 40, 40, kRgb, 0, 0, 23, no_fill), to_,
+      Nulls(OVRA_ERROR_ROTATION_NULL, {kFrom, kTo}) +
+          InPlace(OVRA_ERROR_TRIMMING_IN_PLACE, kFrom, kTo) +
+          Each(OVRA_ERROR_ROTATION_ZERO_SIZE, {{kWidth, 0}, {kHeight, -1}}) +
+          Each(OVRA_ERROR_TRIMMING_SIZE, {{kToWidth, 7}, {kToHeight, 7}, {kToWidth, 16384}}) +
+          MalformedFormat(kFormat) + RefusedFormats(kFormat, kRotationFormats) +
+          Faults{{OVRA_OK, {{kX, kMin}, {kY, kMax}, {kAngle, kMin}}},
                  {OVRA_OK, {{kX, kMax}, {kAngle, kMax}}},
                  {OVRA_OK, {{kToWidth, 8}}}});
 }
