@@ -29,6 +29,12 @@ if(NOT WIN32)
   set(OVRA_STACK_FLAGS -fstack-protector-strong)
 endif()
 
+# What exports are declared like, for debuggers and for the comparison with earlier versions. Packages
+# lay it aside.
+if(NOT WIN32)
+  set(OVRA_DEBUG_FLAGS -g)
+endif()
+
 function(ovra_add_sources)
   foreach(source IN LISTS ARGN)
     set(path ${CMAKE_CURRENT_SOURCE_DIR}/${source})
@@ -40,7 +46,7 @@ function(ovra_add_sources)
                                   PROPERTIES COMPILE_OPTIONS "${OVRA_AVX2_FLAGS}")
     elseif(NOT source MATCHES "kernels")
       set_source_files_properties(${path} TARGET_DIRECTORY ovra_objects
-                                  PROPERTIES COMPILE_OPTIONS "${OVRA_STACK_FLAGS}")
+                                  PROPERTIES COMPILE_OPTIONS "${OVRA_STACK_FLAGS};${OVRA_DEBUG_FLAGS}")
     endif()
     target_sources(ovra_objects PRIVATE ${path})
   endforeach()
@@ -65,7 +71,7 @@ if(NOT OVRA_SANITIZER)
 endif()
 
 # The same sources give the same bytes wherever they lie and whenever they are built.
-add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.)
+add_compile_options(-ffile-prefix-map=${PROJECT_SOURCE_DIR}=. -ffile-prefix-map=${PROJECT_BINARY_DIR}=build)
 if(WIN32)
   add_link_options(-Wl,--no-insert-timestamp)
 endif()
