@@ -22,15 +22,6 @@ using ovra_host::Triple;
 // Eight rows of a table of two points an axis: output = input, red varying fastest.
 const std::string kIdentityRows = "0 0 0\n1 0 0\n0 1 0\n1 1 0\n0 0 1\n1 0 1\n0 1 1\n1 1 1\n";
 
-std::string ErrorOf(const std::string& text) {
-  try {
-    ParseCubeFile(text, "x.cube");
-  } catch (const ovra_host::Error& error) {
-    return error.what();
-  }
-  return "";
-}
-
 TEST(CubeFile, ReadsEverythingThatFilesHold) {
   const CubeFile cube = ParseCubeFile(
       "# made by hand\r\nTITLE \"Warm look\"\r\n\r\nDOMAIN_MIN -0.5 0 0\nDOMAIN_MAX 1.5 2 1\n"
@@ -50,39 +41,6 @@ TEST(CubeFile, ReadsEverythingThatFilesHold) {
   EXPECT_EQ(curve.dimensions, 1);
   EXPECT_EQ(curve.domain_max, (Triple{2, 2, 2}));
   EXPECT_EQ(curve.rows[0], (Triple{0, 0.1, 0.5}));
-}
-
-TEST(CubeFile, NamesTheLineThatIsWrong) {
-  struct Case {
-    const char* text;
-    const char* error;
-  };
-  const Case cases[] = {
-      {"", "x.cube:0: neither LUT_1D_SIZE nor LUT_3D_SIZE is given"},
-      {"# nothing\n", "x.cube:1: neither"},
-      {"0 0 0\n", "x.cube:1: a row before"},
-      {"LUT_3D_SIZE 66\n", "x.cube:1: the size is not a whole number from 2 to 65"},
-      {"LUT_3D_SIZE 1\n", "x.cube:1: the size"},
-      {"LUT_3D_SIZE 2.5\n", "x.cube:1: the size"},
-      {"LUT_1D_SIZE 65537\n", "x.cube:1: the size is not a whole number from 2 to 65536"},
-      {"LUT_1D_SIZE\n", "x.cube:1: expected 1 numbers"},
-      {"LUT_1D_SIZE 2\nLUT_3D_SIZE 2\n", "x.cube:2: a second size"},
-      {"LUT_1D_SIZE 2\n0 0 0\n", "x.cube:2: ends after 1 of 2 rows"},
-      {"LUT_1D_SIZE 2\n0 0 0\n1 1 1\n\n2 2 2\n", "x.cube:5: more than 2 of 2 rows"},
-      {"LUT_1D_SIZE 2\n0 0\n", "x.cube:2: expected 3 numbers"},
-      {"LUT_1D_SIZE 2\n0 0 0 0\n", "x.cube:2: expected 3 numbers"},
-      {"LUT_1D_SIZE 2\n0 0 0x1\n", "x.cube:2: expected 3 numbers"},
-      {"LUT_1D_SIZE 2\n0 1e999 0\n", "x.cube:2: expected 3 numbers"},
-      {"LUT_1D_SIZE 2\n0 0 -nan\n", "x.cube:2: expected 3 numbers"},
-      {"LUT_1D_SIZE 2\n0 0 0\nTITLE \"late\"\n", "x.cube:3: a keyword stands among"},
-      {"LUT_4D_SIZE 2\n", "x.cube:1: neither LUT_1D_SIZE nor LUT_3D_SIZE is given"},
-      {"LUT_1D_SIZE 2\nDOMAIN_MIN 0 1 0\n0 0 0\n1 1 1\n",
-       "x.cube:2: the domain's minimum is not below"},
-  };
-  for (const Case& c : cases) {
-    EXPECT_NE(ErrorOf(c.text).find(c.error), std::string::npos) << c.text << "\n"
-                                                                << ErrorOf(c.text);
-  }
 }
 
 // Whatever bytes a file holds, it is refused or read as what it says.

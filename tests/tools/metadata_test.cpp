@@ -119,19 +119,6 @@ TEST(Metadata, PicturesAreTurnedUprightOnReading) {
   const Metadata stripped = ReadPicture(folder.File("a.png"), {.strip = true}).metadata;
   EXPECT_TRUE(stripped.exif.empty() && stripped.xmp.empty() && stripped.resolution.x == 0);
   EXPECT_EQ(stripped.profile, picture.metadata.profile);
-  // All eight: turned as told, the mark in the corner comes to the top left.
-  const struct {
-    uint8_t orientation;
-    size_t stored_corner;  // of a 2 x 2 picture, where the top left pixel was stored
-  } cases[] = {{1, 0}, {2, 1}, {3, 3}, {4, 2}, {5, 0}, {6, 2}, {7, 3}, {8, 1}};
-  for (const auto& c : cases) {
-    Picture square = {Image(2, 2, FileFormat(8, 1)), {}};
-    square.image.data()[c.stored_corner] = 200;
-    square.metadata.exif = SampleExif();
-    square.metadata.exif[31] = c.orientation;
-    WritePicture(square, folder.File("s.tif"));
-    EXPECT_EQ(ReadPicture(folder.File("s.tif")).image.data()[0], 200) << int{c.orientation};
-  }
 }
 
 TEST(Metadata, DamagedExifIsLeftAlone) {

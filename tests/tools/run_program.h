@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "image_io.h"
+#include "support/random.h"
 #include "tools/temporary_folder.h"
 
 namespace ovra_test {
@@ -23,25 +24,54 @@ struct RunResult {
   std::string errors;
 };
 
+inline std::vector<uint8_t> Bytes(const ovra_host::Image& image) {
+  return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
+}
+
+// Random bytes, the same at each call.
+inline ovra_host::Image Noise(int32_t width, int32_t height, uint32_t depth_bits,
+                              uint32_t channels) {
+  ovra_host::Image image(width, height, ovra_host::FileFormat(depth_bits, channels));
+  Random random(depth_bits + channels);
+  std::generate_n(image.data(), image.size_bytes(), [&] { return uint8_t(random() >> 24); });
+  return image;
+}
+
 class ProgramTest : public testing::Test {
  protected:
   using Image = ovra_host::Image;
 
   // Arguments are separated by spaces; file names are those in the test's folder, which is the
-  // program's current one. `before` are shell commands that prepare the ground.
-  RunResult Run(const std::string& arguments, const std::string& before = "true") const {
-    const std::string command = "cd '" + folder_.File("") + "' && " + before +
-                                " && '" OVRA_PROGRAM "' " + arguments + " >'" + logs_.File("out") +
-                                "' 2>'" + logs_.File("err") + "'";
+  // program's current one.
+  RunResult Run(const std::string& arguments) const { return Shell("$OVRA " + arguments); }
+
+  // What a shell says in the test's folder; $OVRA is the program.
+  RunResult Shell(const std::string& commands) const {
+    const std::string command = "cd '" + folder_.File("") + "' && OVRA='" OVRA_PROGRAM "' && (" +
+                                commands + ") >'" + logs_.File("out") + "' 2>'" +
+                                logs_.File("err") + "'";
     const int status = std::system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Text("out"), Text("err")};
+  }
+
+  void ExpectSuccess(const std::string& arguments) const {
+    const RunResult result = Run(arguments);
+    ASSERT_EQ(result.exit_code, 0) << arguments << "\n" << result.errors;
+  }
+
+  // Runs the command on a.tif, which becomes `source`, for b.tif, which is to be `expected`.
+  void ExpectResult(const std::string& command, const Image& source, const Image& expected) const {
+    Write("a.tif", source);
+    ExpectSuccess(command + " a.tif b.tif");
+    EXPECT_EQ(Bytes(Read("b.tif")), Bytes(expected)) << command;
   }
 
   void ExpectFailure(const std::string& arguments, const std::string& text) const {
     const RunResult result = Run(arguments);
     EXPECT_NE(result.exit_code, 0) << arguments;
     EXPECT_NE(result.errors.find(text), std::string::npos) << arguments << "\n" << result.errors;
-    EXPECT_EQ(std::count(result.errors.begin(), result.errors.end(), '\n'), 1) << result.errors;
+    const auto lines = [](const std::string& t) { return std::count(t.begin(), t.end(), '\n'); };
+    EXPECT_EQ(lines(result.errors), 1 + lines(text)) << result.errors;
     EXPECT_EQ(result.errors.rfind("ovra: ", 0), 0U) << result.errors;
   }
 
@@ -55,13 +85,6 @@ class ProgramTest : public testing::Test {
     WriteBytes(folder_.File(name), FileBytes(text.begin(), text.end()));
   }
 
-  // Two pixels by three, all samples different.
-  static Image Counting(uint32_t depth_bits, uint32_t channels) {
-    Image image(2, 3, ovra_host::FileFormat(depth_bits, channels));
-    for (size_t i = 0; i < image.size_bytes(); ++i) image.data()[i] = static_cast<uint8_t>(i + 1);
-    return image;
-  }
-
   TemporaryFolder folder_;
 
  private:
@@ -72,10 +95,6 @@ class ProgramTest : public testing::Test {
 
   TemporaryFolder logs_;
 };
-
-inline std::vector<uint8_t> Bytes(const ovra_host::Image& image) {
-  return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
-}
 
 // Runs the program and answers the most memory that it held, in bytes; -1 when it fails.
 inline int64_t PeakMemory(const std::vector<std::string>& arguments) {
