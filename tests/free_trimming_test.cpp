@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
-#include <cstdint>
+#include <cstring>
+#include <numeric>
 #include <vector>
 
 #include "ovra/ovra.h"
@@ -15,46 +17,57 @@ namespace {
 
 using ovra_test::Random;
 using ovra_test::RandomInt;
+using Bytes = std::vector<uint8_t>;
 
 constexpr OvraPixelFormatCode kFormats[] = {0x0000, 0x0120, 0x1030, 0x0004, 0x0128, 0x1038};
 constexpr double kPi = 3.14159265358979323846;
 constexpr OvraPixelFormatCode kBottomUp = 0x1000000;
 
-// A picture without padding; samples are held in 16 bits.
+// A picture without padding.
 struct Picture {
   int32_t width;
   int32_t height;
   OvraPixelFormatCode format;
-  std::vector<uint16_t> samples = std::vector<uint16_t>(
-      static_cast<size_t>(width) * static_cast<size_t>(height) * ((format >> 4 & 15) + 1));
+  int32_t channels = static_cast<int32_t>(format >> 4 & 15) + 1;
+  int32_t max = (256 << (format & 15)) - 1;
+  int32_t sample_bytes = max == 255 ? 1 : 2;
+  Bytes bytes = Bytes(static_cast<size_t>(width * height * channels * sample_bytes));
 
-  int32_t Channels() const { return static_cast<int32_t>(format >> 4 & 15) + 1; }
-  int32_t Max() const { return (1 << ((format & 15) + 8)) - 1; }
-  uint16_t& At(int32_t x, int32_t y, int32_t c) {
-    return samples[static_cast<size_t>((y * width + x) * Channels() + c)];
+  uint8_t* Pixel(int32_t x, int32_t y) {
+    return bytes.data() + (y * width + x) * channels * sample_bytes;
   }
-  std::vector<uint8_t> Pack() const {
-    if ((format & 15) == 0) return {samples.begin(), samples.end()};
-    const auto* bytes = reinterpret_cast<const uint8_t*>(samples.data());
-    return {bytes, bytes + 2 * samples.size()};
+  int32_t At(int32_t x, int32_t y, int32_t c) {
+    const uint8_t* const sample = Pixel(x, y) + c * sample_bytes;
+    return sample_bytes == 1 ? *sample : sample[0] | sample[1] << 8;
   }
-  void Unpack(const std::vector<uint8_t>& bytes) {
-    for (size_t i = 0; i < samples.size(); ++i) {
-      samples[i] = (format & 15) == 0 ? bytes[i]
-                                      : static_cast<uint16_t>(bytes[2 * i] | bytes[2 * i + 1] << 8);
-    }
+  void Set(int32_t x, int32_t y, int32_t c, int32_t value) {
+    std::memcpy(Pixel(x, y) + c * sample_bytes, &value, static_cast<size_t>(sample_bytes));
   }
-  bool operator==(const Picture& other) const {
-    return width == other.width && height == other.height && samples == other.samples;
-  }
+  bool operator==(const Picture&) const = default;
 };
 
-Picture Noise(Random& random, int32_t width, int32_t height, OvraPixelFormatCode format) {
+// Each sample from `draw`, which gets its column, row and channel.
+Picture Drawn(int32_t width, int32_t height, OvraPixelFormatCode format, const auto& draw) {
   Picture picture{width, height, format};
-  ovra_test::FillSamples(random, picture.samples.data(),
-                         picture.samples.data() + picture.samples.size(),
-                         static_cast<uint32_t>(picture.Max()));
+  for (int32_t i = 0; i < width * height * picture.channels; ++i) {
+    const int32_t pixel = i / picture.channels;
+    picture.Set(0, 0, i, draw(pixel % width, pixel / width, i % picture.channels));
+  }
   return picture;
+}
+
+Picture Flat(int32_t width, int32_t height, OvraPixelFormatCode format, int32_t level) {
+  return Drawn(width, height, format, [level](int32_t, int32_t, int32_t) { return level; });
+}
+
+// Extremes of the range among it, or nothing else.
+Picture Noise(Random& random, int32_t width, int32_t height, OvraPixelFormatCode format,
+              bool is_extreme = false) {
+  const int32_t max = Picture{1, 1, format}.max;
+  return Drawn(width, height, format, [&](int32_t, int32_t, int32_t) {
+    const int32_t kind = RandomInt(random, 0, is_extreme ? 1 : 3);
+    return kind == 0 ? 0 : kind == 1 ? max : RandomInt(random, 0, max);
+  });
 }
 
 struct Cut {
@@ -63,51 +76,36 @@ struct Cut {
 
 Picture Trim(const Picture& source, const Cut& cut, const uint16_t* fill = nullptr) {
   Picture result{cut.width, cut.height, source.format};
-  std::vector<uint8_t> out = result.Pack();
-  EXPECT_EQ(OvraFreeTrimming(source.Pack().data(), source.width, source.height, out.data(),
+  EXPECT_EQ(OvraFreeTrimming(source.bytes.data(), source.width, source.height, result.bytes.data(),
                              cut.width, cut.height, source.format, cut.x, cut.y, cut.angle, fill),
             OVRA_OK);
-  result.Unpack(out);
   return result;
 }
 
 Picture Rotate(const Picture& source, int32_t mode) {
-  Picture result = mode % 2 == 0 ? Picture{source.width, source.height, source.format}
-                                 : Picture{source.height, source.width, source.format};
-  std::vector<uint8_t> out = result.Pack();
-  EXPECT_EQ(OvraRotateImage(source.Pack().data(), out.data(), source.width, source.height,
+  const bool is_upright = mode % 2 == 0;
+  Picture result{is_upright ? source.width : source.height,
+                 is_upright ? source.height : source.width, source.format};
+  EXPECT_EQ(OvraRotateImage(source.bytes.data(), result.bytes.data(), source.width, source.height,
                             source.format, mode),
             OVRA_OK);
-  result.Unpack(out);
   return result;
 }
 
 // Pixel by pixel, with edges repeated or a fill colour around.
 Picture CutOut(Picture source, int32_t x, int32_t y, int32_t width, int32_t height,
-               const uint16_t* fill) {
-  Picture region{width, height, source.format};
-  for (int32_t j = 0; j < height; ++j) {
-    for (int32_t i = 0; i < width; ++i) {
-      const int32_t u = std::clamp(x + i, 0, source.width - 1);
-      const int32_t v = std::clamp(y + j, 0, source.height - 1);
-      const bool inside = u == x + i && v == y + j;
-      for (int32_t c = 0; c < source.Channels(); ++c) {
-        region.At(i, j, c) = inside || fill == nullptr
-                                 ? source.At(u, v, c)
-                                 : static_cast<uint16_t>(std::min<int>(fill[c], source.Max()));
-      }
-    }
-  }
-  return region;
+               const uint16_t* fill = nullptr) {
+  return Drawn(width, height, source.format, [&](int32_t i, int32_t j, int32_t c) {
+    const int32_t u = std::clamp(x + i, 0, source.width - 1);
+    const int32_t v = std::clamp(y + j, 0, source.height - 1);
+    const bool is_filled = fill != nullptr && (u != x + i || v != y + j);
+    return is_filled ? std::min<int32_t>(fill[c], source.max) : source.At(u, v, c);
+  });
 }
 
 Cut RandomCut(Random& random, const Picture& source) {
   return {RandomInt(random, -40, source.width + 10), RandomInt(random, -40, source.height + 10),
           RandomInt(random, 8, 140), RandomInt(random, 8, 140), RandomInt(random, -3600, 7200)};
-}
-
-int32_t FloorHalf(int32_t value) {
-  return value >> 1;
 }
 
 constexpr uint16_t kFill[] = {200, 7, 60000, 90};
@@ -121,11 +119,13 @@ TEST(FreeTrimming, QuarterTurnsAreRotations) {
                        RandomInt(random, 8, 150), RandomInt(random, 8, 150), angle};
       const int32_t mode = ((angle / 900) % 4 + 4) % 4;
       const uint16_t* const fill = RandomInt(random, 0, 1) == 0 ? nullptr : kFill;
+      // The region turns about its middle, half pixels rounded down.
       const bool odd = mode % 2 != 0;
+      const int32_t shift = odd ? (cut.width - cut.height) >> 1 : 0;
+      const int32_t rise = odd ? (cut.height - cut.width) >> 1 : 0;
       const Picture region =
-          odd ? CutOut(source, cut.x + FloorHalf(cut.width - cut.height),
-                       cut.y + FloorHalf(cut.height - cut.width), cut.height, cut.width, fill)
-              : CutOut(source, cut.x, cut.y, cut.width, cut.height, fill);
+          CutOut(source, cut.x + shift, cut.y + rise, odd ? cut.height : cut.width,
+                 odd ? cut.width : cut.height, fill);
       EXPECT_TRUE(Trim(source, cut, fill) == Rotate(region, mode)) << angle << " " << format;
     }
   }
@@ -153,46 +153,41 @@ TEST(FreeTrimming, AgreesWithItselfTurnedMovedAndFlipped) {
     const int32_t a = RandomInt(random, 0, (cut.width - 8) / 2);
     const int32_t b = RandomInt(random, 0, (cut.height - 8) / 2);
     const Cut inner = {cut.x + a, cut.y + b, cut.width - 2 * a, cut.height - 2 * b, cut.angle};
-    EXPECT_TRUE(Trim(source, inner, fill) ==
-                CutOut(result, a, b, inner.width, inner.height, nullptr))
+    EXPECT_TRUE(Trim(source, inner, fill) == CutOut(result, a, b, inner.width, inner.height))
         << trial;
     Picture flipped = Rotate(source, OVRA_ROTATE_FLIP);
     flipped.format |= kBottomUp;
-    const Picture seen = Trim(flipped, cut, fill);
-    EXPECT_TRUE(seen.samples == Rotate(result, OVRA_ROTATE_FLIP).samples) << trial;
+    EXPECT_EQ(Trim(flipped, cut, fill).bytes, Rotate(result, OVRA_ROTATE_FLIP).bytes) << trial;
   }
 }
 
-// L(d) = sinc(d) sinc(d / 3), normalised.
-std::vector<double> Weights(int32_t phase) {
-  const auto sinc = [](double d) { return d == 0 ? 1.0 : std::sin(kPi * d) / (kPi * d); };
-  std::vector<double> weights;
-  double sum = 0;
+double Sinc(double d) {
+  return d == 0 ? 1.0 : std::sin(kPi * d) / (kPi * d);
+}
+
+// Of six places; L(d) = sinc(d) sinc(d / 3), normalised.
+std::array<double, 6> Weights(int32_t phase) {
+  std::array<double, 6> weights;
   for (int t = 0; t < 6; ++t) {
     const double d = t - 2 - phase / 256.0;
-    weights.push_back(sinc(d) * sinc(d / 3));
-    sum += weights.back();
+    weights[static_cast<size_t>(t)] = Sinc(d) * Sinc(d / 3);
   }
+  const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
   for (double& weight : weights) weight /= sum;
   return weights;
 }
 
 // The kernel in double precision at the positions rounded to 1/256: within one code at 8 bits and
-// within 16 codes at 16 bits. Extremes of the range among the noise.
+// within 16 codes at 16 bits.
 TEST(FreeTrimming, IsCloseToItsKernelInDoublePrecision) {
   Random random(3);
   for (int trial = 0; trial < 60; ++trial) {
-    Picture source = Noise(random, 90, 70, kFormats[trial % 6]);
-    if (trial % 2 == 0) {
-      for (uint16_t& sample : source.samples) {
-        sample = static_cast<uint16_t>(RandomInt(random, 0, 1) * source.Max());
-      }
-    }
+    Picture source = Noise(random, 90, 70, kFormats[trial % 6], trial % 2 == 0);
     const Cut cut = RandomCut(random, source);
     Picture result = Trim(source, cut);
     const double radians = cut.angle * kPi / 1800;
-    const bool moves = cut.angle % 900 == 0;
-    for (int32_t j = 0; j < cut.height && !moves; ++j) {
+    if (cut.angle % 900 == 0) continue;
+    for (int32_t j = 0; j < cut.height; ++j) {
       for (int32_t i = 0; i < cut.width; ++i) {
         const double a = i - (cut.width - 1) * 0.5;
         const double b = j - (cut.height - 1) * 0.5;
@@ -207,19 +202,18 @@ TEST(FreeTrimming, IsCloseToItsKernelInDoublePrecision) {
         if (is_tie(u) || is_tie(v)) continue;
         const auto pu = static_cast<int32_t>(std::floor(u * 256 + 0.5));
         const auto pv = static_cast<int32_t>(std::floor(v * 256 + 0.5));
-        const std::vector<double> across = Weights(pu & 255);
-        const std::vector<double> down = Weights(pv & 255);
-        const int32_t c = (i + j) % source.Channels();
+        const auto across = Weights(pu & 255);
+        const auto down = Weights(pv & 255);
+        const int32_t c = (i + j) % source.channels;
         double sum = 0;
-        for (int m = 0; m < 6; ++m) {
-          for (int n = 0; n < 6; ++n) {
-            sum += across[static_cast<size_t>(m)] * down[static_cast<size_t>(n)] *
-                   source.At(std::clamp((pu >> 8) - 2 + m, 0, source.width - 1),
-                             std::clamp((pv >> 8) - 2 + n, 0, source.height - 1), c);
-          }
+        for (int32_t n = 0; n < 36; ++n) {
+          const int32_t x = std::clamp((pu >> 8) - 2 + n % 6, 0, source.width - 1);
+          const int32_t y = std::clamp((pv >> 8) - 2 + n / 6, 0, source.height - 1);
+          sum += across[static_cast<size_t>(n % 6)] * down[static_cast<size_t>(n / 6)] *
+                 source.At(x, y, c);
         }
-        const double expected = std::clamp(sum, 0.0, static_cast<double>(source.Max()));
-        const double tolerance = source.Max() == 255 ? 1.1 : 16.5;
+        const double expected = std::clamp(sum, 0.0, static_cast<double>(source.max));
+        const double tolerance = source.max == 255 ? 1.1 : 16.5;
         ASSERT_NEAR(result.At(i, j, c), expected, tolerance) << trial << " " << i << " " << j;
       }
     }
@@ -230,13 +224,12 @@ TEST(FreeTrimming, IsCloseToItsKernelInDoublePrecision) {
 // modulo a whole turn.
 TEST(FreeTrimming, HoldsAtTheExtremes) {
   constexpr int32_t kMax = 0x7FFFFFFF;
-  Picture source{30, 20, 0x0124};
-  for (uint16_t& sample : source.samples) sample = 3000;
+  const Picture source = Flat(30, 20, 0x0124, 3000);
   for (const int32_t angle : {0, 1, 450, 899, 900, -1, 3599, -kMax - 1, kMax}) {
     for (const int32_t x : {-kMax - 1, -70000, 0, kMax - 7, kMax}) {
       for (const int32_t y : {-kMax - 1, 5, kMax}) {
         const Cut cut = {x, y, 20, 17, angle};
-        for (const uint16_t sample : Trim(source, cut).samples) ASSERT_EQ(sample, 3000);
+        ASSERT_EQ(Trim(source, cut), Flat(20, 17, 0x0124, 3000));
         if (x == 0 && y == 5) continue;
         Picture filled = Trim(source, cut, kFill);
         ASSERT_EQ(filled.At(3, 4, 0), 200);
@@ -253,10 +246,9 @@ TEST(FreeTrimming, HoldsAtTheExtremes) {
 // At an angle samples beyond their depth are limited, also at the exact centre; a quarter turn moves
 // them as they are.
 TEST(FreeTrimming, LimitsSamplesOnlyWhereItFilters) {
-  Picture source{40, 40, 0x0002};
-  for (uint16_t& sample : source.samples) sample = 5000;
-  for (const uint16_t sample : Trim(source, {0, 0, 41, 41, 7}).samples) ASSERT_EQ(sample, 1023);
-  for (const uint16_t sample : Trim(source, {0, 0, 41, 41, 2700}).samples) ASSERT_EQ(sample, 5000);
+  const Picture source = Flat(40, 40, 0x0002, 5000);
+  EXPECT_EQ(Trim(source, {0, 0, 41, 41, 7}), Flat(41, 41, 0x0002, 1023));
+  EXPECT_EQ(Trim(source, {0, 0, 41, 41, 2700}), Flat(41, 41, 0x0002, 5000));
 }
 
 }  // namespace

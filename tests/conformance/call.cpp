@@ -109,6 +109,14 @@ uint8_t* Call::SourceAndDestination(const Shape& shape) {
   return FillImage(Destination(shape, Padding::kKept), shape);
 }
 
+Call::Images Call::SourceAndDestination(const Shape& shape, bool in_place) {
+  uint8_t* const destination =
+      in_place ? SourceAndDestination(shape) : Destination(shape, Padding::kKept);
+  const uint8_t* const source = in_place ? destination : Source(shape);
+  return {source, destination, static_cast<uint32_t>(shape.width),
+          static_cast<uint32_t>(shape.height)};
+}
+
 const uint16_t* Call::Samples(size_t count, uint32_t max) {
   auto* const samples = Input<uint16_t>(count);
   Random random(draw.Bits());

@@ -104,6 +104,15 @@ class Call {
   // An image that is read and written.
   uint8_t* SourceAndDestination(const Shape& shape);
 
+  // A source and a destination of one shape, or one image that is both.
+  struct Images {
+    const uint8_t* source;
+    uint8_t* destination;
+    uint32_t width;
+    uint32_t height;
+  };
+  Images SourceAndDestination(const Shape& shape, bool in_place);
+
   // `count` elements that an operation reads.
   template <class T>
   T* Input(size_t count) {

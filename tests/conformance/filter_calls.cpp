@@ -100,21 +100,19 @@ void YUsm(Call& call) {
   const Response response = DrawResponse(call);
   const bool in_place = call.draw.OneIn(4);
   const bool single_step = call.draw.OneIn(2);
-  uint8_t* const destination =
-      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
-  const uint8_t* const source = in_place ? destination : call.Source(shape);
-  const uint32_t width = Unsigned(shape.width);
-  const uint32_t height = Unsigned(shape.height);
+  const Call::Images images = call.SourceAndDestination(shape, in_place);
   call.Run([&] {
     if (single_step) {
-      return OvraYUsmSingleStep(source, destination, width, height, shape.format, taps, weights,
-                                response.amount, response.level, response.difference);
+      return OvraYUsmSingleStep(images.source, images.destination, images.width, images.height,
+                                shape.format, taps, weights, response.amount, response.level,
+                                response.difference);
     }
     OvraYUsmContext* context = nullptr;
     OvraStatus status = OvraYUsm_Init(shape.format, taps, weights, response.amount, response.level,
                                       response.difference, &context);
     if (status == OVRA_OK) {
-      status = OvraYUsm(source, destination, width, height, shape.format, context);
+      status = OvraYUsm(images.source, images.destination, images.width, images.height,
+                        shape.format, context);
     }
     OvraYUsm_Free(&context);
     return status;
@@ -135,14 +133,11 @@ void YUsmDouble(Call& call) {
   const Response response1 = DrawResponse(call);
   const int32_t* const weights2 = DrawWeights(call, taps2);
   const Response response2 = DrawResponse(call);
-  const bool in_place = draw.OneIn(4);
-  uint8_t* const destination =
-      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
-  const uint8_t* const source = in_place ? destination : call.Source(shape);
+  const Call::Images images = call.SourceAndDestination(shape, draw.OneIn(4));
   call.Run([&] {
     if (single_step) {
       return OvraYUsmDoubleSingleStep(
-          source, destination, Unsigned(shape.width), Unsigned(shape.height), shape.format,
+          images.source, images.destination, images.width, images.height, shape.format,
           Unsigned(taps1), weights1, Unsigned(taps2), weights2, response1.amount, response1.level,
           response1.difference, response2.amount, response2.level, response2.difference);
     }
@@ -152,7 +147,7 @@ void YUsmDouble(Call& call) {
                             response1.amount, response1.level, response1.difference,
                             response2.amount, response2.level, response2.difference, &context);
     if (status == OVRA_OK) {
-      status = OvraYUsmDouble(source, destination, Unsigned(shape.width), Unsigned(shape.height),
+      status = OvraYUsmDouble(images.source, images.destination, images.width, images.height,
                               shape.format, context);
     }
     OvraYUsmDouble_Free(&context);
@@ -184,13 +179,9 @@ void SoftFocus(Call& call) {
   params.decay_exponent = draw.Of({1, 2, draw.Int(-1, 200)});
   params.decay_base = draw.Int(0, 256) / 256.0;
   params.mix = draw.Of({1.0, draw.Int(-16, 80) / 64.0});
-  const bool in_place = draw.OneIn(4);
-  uint8_t* const destination =
-      in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
-  const uint8_t* const source = in_place ? destination : call.Source(shape);
+  const Call::Images images = call.SourceAndDestination(shape, draw.OneIn(4));
   call.Run([&] {
-    return OvraSoftFocus(source, destination, Unsigned(shape.width), Unsigned(shape.height),
-                         &params);
+    return OvraSoftFocus(images.source, images.destination, images.width, images.height, &params);
   });
 }
 

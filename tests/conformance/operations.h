@@ -9,45 +9,16 @@
 
 namespace ovra_test {
 
-// basic_calls.cpp
-void Composite(Call& call);
-void CompositeWithMask(Call& call);
-void DibToRaw(Call& call);
-void RawToDib(Call& call);
-// geometry_calls.cpp
-void Rotate(Call& call);
-void Extrapolate(Call& call);
-void FreeTrim(Call& call);
-// resample_calls.cpp
-void KernelTable(Call& call);
-void Resize(Call& call);
-void ResizeByFactors(Call& call);
-void ResizeCore(Call& call);
-void ResizeCoreByFactors(Call& call);
-void SmallResize(Call& call);
-void ResizeRotate(Call& call);
-void ResizeRotateCore(Call& call);
-void SmallResizeRotate(Call& call);
-void BandResize(Call& call);
-void BandResizeCore(Call& call);
-// filter_calls.cpp
-void ResponseTables(Call& call);
-void YUsm(Call& call);
-void YUsmDouble(Call& call);
-void EdgeFilter(Call& call);
-void SoftFocus(Call& call);
-// tone_calls.cpp
-void MultiFrequency(Call& call);
-void HyperTone(Call& call);
-void HyperToneLight(Call& call);
-void HybridHyperTone(Call& call);
-void HybridHyperToneLight(Call& call);
-// color_calls.cpp
-void Cube(Call& call);
-void Cascade(Call& call);
-void ChannelTables(Call& call);
-void Polynomials(Call& call);
-void Matrix(Call& call);
+using Maker = void(Call& call);
+
+// In basic_calls.cpp, geometry_calls.cpp, and so on.
+Maker Composite, CompositeWithMask, DibToRaw, RawToDib;
+Maker Rotate, Extrapolate, FreeTrim;
+Maker KernelTable, Resize, ResizeByFactors, ResizeCore, ResizeCoreByFactors, SmallResize;
+Maker ResizeRotate, ResizeRotateCore, SmallResizeRotate, BandResize, BandResizeCore;
+Maker ResponseTables, YUsm, YUsmDouble, EdgeFilter, SoftFocus;
+Maker MultiFrequency, HyperTone, HyperToneLight, HybridHyperTone, HybridHyperToneLight;
+Maker Cube, Cascade, ChannelTables, Polynomials, Matrix;
 
 inline constexpr Operation kOperations[] = {
     {"composite", Composite},

@@ -21,6 +21,20 @@ struct Images {
   Region region;
   const uint8_t* source;
   uint8_t* destination;
+
+  bool IsWhole() const {
+    return region.width == source_shape.width && region.height == source_shape.height;
+  }
+  // Calls a resize of the whole source, or one of the region, with these arguments at the end.
+  template <class... More>
+  OvraStatus Whole(auto* resize, More... more) const {
+    return resize(source, source_shape.width, source_shape.height, destination,
+                  destination_shape.width, destination_shape.height, source_shape.format, more...);
+  }
+  template <class... More>
+  OvraStatus Part(auto* resize, More... more) const {
+    return Whole(resize, region.x, region.y, region.width, region.height, more...);
+  }
 };
 
 // A source of at least `least` pixels each way, and a region of it that may begin before it.
@@ -108,17 +122,7 @@ void KernelTable(Call& call) {
 void Resize(Call& call) {
   Images i = DrawImages(call, 8, 300);
   DrawDestination(call, call.draw.Of({1, 8, 8}), 300, &i);
-  const bool is_whole =
-      i.region.width == i.source_shape.width && i.region.height == i.source_shape.height;
-  call.Run([&] {
-    return is_whole ? OvraResizeImage(i.source, i.source_shape.width, i.source_shape.height,
-                                      i.destination, i.destination_shape.width,
-                                      i.destination_shape.height, i.source_shape.format)
-                    : OvraResizeImageROI(i.source, i.source_shape.width, i.source_shape.height,
-                                         i.destination, i.destination_shape.width,
-                                         i.destination_shape.height, i.source_shape.format,
-                                         i.region.x, i.region.y, i.region.width, i.region.height);
-  });
+  call.Run([&] { return i.IsWhole() ? i.Whole(OvraResizeImage) : i.Part(OvraResizeImageROI); });
 }
 
 void ResizeByFactors(Call& call) {
@@ -126,18 +130,9 @@ void ResizeByFactors(Call& call) {
   DrawDestination(call, 12, 300, &i);
   const double horizontal = DrawFactor(call.draw);
   const double vertical = DrawFactor(call.draw);
-  const bool is_whole =
-      i.region.width == i.source_shape.width && i.region.height == i.source_shape.height;
   call.Run([&] {
-    return is_whole
-               ? OvraResizeImageVAR(i.source, i.source_shape.width, i.source_shape.height,
-                                    i.destination, i.destination_shape.width,
-                                    i.destination_shape.height, i.source_shape.format, horizontal,
-                                    vertical)
-               : OvraResizeImageROIVAR(
-                     i.source, i.source_shape.width, i.source_shape.height, i.destination,
-                     i.destination_shape.width, i.destination_shape.height, i.source_shape.format,
-                     i.region.x, i.region.y, i.region.width, i.region.height, horizontal, vertical);
+    return i.IsWhole() ? i.Whole(OvraResizeImageVAR, horizontal, vertical)
+                       : i.Part(OvraResizeImageROIVAR, horizontal, vertical);
   });
 }
 
@@ -148,18 +143,13 @@ void ResizeCore(Call& call) {
   const float stretch = DrawStretch(call.draw);
   const float* const table = DrawTable(call);
   call.MayDoWithoutMemory();
-  call.Run([&] {
-    return OvraResizeImageCore(i.source, i.source_shape.width, i.source_shape.height, i.destination,
-                               i.destination_shape.width, i.destination_shape.height,
-                               i.source_shape.format, i.region.x, i.region.y, i.region.width,
-                               i.region.height, table, stretch, taps);
-  });
+  call.Run([&] { return i.Part(OvraResizeImageCore, table, stretch, taps); });
 }
 
 void ResizeCoreByFactors(Call& call) {
   const int32_t horizontal_taps = DrawTaps(call.draw);
   const int32_t vertical_taps = DrawTaps(call.draw);
-  const int32_t most_taps = horizontal_taps > vertical_taps ? horizontal_taps : vertical_taps;
+  const int32_t most_taps = std::max(horizontal_taps, vertical_taps);
   Images i = DrawImages(call, most_taps, 300);
   DrawDestination(call, most_taps, 300, &i);
   const double horizontal = DrawAnyFactor(call.draw);
@@ -169,11 +159,8 @@ void ResizeCoreByFactors(Call& call) {
   const float* const table = DrawTable(call);
   call.MayDoWithoutMemory();
   call.Run([&] {
-    return OvraResizeImageCoreVAR(
-        i.source, i.source_shape.width, i.source_shape.height, i.destination,
-        i.destination_shape.width, i.destination_shape.height, i.source_shape.format, i.region.x,
-        i.region.y, i.region.width, i.region.height, horizontal, vertical, table,
-        horizontal_stretch, vertical_stretch, horizontal_taps, vertical_taps);
+    return i.Part(OvraResizeImageCoreVAR, horizontal, vertical, table, horizontal_stretch,
+                  vertical_stretch, horizontal_taps, vertical_taps);
   });
 }
 
@@ -181,12 +168,7 @@ void SmallResize(Call& call) {
   Images i = DrawImages(call, 1, 400);
   DrawDestination(call, 1, call.draw.Of({12, 40, 130}), &i);
   const float* const table = DrawTable(call);
-  call.Run([&] {
-    return OvraSmallResizeImage(i.source, i.source_shape.width, i.source_shape.height,
-                                i.destination, i.destination_shape.width,
-                                i.destination_shape.height, i.source_shape.format, i.region.x,
-                                i.region.y, i.region.width, i.region.height, table);
-  });
+  call.Run([&] { return i.Part(OvraSmallResizeImage, table); });
 }
 
 namespace {
@@ -204,7 +186,7 @@ void DrawTurnedDestination(Call& call, int32_t least, int32_t most, int32_t mode
 
 // Bands of random heights and strips of random room, until the picture is complete. All of its rows
 // are in memory, but only those of the band are handed over.
-OvraStatus RunBands(const Images& i, Draw draw, OvraBandResizeContext* context) {
+OvraStatus PushBands(const Images& i, Draw draw, OvraBandResizeContext* context) {
   const Shape& from = i.source_shape;
   const Shape& to = i.destination_shape;
   int32_t first = 0;
@@ -227,18 +209,27 @@ OvraStatus RunBands(const Images& i, Draw draw, OvraBandResizeContext* context) 
   return OVRA_OK;
 }
 
+// A context by `init`, used and released.
+void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
+  const Draw cuts(call.draw.Bits());
+  call.Run([&] {
+    OvraBandResizeContext* context = nullptr;
+    OvraStatus status = init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
+                             i.destination_shape.height, i.source_shape.format, i.region.x,
+                             i.region.y, i.region.width, i.region.height, kernel..., &context);
+    if (status == OVRA_OK) status = PushBands(i, cuts, context);
+    OvraBandResize_Free(&context);
+    return status;
+  });
+}
+
 }  // namespace
 
 void ResizeRotate(Call& call) {
   const int32_t mode = call.draw.Int(0, 7);
   Images i = DrawImages(call, 8, 300);
   DrawTurnedDestination(call, call.draw.Of({1, 8, 8}), 300, mode, &i);
-  call.Run([&] {
-    return OvraResizeRotateImageROI(i.source, i.source_shape.width, i.source_shape.height,
-                                    i.destination, i.destination_shape.width,
-                                    i.destination_shape.height, i.source_shape.format, i.region.x,
-                                    i.region.y, i.region.width, i.region.height, mode);
-  });
+  call.Run([&] { return i.Part(OvraResizeRotateImageROI, mode); });
 }
 
 void ResizeRotateCore(Call& call) {
@@ -248,12 +239,7 @@ void ResizeRotateCore(Call& call) {
   DrawTurnedDestination(call, taps, 300, mode, &i);
   const float stretch = DrawStretch(call.draw);
   const float* const table = DrawTable(call);
-  call.Run([&] {
-    return OvraResizeRotateImageCore(
-        i.source, i.source_shape.width, i.source_shape.height, i.destination,
-        i.destination_shape.width, i.destination_shape.height, i.source_shape.format, i.region.x,
-        i.region.y, i.region.width, i.region.height, table, stretch, taps, mode);
-  });
+  call.Run([&] { return i.Part(OvraResizeRotateImageCore, table, stretch, taps, mode); });
 }
 
 void SmallResizeRotate(Call& call) {
@@ -261,28 +247,13 @@ void SmallResizeRotate(Call& call) {
   Images i = DrawImages(call, 1, 400);
   DrawTurnedDestination(call, 1, call.draw.Of({12, 40, 130}), mode, &i);
   const float* const table = DrawTable(call);
-  call.Run([&] {
-    return OvraSmallResizeRotateImage(i.source, i.source_shape.width, i.source_shape.height,
-                                      i.destination, i.destination_shape.width,
-                                      i.destination_shape.height, i.source_shape.format, i.region.x,
-                                      i.region.y, i.region.width, i.region.height, table, mode);
-  });
+  call.Run([&] { return i.Part(OvraSmallResizeRotateImage, table, mode); });
 }
 
 void BandResize(Call& call) {
   Images i = DrawImages(call, 8, 300);
   DrawDestination(call, call.draw.Of({1, 8, 8}), 300, &i);
-  const Draw cuts(call.draw.Bits());
-  call.Run([&] {
-    OvraBandResizeContext* context = nullptr;
-    OvraStatus status =
-        OvraBandResize_Init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
-                            i.destination_shape.height, i.source_shape.format, i.region.x,
-                            i.region.y, i.region.width, i.region.height, &context);
-    if (status == OVRA_OK) status = RunBands(i, cuts, context);
-    OvraBandResize_Free(&context);
-    return status;
-  });
+  RunBands(call, i, OvraBandResize_Init);
 }
 
 void BandResizeCore(Call& call) {
@@ -291,17 +262,7 @@ void BandResizeCore(Call& call) {
   DrawDestination(call, taps, 300, &i);
   const float stretch = DrawStretch(call.draw);
   const float* const table = DrawTable(call);
-  const Draw cuts(call.draw.Bits());
-  call.Run([&] {
-    OvraBandResizeContext* context = nullptr;
-    OvraStatus status = OvraBandResizeCore_Init(
-        i.source_shape.width, i.source_shape.height, i.destination_shape.width,
-        i.destination_shape.height, i.source_shape.format, i.region.x, i.region.y, i.region.width,
-        i.region.height, table, stretch, taps, &context);
-    if (status == OVRA_OK) status = RunBands(i, cuts, context);
-    OvraBandResize_Free(&context);
-    return status;
-  });
+  RunBands(call, i, OvraBandResizeCore_Init, table, stretch, taps);
 }
 
 }  // namespace ovra_test

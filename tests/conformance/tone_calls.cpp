@@ -60,22 +60,6 @@ const uint16_t* DrawToneCurve(Call& call, uint32_t depth_bits) {
   return curve;
 }
 
-struct Images {
-  Images(Call& call, const Shape& shape) {
-    const bool in_place = call.draw.OneIn(4);
-    destination =
-        in_place ? call.SourceAndDestination(shape) : call.Destination(shape, Padding::kKept);
-    source = in_place ? destination : call.Source(shape);
-    width = static_cast<uint32_t>(shape.width);
-    height = static_cast<uint32_t>(shape.height);
-  }
-
-  const uint8_t* source;
-  uint8_t* destination;
-  uint32_t width;
-  uint32_t height;
-};
-
 void Tone(Call& call, const ToneExports& form) {
   Draw& draw = call.draw;
   constexpr OvraPixelFormatCode kDepthField = 0x0000000F;
@@ -85,7 +69,7 @@ void Tone(Call& call, const ToneExports& form) {
                        (format & ~kDepthField) | (is_12_bits ? 4U : 2U)};
   const OvraHyperToneParams params = DrawTone(draw);
   const uint16_t* const curve = DrawToneCurve(call, shape.DepthBits());
-  const Images images(call, shape);
+  const Call::Images images = call.SourceAndDestination(shape, call.draw.OneIn(4));
   call.Run([&] {
     void* context = nullptr;
     OvraStatus status =
@@ -107,7 +91,7 @@ void MultiFrequency(Call& call) {
                                     OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
                                    16)};
   const OvraMultiFrequencyParams params = DrawMultiFrequency(call.draw);
-  const Images images(call, shape);
+  const Call::Images images = call.SourceAndDestination(shape, call.draw.OneIn(4));
   call.Run([&] {
     return OvraMultiFrequency(images.source, images.destination, images.width, images.height,
                               shape.format, &params);
