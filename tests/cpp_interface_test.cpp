@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <numeric>
 #include <type_traits>
 #include <vector>
 
@@ -31,6 +32,15 @@ bool SamePixels(ovra::View a, ovra::View b) {
     if (!std::equal(a.Row(y), a.Row(y) + 3 * a.width(), b.Row(y))) return false;
   }
   return true;
+}
+
+// `call` makes of the source an image like `expected`, with these pixels.
+template <class... More>
+void ExpectGives(const Image& expected, const auto& call, const Image& source,
+                 const More&... more) {
+  Image other(expected.size(), expected.format());
+  EXPECT_TRUE(call(source, other, more...));
+  EXPECT_TRUE(SamePixels(expected, other));
 }
 
 TEST(CppInterface, ViewsKnowStrideAndRowOrder) {
@@ -83,11 +93,8 @@ TEST(CppInterface, ImagesThatDoNotBelongTogetherAreRefused) {
   Image turned({6, 7}, Format::Rgb());
   Image padded({7, 6}, kPadded);
   Image dib({7, 6}, ovra::kDibFormat);
-  const std::vector<uint16_t> identity = [] {
-    std::vector<uint16_t> table(256);
-    for (size_t i = 0; i < table.size(); ++i) table[i] = static_cast<uint16_t>(i);
-    return table;
-  }();
+  std::vector<uint16_t> identity(256);
+  std::iota(identity.begin(), identity.end(), uint16_t{0});
   const auto tables = ovra::ChannelTableConversion::Make(
       Format::Rgb(), Format::Rgb(), {{identity.data(), identity.data(), identity.data()}});
   ASSERT_TRUE(tables);
@@ -108,8 +115,7 @@ TEST(CppInterface, ImagesThatDoNotBelongTogetherAreRefused) {
   for (const Status& status : refused) {
     EXPECT_EQ(status.code(), Status::kMismatch) << &status - refused;
   }
-  EXPECT_TRUE((*tables)(source, same));
-  EXPECT_TRUE(SamePixels(same, source));
+  ExpectGives(source, *tables, source);
 }
 
 TEST(CppInterface, GeometryAndComposition) {
@@ -135,84 +141,69 @@ TEST(CppInterface, GeometryAndComposition) {
   EXPECT_EQ(cut.Row(7)[2], 9);
   EXPECT_EQ(ovra::FreeTrimming(flat, cut, 0, 0, 0, {7}).code(), Status::kMismatch);
 
-  const Image raw = Ramp({5, 3}, Format::Rgb());
-  Image dib({5, 3}, ovra::kDibFormat);
-  Image back({5, 3}, Format::Rgb());
-  ASSERT_TRUE(ovra::Raw2Dib(raw, dib));
-  EXPECT_EQ(dib.Row(0)[0], raw.Row(0)[2]);
-  ASSERT_TRUE(ovra::Dib2Raw(dib, back));
-  EXPECT_TRUE(SamePixels(raw, back));
+  Image dib({20, 20}, ovra::kDibFormat);
+  ASSERT_TRUE(ovra::Raw2Dib(flat, dib));
+  EXPECT_EQ(dib.Row(0)[0], flat.Row(0)[2]);
+  ExpectGives(flat, ovra::Dib2Raw, dib);
 }
 
-TEST(CppInterface, ResizeFunctionsAgreeWhereTheyDoTheSame) {
-  const Image source = Ramp({80, 64}, Format::Rgb());
-  const auto table = ovra::KernelTable::CubicSpline(-0.75F);
-  const ovra::KernelSupport support = ovra::SelectKernelSupport(0.75F);
-  const ovra::Region whole = ovra::Whole(source);
+class CppResize : public testing::Test {
+ protected:
+  const Image source_ = Ramp({80, 64}, Format::Rgb());
+  const ovra::KernelTable table_ = ovra::KernelTable::CubicSpline(-0.75F);
+  const ovra::KernelSupport support_ = ovra::SelectKernelSupport(0.75F);
+  const ovra::Region whole_ = ovra::Whole(source_);
+};
+
+TEST_F(CppResize, FunctionsAgreeWhereTheyDoTheSame) {
   const ovra::Factors factors = {0.75, 0.75};
   Image expected({60, 48}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source, expected));
-  for (int form = 0; form < 5; ++form) {
-    Image other({60, 48}, Format::Rgb());
-    const auto resize = [&]() -> Status {
-      switch (form) {
-        case 0:
-          return ovra::ResizeImageROI(source, other, whole);
-        case 1:
-          return ovra::ResizeImageVAR(source, other, factors);
-        case 2:
-          return ovra::ResizeImageROIVAR(source, other, whole, factors);
-        case 3:
-          return ovra::ResizeImageCore(source, other, whole, table, support);
-        default:
-          return ovra::ResizeImageCoreVAR(source, other, whole, factors, table, support, support);
-      }
-    };
-    EXPECT_TRUE(resize());
-    EXPECT_TRUE(SamePixels(expected, other)) << form;
-  }
+  ASSERT_TRUE(ovra::ResizeImage(source_, expected));
+  ExpectGives(expected, ovra::ResizeImageROI, source_, whole_);
+  ExpectGives(expected, ovra::ResizeImageVAR, source_, factors);
+  ExpectGives(expected, ovra::ResizeImageROIVAR, source_, whole_, factors);
+  ExpectGives(expected, ovra::ResizeImageCore, source_, whole_, table_, support_);
+  ExpectGives(expected, ovra::ResizeImageCoreVAR, source_, whole_, factors, table_, support_,
+              support_);
   Image small({8, 6}, Format::Rgb());
-  Image tiny({8, 6}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source, small));
-  ASSERT_TRUE(ovra::SmallResizeImage(source, tiny, whole, table));
-  EXPECT_TRUE(SamePixels(small, tiny));
+  ASSERT_TRUE(ovra::ResizeImage(source_, small));
+  ExpectGives(small, ovra::SmallResizeImage, source_, whole_, table_);
 }
 
-TEST(CppInterface, ResizeWithATurnAndInBands) {
-  const Image source = Ramp({80, 64}, Format::Rgb());
-  const auto table = ovra::KernelTable::CubicSpline(-0.75F);
-  const ovra::KernelSupport support = ovra::SelectKernelSupport(0.75F);
-  const ovra::Region whole = ovra::Whole(source);
-  Image upright({60, 48}, Format::Rgb());
-  Image expected({48, 60}, Format::Rgb());
-  Image other({48, 60}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source, upright));
-  ASSERT_TRUE(ovra::RotateImage(upright, expected, OVRA_ROTATE_QUARTER_RIGHT));
-  ASSERT_TRUE(ovra::ResizeRotateImageROI(source, other, whole, OVRA_ROTATE_QUARTER_RIGHT));
-  EXPECT_TRUE(SamePixels(expected, other));
-  Image core({48, 60}, Format::Rgb());
-  ASSERT_TRUE(
-      ovra::ResizeRotateImageCore(source, core, whole, table, support, OVRA_ROTATE_QUARTER_RIGHT));
-  EXPECT_TRUE(SamePixels(expected, core));
-  Image tiny({6, 8}, Format::Rgb());
-  EXPECT_TRUE(ovra::SmallResizeRotateImage(source, tiny, whole, table, OVRA_ROTATE_QUARTER_RIGHT));
+TEST_F(CppResize, WithATurn) {
+  constexpr auto kTurn = OVRA_ROTATE_QUARTER_RIGHT;
+  const auto turned = [&](ovra::Size size) {
+    Image upright(size, Format::Rgb());
+    Image expected(ovra::Turned(size, kTurn), Format::Rgb());
+    EXPECT_TRUE(ovra::ResizeImage(source_, upright));
+    EXPECT_TRUE(ovra::RotateImage(upright, expected, kTurn));
+    return expected;
+  };
+  ExpectGives(turned({60, 48}), ovra::ResizeRotateImageROI, source_, whole_, kTurn);
+  ExpectGives(turned({60, 48}), ovra::ResizeRotateImageCore, source_, whole_, table_, support_,
+              kTurn);
+  ExpectGives(turned({8, 6}), ovra::SmallResizeRotateImage, source_, whole_, table_, kTurn);
+}
 
-  auto first = ovra::BandResize::Make(source.size(), upright.size(), Format::Rgb(), whole).value();
+TEST_F(CppResize, InBands) {
+  Image expected({60, 48}, Format::Rgb());
+  ASSERT_TRUE(ovra::ResizeImage(source_, expected));
+  using Bands = ovra::BandResize;
+  auto first = Bands::Make(source_.size(), {60, 48}, Format::Rgb(), whole_).value();
   auto second =
-      ovra::BandResize::Make(source.size(), upright.size(), Format::Rgb(), whole, table, support)
-          .value();
-  for (ovra::BandResize* resize : {&first, &second}) {
+      Bands::Make(source_.size(), {60, 48}, Format::Rgb(), whole_, table_, support_).value();
+  for (Bands* resize : {&first, &second}) {
     Image result({60, 48}, Format::Rgb());
     int32_t written = 0;
     for (int32_t row = 0; row < 64; row += 16) {
       const auto progress =
-          (*resize)(source.view().Rows(row, 16), result.view().Rows(written, 48 - written), row);
+          (*resize)(source_.view().Rows(row, 16), result.view().Rows(written, 48 - written), row);
       ASSERT_TRUE(progress);
       EXPECT_EQ(progress->rows_taken, 16);
       written += progress->rows_written;
     }
     EXPECT_EQ(written, 48);
-    EXPECT_TRUE(SamePixels(upright, result));
+    EXPECT_TRUE(SamePixels(expected, result));
   }
 }
 
@@ -227,19 +218,16 @@ TEST(CppInterface, ContextsMove) {
   ASSERT_TRUE(first(source, expected));
   EXPECT_FALSE(SamePixels(source, expected));
   ovra::YUsm second = std::move(first);
-  Image other({64, 48}, Format::Rgb());
-  ASSERT_TRUE(second(source, other));
-  EXPECT_TRUE(SamePixels(expected, other));
+  ExpectGives(expected, second, source);
   second = ovra::YUsm::Make(Format::Rgb(), weights, 1.0F, tables).value();
-  ASSERT_TRUE(second(source, other));
-  EXPECT_TRUE(SamePixels(source, other));
+  ExpectGives(source, second, source);
   EXPECT_EQ(ovra::YUsm::Make(Format::Rgb(16), weights, 1, tables).status().code(),
             OVRA_ERROR_YUSM_DEPTH);
 
   const ovra::UsmBand band = {weights, 1.5F, tables};
   const auto both = ovra::YUsmDouble::Make(Format::Rgb(), band, band).value();
-  ASSERT_TRUE(both(source, other));
-  EXPECT_FALSE(SamePixels(source, other));
+  ASSERT_TRUE(both(source, expected));
+  EXPECT_FALSE(SamePixels(source, expected));
 }
 
 TEST(CppInterface, FiltersReachTheirFunctions) {
@@ -257,8 +245,7 @@ TEST(CppInterface, FiltersReachTheirFunctions) {
   bands.band_count = 1;
   bands.base_gain = 1;
   bands.band[0].gain = 1;
-  ASSERT_TRUE(ovra::MultiFrequency(source, other, bands));
-  EXPECT_TRUE(SamePixels(source, other));
+  ExpectGives(source, ovra::MultiFrequency, source, bands);
 }
 
 // Without an amount the source comes back, in a context for the format's depth.
@@ -306,17 +293,12 @@ TEST(CppInterface, ConversionsConvert) {
   EXPECT_EQ(other.Row(1)[0], source.Row(1)[2]);
 
   const uint16_t grid[] = {0, 255};
-  uint16_t lattice[2 * 2 * 2 * 3] = {};
-  for (size_t node = 0; node < 8; ++node) {
-    for (size_t axis = 0; axis < 3; ++axis) {
-      lattice[3 * node + axis] = (node >> (2 - axis) & 1) != 0 ? 255 : 0;
-    }
-  }
+  uint16_t lattice[24] = {};
+  for (size_t i = 0; i < 24; ++i) lattice[i] = (i / 3 >> (2 - i % 3) & 1) != 0 ? 255 : 0;
   const OvraColorCube cube = {2, grid, 2, grid, 2, grid, lattice};
   EXPECT_TRUE(ovra::Cascade3D(cube, cube));
   const auto same = ovra::ColorCubeConversion::Make(Format::Rgb(), Format::Rgb(), cube);
-  ASSERT_TRUE((*same)(source, other));
-  EXPECT_TRUE(SamePixels(source, other));
+  ExpectGives(source, *same, source);
 }
 
 }  // namespace
