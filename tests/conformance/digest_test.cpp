@@ -85,6 +85,13 @@ TEST_P(Conformance, Digests) {
   EXPECT_EQ(digests, pinned.at(GetParam().name)) << GetParam().name;
 }
 
+// Bands draw the calls of the whole resizes.
+TEST(BandResize, DigestsAreThoseOfTheWhole) {
+  std::map<std::string, Digests> pinned = PinnedDigests();
+  EXPECT_EQ(pinned["band-resize"], pinned["resize"]);
+  EXPECT_EQ(pinned["band-resize-core"], pinned["resize-core"]);
+}
+
 INSTANTIATE_TEST_SUITE_P(Calls, Conformance, testing::ValuesIn(ovra_test::kOperations),
                          ovra_test::OperationName);
 

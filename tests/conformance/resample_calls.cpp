@@ -184,24 +184,25 @@ void DrawTurnedDestination(Call& call, int32_t least, int32_t most, int32_t mode
   images->destination = call.Destination(shape, Padding::kWritten);
 }
 
-// Bands of random heights and strips of random room, until the picture is complete. All of its rows
-// are in memory, but only those of the band are handed over.
-OvraStatus PushBands(const Images& i, Draw draw, OvraBandResizeContext* context) {
+// Bands of random heights and strips of random room, until so many rows are taken or the picture is
+// complete. A band is gone after the call.
+OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeContext* context) {
   const Shape& from = i.source_shape;
   const Shape& to = i.destination_shape;
   int32_t first = 0;
   int32_t out = 0;
-  while (first < from.height || out < to.height) {
-    const int32_t rows = draw.Int(0, 3) == 0 ? draw.Int(0, from.height - first)
-                                             : draw.Int(0, std::min(from.height - first, 3));
+  while (first < rows || (out < to.height && rows == from.height)) {
+    const int32_t usual = draw.OneIn(4) ? from.height : 3;
+    const int32_t count = draw.Int(0, std::min(from.height - first, usual));
     const int32_t room =
         draw.Int(0, draw.OneIn(4) ? to.height - out : std::min(to.height - out, 2));
+    GuardedBuffer band(count == 0 ? 0 : Shape{from.width, count, from.format}.Bytes());
+    std::copy_n(i.source + from.Stride() * static_cast<size_t>(first), band.size(), band.data());
     int32_t taken = -1;
     int32_t written = -1;
-    const OvraStatus status =
-        OvraBandResize(i.source + from.Stride() * static_cast<size_t>(first), from.width, rows,
-                       i.destination + to.Stride() * static_cast<size_t>(out), to.width, room,
-                       from.format, first, &taken, &written, context);
+    const OvraStatus status = OvraBandResize(
+        band.data(), from.width, count, i.destination + to.Stride() * static_cast<size_t>(out),
+        to.width, room, from.format, first, &taken, &written, context);
     if (status != OVRA_OK) return status;
     first += taken;
     out += written;
@@ -209,7 +210,7 @@ OvraStatus PushBands(const Images& i, Draw draw, OvraBandResizeContext* context)
   return OVRA_OK;
 }
 
-// A context by `init`, used and released.
+// A context by `init` for a picture that is abandoned, and one that is not.
 void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
   const Draw cuts(call.draw.Bits());
   call.Run([&] {
@@ -217,7 +218,10 @@ void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
     OvraStatus status = init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
                              i.destination_shape.height, i.source_shape.format, i.region.x,
                              i.region.y, i.region.width, i.region.height, kernel..., &context);
-    if (status == OVRA_OK) status = PushBands(i, cuts, context);
+    Draw draw = cuts;
+    for (const int32_t rows : {draw.Int(0, i.source_shape.height - 1), i.source_shape.height}) {
+      if (status == OVRA_OK) status = PushBands(i, draw, rows, context);
+    }
     OvraBandResize_Free(&context);
     return status;
   });
@@ -253,6 +257,7 @@ void SmallResizeRotate(Call& call) {
 void BandResize(Call& call) {
   Images i = DrawImages(call, 8, 300);
   DrawDestination(call, call.draw.Of({1, 8, 8}), 300, &i);
+  if (i.IsWhole()) i.region.x = i.region.y = 0;  // as Resize has it
   RunBands(call, i, OvraBandResize_Init);
 }
 

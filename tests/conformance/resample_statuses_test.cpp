@@ -239,4 +239,43 @@ TEST_F(ResizeStatuses, BandInits) {
   EXPECT_EQ(OvraBandResize_Free(&context), OVRA_OK);
 }
 
+// A row has been taken, and is not forgotten. Counts are 0 where they can be written.
+TEST_F(ResizeStatuses, Bands) {
+  enum : size_t { kFirst = 7, kTaken, kWritten, kContext };
+  OvraBandResizeContext* context = nullptr;
+  ASSERT_EQ(OvraBandResize_Init(kSide, kSide, kToSide, kToSide, kRgb, 0, 0, kSide, kSide, &context),
+            OVRA_OK);
+  int32_t taken = 0;
+  int32_t written = 0;
+  ASSERT_EQ(OvraBandResize(from_.data(), kSide, 1, to_.data(), kToSide, 0, kRgb, 0, &taken,
+                           &written, context),
+            OVRA_OK);
+  EXPECT_EQ(taken, 1);
+  const auto push = [&](auto... arguments) {
+    const std::tuple given(arguments...);
+    const bool has_counts =
+        std::get<kTaken>(given) && std::get<kWritten>(given) && std::get<kContext>(given);
+    taken = written = 77;
+    const OvraStatus status = OvraBandResize(arguments...);
+    EXPECT_EQ(taken, has_counts ? 0 : 77);
+    EXPECT_EQ(written, has_counts ? 0 : 77);
+    return status;
+  };
+  ExpectStatuses(
+      push,
+      std::tuple(from_.data(), kSide, 0, to_.data(), kToSide, 0, kRgb, 1, &taken, &written,
+                 context),
+      to_,
+      Nulls(OVRA_ERROR_RESIZE_NULL_IMAGE, {kContext, kTaken, kWritten}) +
+          Faults{{OVRA_ERROR_RESIZE_NULL_IMAGE, {{kFrom, nullptr}, {kHeight, 1}}},
+                 {OVRA_ERROR_RESIZE_NULL_IMAGE, {{kTo, nullptr}, {kToHeight, 1}}}} +
+          Each(OVRA_ERROR_BAND_RESIZE_CHANGED,
+               {{kWidth, kSide + 1}, {kToWidth, kToSide - 1}, {kFormat, kRgb | 0x80000000U}}) +
+          Faults{{OVRA_ERROR_BAND_RESIZE_POSITION, {{kHeight, kSide + 1}, {kFirst, 0}}}} +
+          Each(OVRA_ERROR_BAND_RESIZE_POSITION,
+               {{kHeight, -1}, {kToHeight, -1}, {kFirst, -1}, {kFirst, 2}, {kHeight, kSide}}) +
+          Faults{{OVRA_OK, {{kFrom, nullptr}, {kTo, nullptr}}}});
+  EXPECT_EQ(OvraBandResize_Free(&context), OVRA_OK);
+}
+
 }  // namespace
