@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The library beside what people use for the same work: cases, their pictures, and their timing.
+// The library beside what people use for the same work: pictures, participants, and their timing.
 #pragma once
 
 #include <cstddef>
@@ -13,20 +13,36 @@
 
 namespace compare {
 
+struct Size {
+  int width;
+  int height;
+
+  double Pixels() const { return double{1} * width * height; }
+  std::string Name() const;
+};
+
+// About so many megapixels, of 3 x 2 proportions.
+Size SizeOf(double megapixels);
+
 // A picture of the program's own: interleaved samples, starting at a cache line, rows as far apart as
 // the alignment asks. Memory is touched once when it is made.
 class Picture {
  public:
-  Picture(int width, int height, int channels, int depth_bits, size_t row_alignment = 1);
+  Picture(Size size, int channels, int depth_bits, size_t row_alignment = 1);
+  Picture(Picture&&) = default;  // a copy's samples would be those of the original
 
-  int width() const { return width_; }
-  int height() const { return height_; }
+  int width() const { return size_.width; }
+  int height() const { return size_.height; }
+  Size size() const { return size_; }
   int channels() const { return channels_; }
   int depth_bits() const { return depth_bits_; }
   int sample_bytes() const { return depth_bits_ > 8 ? 2 : 1; }
-  size_t row_bytes() const { return static_cast<size_t>(width_) * channels_ * sample_bytes(); }
+  int pixel_bytes() const { return channels_ * sample_bytes(); }
+  size_t row_bytes() const { return static_cast<size_t>(width()) * pixel_bytes(); }
   size_t stride() const { return stride_; }
-  size_t bytes() const { return stride() * height_; }
+  size_t bytes() const { return stride() * height(); }
+  size_t samples() const { return static_cast<size_t>(width()) * height() * channels_; }
+  int max() const { return (1 << depth_bits_) - 1; }
   uint8_t* data() { return data_; }
   const uint8_t* data() const { return data_; }
   uint16_t* words() { return reinterpret_cast<uint16_t*>(data_); }
@@ -34,40 +50,57 @@ class Picture {
   OvraPixelFormatCode format() const;
 
  private:
-  int width_, height_, channels_, depth_bits_;
+  Size size_;
+  int channels_, depth_bits_;
   size_t stride_;
   std::vector<uint8_t> block_;
   uint8_t* data_;
 };
 
-// Soft shapes, edges, texture and some noise: what a photograph is made of, the same every time.
-Picture Scene(int width, int height, int channels, int depth_bits);
-
 using PicturePtr = std::shared_ptr<Picture>;
+
+// Soft shapes, edges, texture and some noise: what a photograph is made of, the same every time.
+// The last ones are kept; nobody changes them.
+PicturePtr Scene(Size size, int channels, int depth_bits);
+
+enum class Kind { kOurs, kPlainLoop, kLibrary };
 
 struct Participant {
   std::string name;
   PicturePtr result;  // what it writes
   std::function<void()> run;
-  std::function<void()> finish = {};  // brings what was made into `result`, outside the time
+  std::function<void()> prepare = {};  // before the run whose picture is compared
+  std::function<void()> finish = {};   // brings what was made into `result`, outside the time
+  Kind kind = Kind::kLibrary;
+};
+
+// What is asked of the speed: a share of the copy limit, or a ratio; 0 where nothing is.
+struct Floor {
+  double ratio = 0;           // over the fastest library that does like work
+  double ratio_of_plain = 0;  // over the plain loop
+  double share_of_copy = 0;
 };
 
 struct Case {
-  double pixels;       // that the rate counts: of the larger picture
-  size_t bytes_moved;  // read and written, which the copy limit is measured with
-  Participant ours;
-  std::vector<Participant> peers;
+  double pixels;                          // that the rate counts
+  size_t bytes_moved;                     // read and written, which the copy limit is measured with
+  std::vector<Participant> participants;  // ours first
   // A peer whose picture is farther from ours does other work: it is timed, and marked.
-  double least_psnr = 30;
+  double least_psnr;
+  Floor floor;
 };
 
 struct NamedCase {
-  std::string name;  // operation/variant/format/megapixels
+  std::string name;  // operation/variant/format/size
   std::function<Case()> make;
 };
 
+// All cases for pictures of that size.
+std::vector<NamedCase> Cases(Size size);
+
 struct Timing {
   std::string name;
+  Kind kind;
   double milliseconds = 0;  // median of the turns, processor time
   double psnr = 0;          // of its picture against ours; of ours: 0
   bool alike = true;
@@ -75,30 +108,29 @@ struct Timing {
 
 struct CaseResult {
   std::string name;
-  double megapixels;
+  double pixels;
+  Floor floor;
   std::vector<Timing> timings;  // ours first
   double copy_milliseconds;     // the best of memcpy, plain and streaming stores
 
-  // Our speed over the best peer's that does like work; 0 without one.
-  double Ratio() const;
+  // Our speed over the best peer of that kind that does like work; 0 without one.
+  double Ratio(Kind kind) const;
+  double ShareOfCopy() const { return copy_milliseconds / timings[0].milliseconds; }
+  // Whether one of the floors is reached, or there is none.
+  bool MeetsFloor() const;
 };
 
 CaseResult Measure(const std::string& name, const Case& comparison, int turns);
 
-// One function for each file of cases, for pictures of 3 x 2 proportions of that size.
-using AddCases = void(std::vector<NamedCase>* cases, double megapixels);
-AddCases AddResizeCases;
-AddCases AddTurnCases;
-AddCases AddTrimmingCases;
-AddCases AddToneCases;
-
-// The width of a picture of that size; its height is two thirds of it.
-int WidthOf(double megapixels);
-
-std::string CaseName(const std::string& operation, int channels, int depth_bits, double megapixels);
+// Ours alone.
+CaseResult MeasureOurs(const std::string& name, const Case& comparison, int turns);
 
 std::string TextReport(const std::vector<CaseResult>& results);
 std::string JsonReport(const std::vector<CaseResult>& results);
 std::string SvgReport(const std::vector<CaseResult>& results);
+
+// Time a pixel by the size of the picture: a line for each operation, level where time grows with
+// the pixels.
+std::string GrowthSvg(const std::vector<CaseResult>& results);
 
 }  // namespace compare

@@ -17,23 +17,39 @@ double ProcessorMilliseconds() {
   return 1e3 * static_cast<double>(now.tv_sec) + 1e-6 * static_cast<double>(now.tv_nsec);
 }
 
+// Of one of so many runs.
+double Time(const std::function<void()>& run, int repetitions) {
+  const double start = ProcessorMilliseconds();
+  for (int i = 0; i < repetitions; ++i) run();
+  return (ProcessorMilliseconds() - start) / repetitions;
+}
+
+struct Runner {
+  std::function<void()> run;
+  double first_milliseconds;
+};
+
 double Median(std::vector<double> values) {
   std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
   return values[values.size() / 2];
 }
 
-double Psnr(const Picture& a, const Picture& b) {
-  const size_t samples = a.bytes() / a.sample_bytes();
-  double sum = 0;
-  for (size_t i = 0; i < samples; ++i) {
-    const double difference = a.sample_bytes() == 1
-                                  ? a.data()[i] - static_cast<double>(b.data()[i])
-                                  : a.words()[i] - static_cast<double>(b.words()[i]);
-    sum += difference * difference;
+template <class Sample>
+double SquaredDifferences(const Sample* a, const Sample* b, size_t count) {
+  uint64_t sum = 0;
+  for (size_t i = 0; i < count; ++i) {
+    const int64_t difference = int64_t{a[i]} - b[i];
+    sum += static_cast<uint64_t>(difference * difference);
   }
+  return static_cast<double>(sum);
+}
+
+// Of pictures whose rows follow each other without gaps.
+double Psnr(const Picture& a, const Picture& b) {
+  const double sum = a.sample_bytes() == 1 ? SquaredDifferences(a.data(), b.data(), a.samples())
+                                           : SquaredDifferences(a.words(), b.words(), a.samples());
   if (sum == 0) return 999;
-  const double max = std::pow(2.0, a.depth_bits()) - 1;
-  return 10 * std::log10(max * max * static_cast<double>(samples) / sum);
+  return 10 * std::log10(double{1} * a.max() * a.max() * static_cast<double>(a.samples()) / sum);
 }
 
 void CopyStreaming(const uint8_t* source, uint8_t* destination, size_t bytes) {
@@ -49,78 +65,95 @@ void CopyPlain(const uint8_t* source, uint8_t* destination, size_t bytes) {
   for (size_t i = 0; i < bytes / 16; ++i) _mm_store_si128(out + i, _mm_loadu_si128(in + i));
 }
 
-// A copy of n bytes reads n and writes n.
-double CopyLimit(size_t bytes_moved, int turns) {
+// The ways to copy half as many bytes as are moved: a copy of n bytes reads n and writes n.
+std::vector<std::function<void()>> Copies(size_t bytes_moved) {
   const size_t bytes = bytes_moved / 2;
-  const Picture source = Picture(static_cast<int>(bytes / 4096 + 1), 4096, 1, 8);
-  Picture destination = source;
-  Picture target(source.width(), source.height(), 1, 8);
-  const auto time = [&](const auto& copy) {
-    std::vector<double> times;
-    for (int turn = 0; turn < turns; ++turn) {
-      const double start = ProcessorMilliseconds();
-      copy(source.data(), target.data(), bytes);
-      times.push_back(ProcessorMilliseconds() - start);
-    }
-    return Median(times);
-  };
-  const auto with_memcpy = [](const uint8_t* from, uint8_t* to, size_t n) { memcpy(to, from, n); };
-  return std::min({time(with_memcpy), time(CopyPlain), time(CopyStreaming)});
+  const auto source =
+      std::make_shared<Picture>(Size{4096, static_cast<int>(bytes / 4096 + 1)}, 1, 8);
+  const auto to = std::make_shared<Picture>(source->size(), 1, 8);
+  return {[=] { memcpy(to->data(), source->data(), bytes); },
+          [=] { CopyPlain(source->data(), to->data(), bytes); },
+          [=] { CopyStreaming(source->data(), to->data(), bytes); }};
 }
 
-// Short work is repeated until the clock can be trusted.
-int Repetitions(const std::function<void()>& run) {
+// How often work is repeated for one figure: until the clock can be trusted. `first` is how long it
+// took when it also touched fresh memory; long work is not done again to find out.
+int Repetitions(const std::function<void()>& run, double first) {
   constexpr double kLeastMilliseconds = 5;
-  const double start = ProcessorMilliseconds();
-  run();
-  const double once = std::max(ProcessorMilliseconds() - start, 1e-3);
-  return std::max(1, static_cast<int>(kLeastMilliseconds / once));
+  if (first > 5 * kLeastMilliseconds) return 1;
+  return std::max(1, static_cast<int>(kLeastMilliseconds / std::max(Time(run, 1), 1e-3)));
+}
+
+// The median time of each. All take turns, another one first in each round, so that none profits
+// from its place.
+std::vector<double> TakeTurns(const std::vector<Runner>& runners, int turns) {
+  std::vector<int> repetitions;
+  for (const Runner& runner : runners) {
+    repetitions.push_back(Repetitions(runner.run, runner.first_milliseconds));
+  }
+  std::vector<std::vector<double>> times(runners.size());
+  for (int turn = 0; turn < turns; ++turn) {
+    for (size_t k = 0; k < runners.size(); ++k) {
+      const size_t who = (k + static_cast<size_t>(turn)) % runners.size();
+      times[who].push_back(Time(runners[who].run, repetitions[who]));
+    }
+  }
+  std::vector<double> medians;
+  for (const auto& row : times) medians.push_back(Median(row));
+  return medians;
+}
+
+// Runs each once, compares the pictures, and notes who takes part.
+std::vector<Runner> ComparePictures(const Case& comparison, std::vector<Timing>* timings) {
+  std::vector<Runner> runners;
+  for (const Participant& participant : comparison.participants) {
+    Timing timing = {participant.name, participant.kind};
+    if (participant.prepare) participant.prepare();
+    runners.push_back({participant.run, Time(participant.run, 1)});
+    if (participant.finish) participant.finish();
+    if (!timings->empty()) {
+      timing.psnr = Psnr(*comparison.participants[0].result, *participant.result);
+      timing.alike = timing.psnr >= comparison.least_psnr;
+    }
+    timings->push_back(timing);
+  }
+  return runners;
 }
 
 }  // namespace
 
-double CaseResult::Ratio() const {
+double CaseResult::Ratio(Kind kind) const {
   double best = 0;
-  for (size_t i = 1; i < timings.size(); ++i) {
-    const bool better = best == 0 || timings[i].milliseconds < best;
-    if (timings[i].alike && better) best = timings[i].milliseconds;
+  for (const Timing& timing : timings) {
+    if (timing.kind != kind || !timing.alike) continue;
+    if (best == 0 || timing.milliseconds < best) best = timing.milliseconds;
   }
   return best / timings[0].milliseconds;
 }
 
+bool CaseResult::MeetsFloor() const {
+  const auto meets = [](double value, double floor) { return floor > 0 && value >= floor; };
+  const bool none = floor.ratio == 0 && floor.ratio_of_plain == 0 && floor.share_of_copy == 0;
+  return none || meets(Ratio(Kind::kLibrary), floor.ratio) ||
+         meets(Ratio(Kind::kPlainLoop), floor.ratio_of_plain) ||
+         meets(ShareOfCopy(), floor.share_of_copy);
+}
+
 CaseResult Measure(const std::string& name, const Case& comparison, int turns) {
-  std::vector<Participant> participants = {comparison.ours};
-  participants.insert(participants.end(), comparison.peers.begin(), comparison.peers.end());
-  CaseResult result = {name, comparison.pixels * 1e-6, {}, 0};
-  std::vector<int> repetitions;
-  for (const Participant& participant : participants) {
-    repetitions.push_back(Repetitions(participant.run));  // which also touches all memory
-  }
-  for (const Participant& participant : participants) {
-    Timing timing;
-    timing.name = participant.name;
-    if (participant.finish) participant.finish();
-    if (&participant != &participants.front()) {
-      timing.psnr = Psnr(*comparison.ours.result, *participant.result);
-      timing.alike = timing.psnr >= comparison.least_psnr;
-    }
-    result.timings.push_back(timing);
-  }
-  // All take turns, another one first in each round, so that none profits from its place.
-  std::vector<std::vector<double>> times(participants.size());
-  for (int turn = 0; turn < turns; ++turn) {
-    for (size_t k = 0; k < participants.size(); ++k) {
-      const size_t who = (k + static_cast<size_t>(turn)) % participants.size();
-      const double start = ProcessorMilliseconds();
-      for (int i = 0; i < repetitions[who]; ++i) participants[who].run();
-      times[who].push_back((ProcessorMilliseconds() - start) / repetitions[who]);
-    }
-  }
-  for (size_t k = 0; k < participants.size(); ++k) {
-    result.timings[k].milliseconds = Median(times[k]);
-  }
-  result.copy_milliseconds = CopyLimit(comparison.bytes_moved, turns);
+  CaseResult result = {name, comparison.pixels, comparison.floor, {}, 0};
+  std::vector<Runner> runners = ComparePictures(comparison, &result.timings);
+  for (const auto& copy : Copies(comparison.bytes_moved)) runners.push_back({copy, Time(copy, 1)});
+  const std::vector<double> medians = TakeTurns(runners, turns);
+  const auto copies = medians.begin() + static_cast<std::ptrdiff_t>(result.timings.size());
+  for (size_t k = 0; k < result.timings.size(); ++k) result.timings[k].milliseconds = medians[k];
+  result.copy_milliseconds = *std::min_element(copies, medians.end());
   return result;
+}
+
+CaseResult MeasureOurs(const std::string& name, const Case& comparison, int turns) {
+  const Participant& ours = comparison.participants[0];
+  const double median = TakeTurns({{ours.run, Time(ours.run, 1)}}, turns)[0];
+  return {name, comparison.pixels, {}, {{ours.name, ours.kind, median}}, 0};
 }
 
 }  // namespace compare

@@ -3,10 +3,8 @@
 #include <zimg.h>
 
 #include <cstring>
-#include <opencv2/imgproc.hpp>
 
-#include "compare.h"
-#include "ovra/resample.h"
+#include "work.h"
 
 namespace compare {
 namespace {
@@ -17,10 +15,8 @@ class ZimgResize {
  public:
   ZimgResize(PicturePtr source, PicturePtr target) : source_(source), target_(target) {
     for (int c = 0; c < source->channels(); ++c) {
-      source_planes_.emplace_back(source->width(), source->height(), 1, source->depth_bits(),
-                                  kRowAlignment);
-      target_planes_.emplace_back(target->width(), target->height(), 1, target->depth_bits(),
-                                  kRowAlignment);
+      source_planes_.emplace_back(source->size(), 1, source->depth_bits(), kRowAlignment);
+      target_planes_.emplace_back(target->size(), 1, target->depth_bits(), kRowAlignment);
     }
     if (source->channels() == 1) CopyRows(*source, &source_planes_[0]);
     zimg_image_format in = FormatOf(*source);
@@ -33,7 +29,7 @@ class ZimgResize {
     graph_.reset(zimg_filter_graph_build(&in, &out, &params), zimg_filter_graph_free);
     size_t bytes = 0;
     zimg_filter_graph_get_tmp_size(graph_.get(), &bytes);
-    scratch_ = std::make_shared<Picture>(static_cast<int>(bytes), 1, 1, 8);
+    scratch_ = std::make_shared<Picture>(Size{static_cast<int>(bytes), 1}, 1, 8);
   }
 
   void Finish() {
@@ -130,58 +126,18 @@ class ZimgResize {
   PicturePtr scratch_;
 };
 
-Case Resize(double scale, int channels, int depth_bits, double megapixels) {
-  const int larger = WidthOf(megapixels);
-  const int source_width = scale <= 1 ? larger : static_cast<int>(larger / scale + 0.5);
-  const int source_height = source_width * 2 / 3;
-  const int width = static_cast<int>(source_width * scale + 0.5);
-  const int height = static_cast<int>(source_height * scale + 0.5);
-  auto source = std::make_shared<Picture>(Scene(source_width, source_height, channels, depth_bits));
-  const auto target = [=] {
-    return std::make_shared<Picture>(width, height, channels, depth_bits);
-  };
-  auto ours = target();
-  Case result = {double{1} * larger * larger * 2 / 3,
-                 source->bytes() + ours->bytes(),
-                 {"OvraResizeImage", ours,
-                  [=] {
-                    OvraResizeImage(source->data(), source_width, source_height, ours->data(),
-                                    width, height, source->format());
-                  }},
-                 {}};
-  auto zimg_target = target();
-  auto zimg = std::make_shared<ZimgResize>(source, zimg_target);
-  result.peers.push_back(
-      {"zimg bicubic", zimg_target, [=] { zimg->Run(); }, [=] { zimg->Finish(); }});
-  if (scale < 0.3) {
-    auto area = target();
-    result.peers.push_back({"OpenCV area", area, [=] {
-                              cv::setNumThreads(1);
-                              const int type =
-                                  CV_MAKETYPE(depth_bits == 8 ? CV_8U : CV_16U, channels);
-                              const cv::Mat in(source_height, source_width, type, source->data());
-                              cv::Mat out(height, width, type, area->data());
-                              cv::resize(in, out, out.size(), 0, 0, cv::INTER_AREA);
-                            }});
-  }
-  return result;
+Participant Resize(const Work& work) {
+  Participant participant = NewParticipant(work, "zimg bicubic");
+  const auto resize = std::make_shared<ZimgResize>(work.source, participant.result);
+  participant.run = [=] { resize->Run(); };
+  participant.finish = [=] { resize->Finish(); };
+  return participant;
 }
 
 }  // namespace
 
-void AddResizeCases(std::vector<NamedCase>* cases, double megapixels) {
-  const auto add = [=](double scale, int channels, int depth_bits) {
-    char operation[32];
-    snprintf(operation, sizeof operation, "resize/%.2f", scale);
-    cases->push_back({CaseName(operation, channels, depth_bits, megapixels),
-                      [=] { return Resize(scale, channels, depth_bits, megapixels); }});
-  };
-  for (const double scale : {0.5, 0.75, 2.0, 0.1}) {
-    add(scale, 3, 8);
-    add(scale, 1, 8);
-    add(scale, 4, 8);
-    add(scale, 3, 16);
-  }
+void AddZimg(std::vector<Maker>* makers) {
+  makers->push_back({"resize", Resize});
 }
 
 }  // namespace compare
