@@ -27,8 +27,8 @@ extern "C" {
 // the right and y down the picture, also where rows are stored bottom-up. What lies outside of the
 // destination at any side is clipped, with one exception: in bottom-up images a source that reaches
 // below the bottom of the destination (destination_height - source_height - y < 0) is refused with
-// 222. A source that lies outside altogether, or a negative size, writes nothing and gives 0 (or,
-// in bottom-up images, 222 by that same rule).
+// OVRA_ERROR_COMPOSITE_SIZE. A source that lies outside altogether, or a negative size, writes
+// nothing and gives OVRA_OK (or, in bottom-up images, OVRA_ERROR_COMPOSITE_SIZE by that same rule).
 //
 // A blend of the sample p of the image that the weight w (0..255) belongs to with the sample q of
 // the other image gives
@@ -53,19 +53,21 @@ typedef enum OvraBlendMode {
 // pixel is its alpha, the weight for the other samples of the pixel. Both images need the same row
 // alignment and row order; their colour models may differ.
 //
-// Returns
-//   0         success
-//   220       destination or source is null
-//   221       destination and source are the same
-//   222       a width or height is 0
-//   129..134  a field of a format word is not a known one (ovra/status.h); this and the next three
-//             are checked for the destination's word first, then for the source's
-//   224       sample depth above 8 bits
-//   225       colour model not accepted
-//   226       arrangement not 0
-//   227       row alignment or row order differ between source and destination
-//   228       the source has neither as many channels as the destination nor one more
-//   222       bottom-up rows, and the source reaches below the bottom of the destination
+// Returns, the first that applies:
+//   OVRA_ERROR_COMPOSITE_NULL              destination or source is null
+//   OVRA_ERROR_COMPOSITE_IN_PLACE          destination and source are the same
+//   OVRA_ERROR_COMPOSITE_SIZE              a width or height is 0
+//   the OVRA_ERROR_FORMAT_ codes           a field of a format word is not a known one; this and the
+//                                          next three are checked for the destination's word first,
+//                                          then for the source's
+//   OVRA_ERROR_COMPOSITE_DEPTH             sample depth above 8 bits
+//   OVRA_ERROR_COMPOSITE_COLOR_MODEL       colour model not accepted
+//   OVRA_ERROR_COMPOSITE_ARRANGEMENT       arrangement not 0
+//   OVRA_ERROR_COMPOSITE_FORMATS_DIFFER    row alignment or row order differ between the two
+//   OVRA_ERROR_COMPOSITE_CHANNEL_RELATION  the source has neither as many channels as the
+//                                          destination nor one more
+//   OVRA_ERROR_COMPOSITE_SIZE              bottom-up rows, and the source reaches below the bottom
+//   OVRA_OK                                the source is placed
 OVRA_API OvraStatus OVRA_CALL OvraCompositeImage(uint8_t* destination, int32_t destination_width,
                                                  int32_t destination_height,
                                                  OvraPixelFormatCode destination_format,
@@ -77,9 +79,10 @@ OVRA_API OvraStatus OVRA_CALL OvraCompositeImage(uint8_t* destination, int32_t d
 // Blends the source into the destination by a mask, which holds one weight for every sample of the
 // source and is laid out like it: source_width, source_height and the one format are those of both.
 //
-// Returns the statuses of OvraCompositeImage in the same order, without 227 and 228. The mask is
-// not among these checks: where nothing is to be written it may be null; where its weights are
-// needed, null gives 220 after all of them.
+// Returns the statuses of OvraCompositeImage in the same order, without
+// OVRA_ERROR_COMPOSITE_FORMATS_DIFFER and OVRA_ERROR_COMPOSITE_CHANNEL_RELATION. The mask is not
+// among these checks: where nothing is to be written it may be null; where its weights are needed,
+// null gives OVRA_ERROR_COMPOSITE_NULL after all of them.
 OVRA_API OvraStatus OVRA_CALL OvraCompositeImageWithMaskBlending(
     uint8_t* destination, int32_t destination_width, int32_t destination_height,
     const uint8_t* source, const uint8_t* mask, int32_t source_width, int32_t source_height,

@@ -170,11 +170,18 @@ OVRA_API OvraStatus OVRA_CALL OvraResizeImageCoreVAR(
 //
 // source, destination: one format, 8 to 16 bits, grey, three-channel or four-channel; separate
 // buffers of the caller. kernel_table: OVRA_KERNEL_TABLE_ENTRIES values. Calls may run in parallel
-// on different destinations. Statuses, in the order of the checks: RESIZE_NULL_IMAGE,
-// RESIZE_NULL_TABLE, the pixel-format codes 129..134, RESIZE_CHANNELS, RESIZE_DEPTH,
-// RESIZE_COLOR_MODEL, RESIZE_ARRANGEMENT, RESIZE_ZERO_SIZE (source width or region is 0),
-// RESIZE_DESTINATION_SMALL (destination below 1 x 1), RESIZE_REGION_SIZE (region negative or larger
-// than the source), RESIZE_REGION_OUTSIDE; then NO_MEMORY, with nothing written.
+// on different destinations. Nothing is written unless OVRA_OK is returned. Statuses, in the order of
+// the checks:
+//
+//   OVRA_ERROR_RESIZE_NULL_IMAGE         source or destination is null
+//   OVRA_ERROR_RESIZE_NULL_TABLE         kernel_table is null
+//   the OVRA_ERROR_FORMAT_ codes         a field of the format word is not accepted
+//   OVRA_ERROR_RESIZE_CHANNELS, _DEPTH, _COLOR_MODEL, _ARRANGEMENT  the format cannot be resized
+//   OVRA_ERROR_RESIZE_ZERO_SIZE          source width or region is 0
+//   OVRA_ERROR_RESIZE_DESTINATION_SMALL  destination below 1 x 1
+//   OVRA_ERROR_RESIZE_REGION_SIZE        region negative or larger than the source
+//   OVRA_ERROR_RESIZE_REGION_OUTSIDE     region reaches beyond the source
+//   OVRA_ERROR_NO_MEMORY                 no work memory
 OVRA_API OvraStatus OVRA_CALL OvraSmallResizeImage(
     const uint8_t* source, int32_t source_width, int32_t source_height, uint8_t* destination,
     int32_t destination_width, int32_t destination_height, OvraPixelFormatCode format, int32_t x,

@@ -75,7 +75,7 @@ def kind_of(array: Array, model: Optional[int] = None, depth: Optional[int] = No
     return Kind(depth, usual if model is None else model)
 
 
-def dtype_of(depth: int) -> numpy.dtype:
+def dtype_of(depth: int) -> numpy.dtype[numpy.generic]:
     return numpy.dtype(numpy.uint8 if depth == 8 else numpy.uint16)
 
 
@@ -144,7 +144,7 @@ def empty(shape: Sequence[int], dtype: numpy.typing.DTypeLike, layout: Layout = 
     # Where rows are padded to 4 bytes, clearing may run on for two bytes behind the last row.
     buffer = numpy.empty(height * stride + 4, numpy.uint8)
     strides = (stride, pixel_bytes, dtype.itemsize)[:len(shape)]
-    image = numpy.ndarray(tuple(shape), dtype, buffer, strides=strides)
+    image: Array = numpy.ndarray(tuple(shape), dtype, buffer, strides=strides)
     return image[::-1] if layout.bottom_up else image
 
 
@@ -184,10 +184,11 @@ class Call:
             wanted = [layout for layout in have if layout in wanted] or have or wanted
         self.layout = wanted[0] if wanted else layouts[0]
         self.sources = tuple(copy_in(source, self.layout) for source in sources)
-        usable = destination is not None and self.layout in layouts_of(destination, not pads)
-        if usable:
+        if destination is not None and self.layout in layouts_of(destination, not pads):
             self.sources = tuple(self._apart(s, destination, in_place) for s in self.sources)
-        self.destination = destination if usable else empty(shape, dtype, self.layout)
+            self.destination = destination
+        else:
+            self.destination = empty(shape, dtype, self.layout)
 
     @staticmethod
     def _require_kind(array: Array, shape: Sequence[int], dtype: numpy.typing.DTypeLike) -> None:

@@ -47,12 +47,12 @@ def _output_channels(kind: Kind) -> int:
     return 4 if kind.model == ColorModel.CMYK else 3
 
 
-def _context(init: Callable[..., int], free: Callable[..., int], data: object, in_kind: Kind,
-             out_kind: Kind) -> Context:
+def _context(init: Callable[..., int], free: Callable[..., int], data: Callable[[], object],
+             in_kind: Kind, out_kind: Kind) -> Context:
     """data() is the argument that _init takes; called for each context that is made."""
 
     def make(in_format: int, out_format: int, out: object) -> None:
-        check(init(in_format, out_format, data(), out))  # type: ignore[operator]
+        check(init(in_format, out_format, data(), out))
 
     context = Context(make, free, in_kind, out_kind)
     try:

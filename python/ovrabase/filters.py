@@ -4,7 +4,7 @@
 from __future__ import annotations
 
 import ctypes
-from typing import NamedTuple, Optional, Sequence, Tuple
+from typing import Callable, NamedTuple, Optional, Sequence, Tuple
 
 import numpy
 
@@ -77,14 +77,15 @@ def _tables(tables: Optional[ResponseTables]) -> ResponseTables:
     return ResponseTables(level, difference)
 
 
-def _run(function: object, source: Array, kind: Kind, destination: Optional[Array],
-         arguments: object, layouts: Sequence[Layout] = LAYOUTS, in_place: bool = True) -> Array:
+def _run(function: Callable[..., int], source: Array, kind: Kind, destination: Optional[Array],
+         arguments: Callable[[int], tuple[object, ...]], layouts: Sequence[Layout] = LAYOUTS,
+         in_place: bool = True) -> Array:
     """A call with images of one format and size; arguments(format) are those behind the format."""
     kind = kind_of(source, kind.model, kind.depth)
     call = Call([source], source.shape, source.dtype, destination, layouts=layouts, in_place=in_place)
     code = format_code(kind, channels_of(source), call.layout)
     check(function(address(call.sources[0]), address(call.destination), source.shape[1],
-                   source.shape[0], code, *arguments(code)))  # type: ignore[operator]
+                   source.shape[0], code, *arguments(code)))
     return call.result()
 
 
@@ -131,8 +132,8 @@ def _band_arguments(coarse: Band, fine: Band) -> tuple[tuple[object, ...], objec
     arguments: list[object] = []
     for t in taps:
         arguments += [t.size, t.ctypes.data]
-    for band, t in zip((coarse, fine), tables):
-        arguments += [band.amount, t.level.ctypes.data, t.difference.ctypes.data]
+    for band, response in zip((coarse, fine), tables):
+        arguments += [band.amount, response.level.ctypes.data, response.difference.ctypes.data]
     return tuple(arguments), (taps, tables)
 
 

@@ -8,9 +8,14 @@ import os
 import pathlib
 import sys
 import threading
-from typing import Callable
+from typing import TYPE_CHECKING, Callable, TypeVar
 
 from . import native
+
+if TYPE_CHECKING:
+    from .arrays import Kind
+
+AnyContext = TypeVar("AnyContext", bound="Context")
 
 
 class Error(Exception):
@@ -30,7 +35,8 @@ def _load() -> ctypes.CDLL:
     path = os.environ.get("OVRABASE_LIBRARY") or (str(beside) if beside.exists() else name)
     # The functions are __stdcall on 32-bit Windows; elsewhere there is one convention. Either kind
     # releases the interpreter's lock while a function runs.
-    return ctypes.WinDLL(path) if windows else ctypes.CDLL(path)  # type: ignore[attr-defined]
+    library: ctypes.CDLL = getattr(ctypes, "WinDLL" if windows else "CDLL")(path)
+    return library
 
 
 functions = native.Functions(_load())
@@ -50,7 +56,8 @@ def get_version() -> tuple[int, int, int]:
 
 def status_text(status: int) -> str:
     """One line of English for a status."""
-    return functions.status_text(status).decode()
+    text: bytes = functions.status_text(status)
+    return text.decode()
 
 
 class Context:
@@ -63,7 +70,7 @@ class Context:
     """
 
     def __init__(self, make: Callable[..., None], free: Callable[[object], int],
-                 in_kind: object, out_kind: object) -> None:
+                 in_kind: Kind, out_kind: Kind) -> None:
         self._make = make
         self._free = free
         self._handles: dict[tuple[int, ...], ctypes.c_size_t] = {}
@@ -87,7 +94,7 @@ class Context:
                 self._free(ctypes.byref(handle))
             self._handles.clear()
 
-    def __enter__(self) -> Context:
+    def __enter__(self: AnyContext) -> AnyContext:
         return self
 
     def __exit__(self, *_: object) -> None:
