@@ -8,6 +8,7 @@
 #include <numeric>
 #include <vector>
 
+#include "conformance/statuses.h"
 #include "ovra/ovra.h"
 
 namespace {
@@ -78,29 +79,6 @@ TEST(RowStride, RoundsUpAndRefusesWhatCannotBeAddressed) {
     EXPECT_EQ(OvraRowStride(c.width, c.format, &stride), c.status);
     EXPECT_EQ(stride, c.status == OVRA_OK ? c.stride : 0);
   }
-  EXPECT_EQ(OvraRowStride(1, 0, nullptr), OVRA_ERROR_NULL_DECODER_OUTPUT);
-}
-
-TEST(SelectKernelSupport, AnswersTapsAndStretchOrWritesNothing) {
-  struct Case {
-    float ratio;
-    int32_t taps;
-    float stretch;
-  };
-  const Case cases[] = {{2.0F, 4, 1.0F}, {0.917F, 5, 1.1848341F}, {0.5F, 8, 2.0F}};
-  for (const Case& c : cases) {
-    int32_t taps = 0;
-    float stretch = 0;
-    EXPECT_EQ(OvraSelectKernelSupport(c.ratio, &taps, &stretch), OVRA_OK);
-    EXPECT_EQ(taps, c.taps);
-    EXPECT_EQ(stretch, c.stretch);
-  }
-  int32_t taps = 77;
-  float stretch = 77;
-  EXPECT_EQ(OvraSelectKernelSupport(1, nullptr, &stretch), OVRA_ERROR_NULL_DECODER_OUTPUT);
-  EXPECT_EQ(OvraSelectKernelSupport(1, &taps, nullptr), OVRA_ERROR_NULL_DECODER_OUTPUT);
-  EXPECT_EQ(taps, 77);
-  EXPECT_EQ(stretch, 77);
 }
 
 // As many entries as asked for, with one behind them that must stay.
@@ -154,18 +132,6 @@ TEST(GaussianWeights, FallTowardBothEndsAndStayNearTheBell) {
   }
 }
 
-TEST(GaussianWeights, RefuseNullAndTapCountsOutOfRange) {
-  int32_t count = 77;
-  int32_t weight = 77;
-  EXPECT_EQ(OvraGaussianWeights(1, 3, nullptr, &weight), OVRA_ERROR_YUSM_NULL);
-  EXPECT_EQ(OvraGaussianWeights(1, 3, &count, nullptr), OVRA_ERROR_YUSM_NULL);
-  for (const int32_t max_taps : {-1, 0, 65}) {
-    EXPECT_EQ(OvraGaussianWeights(1, max_taps, &count, &weight), OVRA_ERROR_YUSM_TAPS);
-  }
-  EXPECT_EQ(count, 77);
-  EXPECT_EQ(weight, 77);
-}
-
 // They make tables that act on middling differences and tones, and not on noise.
 TEST(DefaultCurves, MakeTables) {
   OvraResponsePoint levels[OVRA_DEFAULT_LEVEL_POINTS];
@@ -179,12 +145,26 @@ TEST(DefaultCurves, MakeTables) {
       OVRA_OK);
   EXPECT_EQ(level_table[0], 38);  // 0.3 of 128
   EXPECT_EQ(level_table[512], 128);
-  EXPECT_EQ(difference_table[1024], 0);
-  EXPECT_EQ(difference_table[1024 + 40], 128);
-  EXPECT_EQ(difference_table[1024 - 40], 128);
-  EXPECT_EQ(difference_table[1024 + 256], 77);  // 0.6 of 128
-  EXPECT_EQ(OvraDefaultCurves(nullptr, differences), OVRA_ERROR_YUSM_NULL);
-  EXPECT_EQ(OvraDefaultCurves(levels, nullptr), OVRA_ERROR_YUSM_NULL);
+  const std::pair<int, int16_t> entries[] = {{0, 0}, {40, 128}, {-40, 128}, {256, 77}};
+  for (const auto& [at, value] : entries) EXPECT_EQ(difference_table[1024 + at], value) << at;
+}
+
+TEST(Statuses, Helpers) {
+  using namespace ovra_test;
+  int32_t counts[] = {77, 77};
+  float stretch = 77;
+  const std::span written(reinterpret_cast<uint8_t*>(counts), sizeof counts);
+  ExpectStatuses(
+      OvraGaussianWeights, std::tuple(1.0, 3, counts + 0, counts + 1), written,
+      Nulls(OVRA_ERROR_YUSM_NULL, {2, 3}) + Each(OVRA_ERROR_YUSM_TAPS, {{1, -1}, {1, 0}, {1, 65}}));
+  ExpectStatuses(OvraSelectKernelSupport, std::tuple(1.0F, counts + 0, &stretch), written,
+                 Nulls(OVRA_ERROR_NULL_DECODER_OUTPUT, {1, 2}));
+  size_t stride = 77;
+  ExpectStatuses(OvraRowStride, std::tuple(1U, 0U, &stride), {},
+                 Nulls(OVRA_ERROR_NULL_DECODER_OUTPUT, {2}));
+  OvraResponsePoint points[OVRA_DEFAULT_DIFFERENCE_POINTS + OVRA_DEFAULT_LEVEL_POINTS];
+  ExpectStatuses(OvraDefaultCurves, std::tuple(points + OVRA_DEFAULT_DIFFERENCE_POINTS, points + 0),
+                 {}, Nulls(OVRA_ERROR_YUSM_NULL, {0, 1}));
 }
 
 }  // namespace

@@ -64,11 +64,8 @@ Faults WrongFormats(size_t in, size_t out, const FormatStatuses& statuses) {
   return MalformedFormat(in) + MalformedFormat(out) + judge(in) + judge(out);
 }
 
-template <class Parameters>
-void ExpectInitStatuses(OvraStatus(OVRA_CALL* init)(OvraPixelFormatCode, OvraPixelFormatCode,
-                                                    const Parameters*, uintptr_t*),
-                        OvraStatus(OVRA_CALL* free)(uintptr_t*), const Parameters* parameters,
-                        OvraStatus null, const FormatStatuses& formats) {
+void ExpectInitStatuses(auto* init, auto* free, const auto* parameters, OvraStatus null,
+                        const FormatStatuses& formats) {
   enum : size_t { kIn, kOut, kParameters, kHandle };
   uintptr_t handle = 0;
   ExpectStatuses(InitAndFree(init, free, null), std::tuple(kRgb, kRgb, parameters, &handle), {},
@@ -77,11 +74,8 @@ void ExpectInitStatuses(OvraStatus(OVRA_CALL* init)(OvraPixelFormatCode, OvraPix
   EXPECT_EQ(free(&handle), OVRA_OK);
 }
 
-template <class Given>
-void ExpectConversionStatuses(OvraStatus(OVRA_CALL* convert)(const uint8_t*, uint8_t*, int32_t,
-                                                             int32_t, OvraPixelFormatCode,
-                                                             OvraPixelFormatCode, Given),
-                              Given given, const Family& family, const FormatStatuses& formats) {
+void ExpectConversionStatuses(auto* convert, auto given, const Family& family,
+                              const FormatStatuses& formats) {
   enum : size_t { kFrom, kTo, kWidth, kHeight, kIn, kOut, kGiven };
   Pixels pixels;
   Faults faults = Nulls(family.null, {kFrom, kTo, kGiven}) +
@@ -225,10 +219,8 @@ TEST_F(CubeStatuses, Init) {
 
 TEST_F(CubeStatuses, Records) {
   enum : size_t { kCount0, kGrid0, kCount1, kGrid1, kCount2, kGrid2, kLattice };
-  const auto init = [](uint32_t count0, const uint16_t* grid0, uint32_t count1,
-                       const uint16_t* grid1, uint32_t count2, const uint16_t* grid2,
-                       uint16_t* lattice) {
-    const OvraColorCube cube = {count0, grid0, count1, grid1, count2, grid2, lattice};
+  const auto init = [](auto... record) {
+    const OvraColorCube cube = {record...};
     uintptr_t handle = 77;
     const OvraStatus status = OvraConvColorCube_Init(kRgb, kRgb, &cube, &handle);
     EXPECT_EQ(handle != 0, status == OVRA_OK);
@@ -304,13 +296,11 @@ TEST_F(CubeStatuses, HandlesOfAnotherVariant) {
 TEST_F(CubeStatuses, Cascade) {
   enum : size_t { kCount0, kGrid0, kCount1, kGrid1, kCount2, kGrid2, kLattice };
   uint16_t nodes[24] = {5, 6, 7};
-  const auto cascade = [](uint32_t count0, const uint16_t* grid0, uint32_t count1,
-                          const uint16_t* grid1, uint32_t count2, const uint16_t* grid2,
-                          uint16_t* lattice, uint32_t count, const uint16_t* grid,
-                          uint32_t last_count, const uint16_t* last_grid, uint16_t* second_lattice,
+  const auto cascade = [](auto n0, auto g0, auto n1, auto g1, auto n2, auto g2, auto nodes_of_first,
+                          auto n, auto g, auto last_n, auto last_g, auto nodes_of_second,
                           bool has_first, bool has_second) {
-    const OvraColorCube first = {count0, grid0, count1, grid1, count2, grid2, lattice};
-    const OvraColorCube second = {count, grid, 2, kGrid, last_count, last_grid, second_lattice};
+    const OvraColorCube first = {n0, g0, n1, g1, n2, g2, nodes_of_first};
+    const OvraColorCube second = {n, g, 2, kGrid, last_n, last_g, nodes_of_second};
     return OvraCascade3D(has_first ? &first : nullptr, has_second ? &second : nullptr);
   };
   enum : size_t { kCount = 7, kGridOfSecond, kLastCount, kLastGrid, kSecondLattice, kHas, kHas2 };

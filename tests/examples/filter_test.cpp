@@ -138,29 +138,28 @@ TEST(YUsmDouble, FlatImagesAndNeutralParametersChangeNothing) {
 // Two pictures on both sides of the limit between the forms, the larger with one column more: away
 // from that column they are the same.
 TEST(YUsmDouble, BothSidesOfTheSizeLimitAgree) {
-  constexpr size_t kHeight = 5;
-  constexpr size_t kSmall = 2139;
-  constexpr size_t kLarge = kSmall + 1;
+  constexpr uint32_t kHeight = 5;
+  constexpr uint32_t kSmall = 2139;
   const int32_t weights[] = {7, 7, 7, 7, 7};
-  const auto mask = [&weights](Bytes& image, size_t width) {
-    return OvraYUsmDoubleSingleStep(image.data(), image.data(), static_cast<uint32_t>(width),
-                                    kHeight, kRgb, 5, weights, 3, weights, 2.0F, kNeutral.data(),
-                                    kNeutral.data(), 3.0F, kNeutral.data(), kNeutral.data());
+  const Bytes noise = Noise(3 * (kSmall + 1) * kHeight);
+  const auto masked = [&](uint32_t width) {
+    Bytes image;
+    for (uint32_t row = 0; row < kHeight; ++row) {
+      const auto begin = noise.begin() + 3 * (kSmall + 1) * row;
+      image.insert(image.end(), begin, begin + 3 * width);
+    }
+    EXPECT_EQ(OvraYUsmDoubleSingleStep(image.data(), image.data(), width, kHeight, kRgb, 5, weights,
+                                       3, weights, 2.0F, kNeutral.data(), kNeutral.data(), 3.0F,
+                                       kNeutral.data(), kNeutral.data()),
+              OVRA_OK);
+    return image;
   };
-  Bytes large = Noise(3 * kLarge * kHeight);
-  Bytes small;
-  const auto row_of = [](Bytes& image, size_t width, size_t row) {
-    return image.begin() + static_cast<std::ptrdiff_t>(3 * width * row);
-  };
-  for (size_t row = 0; row < kHeight; ++row) {
-    const auto begin = row_of(large, kLarge, row);
-    small.insert(small.end(), begin, begin + 3 * kSmall);
-  }
-  ASSERT_EQ(mask(large, kLarge), OVRA_OK);
-  ASSERT_EQ(mask(small, kSmall), OVRA_OK);
-  for (size_t row = 0; row < kHeight; ++row) {
-    const auto begin = row_of(small, kSmall, row);
-    EXPECT_TRUE(std::equal(begin, begin + 3 * (kSmall - 2), row_of(large, kLarge, row))) << row;
+  const Bytes small = masked(kSmall);
+  const Bytes large = masked(kSmall + 1);
+  for (uint32_t row = 0; row < kHeight; ++row) {
+    const auto begin = small.begin() + 3 * kSmall * row;
+    EXPECT_TRUE(std::equal(begin, begin + 3 * (kSmall - 2), large.begin() + 3 * (kSmall + 1) * row))
+        << row;
   }
 }
 
@@ -229,23 +228,14 @@ TEST(SoftFocus, CopiesWhenNothingIsToBeBlurred) {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   const Bytes picture = Noise();
   ASSERT_NE(Softened(picture, Soft(1000, 0.1, 1, 1.0)), picture);
-  const OvraSoftFocusParams cases[] = {
-      Soft(62, 0.1, 1, 1.0),  // scales to 0.4954
-      Soft(0, 0.1, 1, 1.0),
-      Soft(-1000, 0.1, 1, 1.0),
-      Soft(std::numeric_limits<int32_t>::min(), 0.1, 1, 1.0),
-      Soft(1000, 1.0, 1, 1.0),  // decays that are not between 0 and 1
-      Soft(1000, 0.1, 0, 1.0),
-      Soft(1000, 0.0, 1, 1.0),
-      Soft(1000, 1.5, 1, 1.0),
-      Soft(1000, -0.5, 1, 1.0),
-      Soft(1000, kNan, 1, 1.0),
-      Soft(1000, 0.1, 1, 0.0),  // no share
-      Soft(1000, 0.1, 1, -1.0),
-      Soft(1000, 0.1, 1, kNan),
-  };
+  std::vector<OvraSoftFocusParams> cases = {Soft(1000, 0.1, 0, 1.0)};
+  for (const int32_t radius : {62, 0, -1000, std::numeric_limits<int32_t>::min()}) {
+    cases.push_back(Soft(radius, 0.1, 1, 1.0));  // the first scales to 0.4954
+  }
+  for (const double decay : {1.0, 0.0, 1.5, -0.5, kNan}) cases.push_back(Soft(1000, decay, 1, 1.0));
+  for (const double share : {0.0, -1.0, kNan}) cases.push_back(Soft(1000, 0.1, 1, share));
   for (const OvraSoftFocusParams& params : cases) {
-    EXPECT_EQ(Softened(picture, params), picture) << &params - cases;
+    EXPECT_EQ(Softened(picture, params), picture) << &params - cases.data();
   }
   EXPECT_NE(Softened(picture, Soft(64, 0.1, 1, 1.0)), picture);  // 0.5114
   EXPECT_EQ(Softened(picture, Soft(1000, 0.1, 1, 7.0)), Softened(picture, Soft(1000, 0.1, 1, 1.0)));

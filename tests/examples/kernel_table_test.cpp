@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstring>
+#include <utility>
 #include <vector>
 
 #include "ovra/resample.h"
@@ -75,10 +76,8 @@ TEST(KernelTable, EveryEntryIsTheExactValueRoundedOnce) {
 
 TEST(KernelTable, KnownValues) {
   const Table cubic = Calculated(OvraCalcCubicSpline, -0.5F);
-  EXPECT_EQ(cubic[0], 1.0F);
-  EXPECT_EQ(cubic[2048], 0.5625F);
-  EXPECT_EQ(cubic[4096], 0.0F);
-  EXPECT_EQ(cubic[6144], -0.0625F);
+  const std::pair<int, float> values[] = {{0, 1}, {2048, 0.5625F}, {4096, 0}, {6144, -0.0625F}};
+  for (const auto& [at, value] : values) EXPECT_EQ(cubic[at], value);
   const Table b_spline = Calculated(OvraCalcBSpline, 0.0F);
   EXPECT_EQ(b_spline[0], 0.6666667F);
   EXPECT_EQ(b_spline[4096], 0.16666667F);
@@ -100,22 +99,20 @@ TEST(KernelTable, DoesNotDependOnTheHostsPrecision) {
   constexpr uint16_t kDouble = 0x0200;
   const float parameters[] = {0.0F, 0.1F, -0.7713F};
   for (const float parameter : parameters) {
-    const Table cubic = Calculated(OvraCalcCubicSpline, parameter);
-    const Table b_spline = Calculated(OvraCalcBSpline, parameter);
-    Table cubic_there(kEntries);
-    Table b_spline_there(kEntries);
-    uint16_t before = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(before));
-    const auto reduced = static_cast<uint16_t>((before & ~kPrecisionMask) | kDouble);
-    __asm__ volatile("fldcw %0" : : "m"(reduced));
-    OvraCalcCubicSpline(parameter, cubic_there.data());
-    OvraCalcBSpline(parameter, b_spline_there.data());
-    uint16_t after = 0;
-    __asm__ volatile("fnstcw %0" : "=m"(after));
-    __asm__ volatile("fldcw %0" : : "m"(before));
-    EXPECT_EQ(after, reduced);
-    EXPECT_EQ(std::memcmp(cubic.data(), cubic_there.data(), kEntries * sizeof(float)), 0);
-    EXPECT_EQ(std::memcmp(b_spline.data(), b_spline_there.data(), kEntries * sizeof(float)), 0);
+    for (Calc* const calc : {OvraCalcCubicSpline, OvraCalcBSpline}) {
+      const Table table = Calculated(calc, parameter);
+      Table there(kEntries);
+      uint16_t before = 0;
+      __asm__ volatile("fnstcw %0" : "=m"(before));
+      const auto reduced = static_cast<uint16_t>((before & ~kPrecisionMask) | kDouble);
+      __asm__ volatile("fldcw %0" : : "m"(reduced));
+      calc(parameter, there.data());
+      uint16_t after = 0;
+      __asm__ volatile("fnstcw %0" : "=m"(after));
+      __asm__ volatile("fldcw %0" : : "m"(before));
+      EXPECT_EQ(after, reduced);
+      EXPECT_EQ(std::memcmp(table.data(), there.data(), kEntries * sizeof(float)), 0);
+    }
   }
 }
 

@@ -15,6 +15,7 @@ namespace {
 
 using ovra_test::AnchorPicture;
 using ovra_test::Fnv1a;
+using ovra_test::Noise;
 using ovra_test::Picture16;
 
 OvraMultiFrequencyParams UnitParams(uint32_t band_count) {
@@ -29,6 +30,10 @@ Picture16 Processed(const Picture16& picture, const OvraMultiFrequencyParams& pa
                                picture.Format(), &params),
             OVRA_OK);
   return result;
+}
+
+Picture16 Grey(uint32_t width, uint32_t height, uint32_t depth_bits, const auto& value) {
+  return Picture16(width, height, depth_bits, 1, OVRA_MODEL_GREY).FillGrey(value);
 }
 
 // The arithmetic, which is the same on every platform.
@@ -49,15 +54,6 @@ TEST(MultiFrequency, Anchors) {
   EXPECT_EQ(OvraMultiFrequency(bytes.data(), bytes.data(), wide.width, wide.height, 0x120, &params),
             OVRA_OK);
   EXPECT_EQ(Fnv1a(bytes.data(), bytes.size()), 0xe86bd8d8);
-}
-
-Picture16 Noise(uint32_t width, uint32_t height, uint32_t depth_bits, uint32_t channels,
-                OvraColorModel model) {
-  Picture16 picture(width, height, depth_bits, channels, model);
-  ovra_test::Random random(depth_bits + channels);
-  ovra_test::FillSamples(random, picture.samples.data(),
-                         picture.samples.data() + picture.samples.size(), picture.MaxSample());
-  return picture;
 }
 
 struct Layout {
@@ -102,15 +98,11 @@ TEST(MultiFrequency, FlatPicturesMoveAboutThePivot) {
       params.pivot = 0.25F;
       for (OvraMultiFrequencyBand& band : params.band) band = {3, 0.01F, 1, 0.5F};
       for (int32_t v = 0; v < range; v += range / 16) {
-        const Picture16 flat =
-            Picture16(21, 13, depth_bits, 1, OVRA_MODEL_GREY).FillGrey([=](uint32_t, uint32_t) {
-              return v;
-            });
+        const Picture16 flat = Grey(21, 13, depth_bits, [v](uint32_t, uint32_t) { return v; });
         const double moved = v + (double{base_gain} - 1) * (v - 0.25 * range);
         const std::vector<uint16_t> samples = Processed(flat, params).samples;
         EXPECT_NEAR(samples[0], std::clamp(moved, 0.0, range - 1.0), off);
-        EXPECT_EQ(std::count(samples.begin(), samples.end(), samples[0]),
-                  static_cast<std::ptrdiff_t>(samples.size()));
+        EXPECT_EQ(samples, std::vector<uint16_t>(samples.size(), samples[0]));
       }
     }
   }
@@ -121,9 +113,7 @@ TEST(MultiFrequency, AlternatingColumnsAreBandOne) {
     const auto v = 1U << (depth_bits - 1);
     const auto a = 1U << (depth_bits - 4);
     const Picture16 columns =
-        Picture16(600, 10, depth_bits, 1, OVRA_MODEL_GREY).FillGrey([=](uint32_t x, uint32_t) {
-          return x % 2 == 0 ? v - a : v + a;
-        });
+        Grey(600, 10, depth_bits, [=](uint32_t x, uint32_t) { return x % 2 == 0 ? v - a : v + a; });
     for (const float gain : {0.0F, 0.5F, 2.5F}) {
       OvraMultiFrequencyParams params = UnitParams(4);
       for (OvraMultiFrequencyBand& band : params.band) band = {3, 0, 0, 0.5F};
@@ -159,10 +149,9 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
                {22, {0.08, 0.26, 0.50, 0.17, 0}},
                {45, {0.02, 0.07, 0.25, 0.48, 0.18}}};
   for (const auto& [period, shares] : waves) {
-    const Picture16 wave =
-        Picture16(4000, 3, 16, 1, OVRA_MODEL_GREY).FillGrey([p = period](uint32_t x, uint32_t) {
-          return std::lround(32768 + 4000 * std::sin(2 * std::numbers::pi * x / p));
-        });
+    const Picture16 wave = Grey(4000, 3, 16, [p = period](uint32_t x, uint32_t) {
+      return std::lround(32768 + 4000 * std::sin(2 * std::numbers::pi * x / p));
+    });
     const double before = Amplitude(wave, period, 500);
     for (uint32_t band = 0; band < 5; ++band) {
       OvraMultiFrequencyParams params = UnitParams(6);
@@ -178,14 +167,14 @@ TEST(MultiFrequency, SymmetricAndTheSameAtAllDepths) {
   params.base_gain = 0.75F;
   for (OvraMultiFrequencyBand& band : params.band) band = {2, 0.01F, 0.5F, 0.125F};
   // Backwards: mirrored in both axes. Both sides less one are multiples of 2^4.
-  const Picture16 noise = Noise(65, 33, 12, 1, OVRA_MODEL_GREY);
+  const Picture16 noise = Noise(65, 33, 12);
   Picture16 mirrored = noise;
   std::reverse(mirrored.samples.begin(), mirrored.samples.end());
   Picture16 back = Processed(mirrored, params);
   std::reverse(back.samples.begin(), back.samples.end());
   EXPECT_EQ(back.samples, Processed(noise, params).samples);
 
-  const Picture16 deep = Noise(61, 30, 8, 1, OVRA_MODEL_GREY);
+  const Picture16 deep = Noise(61, 30, 8);
   Picture16 wide = deep;
   wide.depth_bits = 16;
   for (uint16_t& sample : wide.samples) sample = static_cast<uint16_t>(256 * sample);

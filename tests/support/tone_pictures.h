@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Pictures of 16-bit samples for tone and multi-frequency processing.
+// Pictures of 16-bit samples.
 #pragma once
 
 #include <algorithm>
@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "ovra/pixel_format.h"
+#include "support/random.h"
 
 namespace ovra_test {
 
@@ -28,6 +29,8 @@ struct Picture16 {
         model(color_model),
         samples(size_t{columns} * rows * channel_count) {}
 
+  bool operator==(const Picture16&) const = default;
+
   uint32_t MaxSample() const { return (uint32_t{1} << depth_bits) - 1; }
   OvraPixelFormatCode Format() const {
     return OvraMakePixelFormat(depth_bits, channels, model, 1, OVRA_ROWS_TOP_DOWN);
@@ -36,6 +39,10 @@ struct Picture16 {
   uint8_t* Bytes() { return reinterpret_cast<uint8_t*>(samples.data()); }
 
   uint16_t& At(uint32_t x, uint32_t y, uint32_t channel = 0) {
+    return samples[(size_t{y} * width + x) * channels + channel];
+  }
+
+  uint16_t At(uint32_t x, uint32_t y, uint32_t channel = 0) const {
     return samples[(size_t{y} * width + x) * channels + channel];
   }
 
@@ -50,6 +57,16 @@ struct Picture16 {
     return *this;
   }
 };
+
+// Random samples, many of them 0 or the greatest one.
+inline Picture16 Noise(uint32_t width, uint32_t height, uint32_t depth_bits, uint32_t channels = 1,
+                       OvraColorModel model = OVRA_MODEL_GREY) {
+  Picture16 picture(width, height, depth_bits, channels, model);
+  Random random(depth_bits + channels);
+  uint16_t* const begin = picture.samples.data();
+  FillSamples(random, begin, begin + picture.samples.size(), picture.MaxSample());
+  return picture;
+}
 
 // A slope and a cross slope with an edge between them, in colours and with noise; 83 x 61.
 inline Picture16 AnchorPicture(uint32_t depth_bits) {
