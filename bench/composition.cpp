@@ -19,15 +19,15 @@ constexpr size_t Bytes(size_t channels) {
   return channels * kWidth * kHeight;
 }
 
-// A border leaves gaps between the rows that are written. All tiers copy alike.
+// A border leaves gaps between the rows that are written.
 void RegisterCopy(const std::string& name, int32_t border) {
   constexpr size_t kChannels = 3;
   const int32_t width = kWidth - 2 * border;
   const int32_t height = kHeight - 2 * border;
-  Register(name, double{1} * width * height, [=] {
+  RegisterTiers(name, double{1} * width * height, [=](ovra::KernelTier tier) {
     ovra::CompositeImage(Destination(Bytes(kChannels)), kWidth, kHeight, Format(kChannels),
                          Source(Bytes(kChannels)), width, height, Format(kChannels), border, border,
-                         OVRA_BLEND_WEIGHT_OF_SOURCE, ovra::DetectedTier());
+                         OVRA_BLEND_WEIGHT_OF_SOURCE, tier);
   });
 }
 

@@ -16,11 +16,11 @@ void RegisterKind(const PixelKind& kind) {
   constexpr double kPixels = double{kWidth} * kHeight;
   const size_t bytes = kind.Bytes() * kWidth * kHeight;
   const size_t source_bytes = kind.Bytes() * kSourceWidth * kSourceHeight;
-  Register(std::string("extrapolation/") + kind.name, kPixels, [=] {
+  RegisterTiers(std::string("extrapolation/") + kind.name, kPixels, [=](ovra::KernelTier tier) {
     const uint16_t fill[] = {10, 20, 30, 40};
     ovra::ExtrapolateImage(Source(bytes), kSourceWidth, kSourceHeight, Destination(bytes), kWidth,
                            kHeight, kind.Format(), (kWidth - kSourceWidth) / 2,
-                           (kHeight - kSourceHeight) / 2, fill);
+                           (kHeight - kSourceHeight) / 2, fill, tier);
   });
   RegisterMemcpy(std::string("extrapolation/") + kind.name, source_bytes, bytes, kPixels);
 }

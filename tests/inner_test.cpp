@@ -4,13 +4,19 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <random>
+#include <tuple>
 #include <vector>
 
 #include "core/cpu.h"
+#include "core/dib_raw/kernels.h"
 #include "core/pixel_format.h"
+#include "core/row_copy/kernels.h"
 #include "core/work_memory.h"
+#include "geometry/rotation/kernels.h"
 #include "ovra/resample.h"
 #include "support/forced_tier.h"
+#include "support/guarded_buffer.h"
 
 namespace {
 
@@ -104,6 +110,67 @@ TEST(Resize, VectorFormsWriteNoSampleTooMany) {
                 OVRA_OK);
       if (plain.empty()) plain = resized;
       EXPECT_EQ(resized, plain) << ovra_test::TierName(tier) << " at " << x;
+    }
+  }
+}
+
+// Only pictures larger than any that the conformance test draws are written round the cache. Rows
+// begin anywhere in a cache line, and end beside memory that may not be touched.
+TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
+  constexpr ptrdiff_t kRows = 9;
+  const auto kernels = [](auto pick, int pixel_bytes) {
+    return std::tuple(pixel_bytes, pick(ovra::KernelTier::kPlain), pick(ovra::KernelTier::kSse),
+                      pick(ovra::KernelTier::kAvx2));
+  };
+  std::vector moves = {kernels([](auto tier) { return ovra::RowCopyKernelsOf(tier).copy; }, 1),
+                       kernels(
+                           [](auto tier) {
+                             return ForTier(tier, ovra::kDibRawPlain, ovra::kDibRawSse,
+                                            ovra::kDibRawAvx2)
+                                 .swap_red_blue;
+                           },
+                           3)};
+  for (const int bytes : {1, 2, 3, 4, 6, 8}) {
+    moves.push_back(kernels(
+        [bytes](auto tier) {
+          return ForTier(tier, ovra::kRotationPlain, ovra::kRotationSse, ovra::kRotationAvx2)
+              .reverse[bytes];
+        },
+        bytes));
+  }
+  std::mt19937 random(1);
+  for (int round = 0; round < 500; ++round) {
+    const auto& [pixel_bytes, plain, sse, avx2] = moves[random() % moves.size()];
+    const ptrdiff_t pixels = 1 + static_cast<ptrdiff_t>(random() % 400);
+    const auto padding = static_cast<ptrdiff_t>(random() % 4);
+    const ptrdiff_t bytes = pixels * pixel_bytes;
+    ovra_test::GuardedBuffer source(static_cast<size_t>(kRows * bytes));
+    for (uint8_t& byte : source) byte = static_cast<uint8_t>(random());
+    const auto size = static_cast<size_t>(kRows * (bytes + padding) + 1);
+    ovra_test::GuardedBuffer expected(size), moved(size);
+    ovra::RowMove move = {source.data(), bytes, nullptr, bytes + padding,
+                          pixels,        kRows, padding, false};
+    const auto run = [&](ovra::MoveRows* kernel, ovra_test::GuardedBuffer* to, bool streaming) {
+      std::fill(to->begin(), to->end(), ovra_test::GuardedBuffer::kFill);
+      move.destination = to->data() + 1;
+      move.streaming = streaming;
+      kernel(move);
+    };
+    run(plain, &expected, false);
+    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
+      run(ovra::ForTier(tier, plain, sse, avx2), &moved, true);
+      ASSERT_TRUE(std::equal(moved.begin(), moved.end(), expected.begin()))
+          << ovra_test::TierName(tier) << ": " << pixels << " pixels of " << pixel_bytes;
+    }
+    const ovra::RowFill fill = {moved.data() + 1, bytes,       pixels, kRows,
+                                source.data(),    pixel_bytes, true};
+    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
+      std::fill(moved.begin(), moved.end(), ovra_test::GuardedBuffer::kFill);
+      ovra::RowCopyKernelsOf(tier).fill(fill);
+      for (ptrdiff_t i = 0; i < kRows * bytes; ++i) {
+        ASSERT_EQ(moved[static_cast<size_t>(i + 1)], source[static_cast<size_t>(i % pixel_bytes)]);
+      }
+      ASSERT_EQ(moved[0], ovra_test::GuardedBuffer::kFill);
     }
   }
 }

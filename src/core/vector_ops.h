@@ -101,6 +101,7 @@ struct Sse {
   static Reg Set32(int32_t v) { return _mm_set1_epi32(v); }
   static Reg SetLanes(Sse::Reg first, Sse::Reg /*second*/) { return first; }
   static Sse::Reg Lane(Reg a, int /*lane*/) { return a; }
+  static Reg SwapLanes(Reg a) { return a; }
 
   static Reg And(Reg a, Reg b) { return _mm_and_si128(a, b); }
   static Reg AndNot(Reg a, Reg b) { return _mm_andnot_si128(a, b); }  // b without a
@@ -355,6 +356,7 @@ struct Avx2 {
   static Sse::Reg Lane(Reg a, int lane) {
     return lane == 0 ? _mm256_castsi256_si128(a) : _mm256_extracti128_si256(a, 1);
   }
+  static Reg SwapLanes(Reg a) { return _mm256_permute2x128_si256(a, a, 1); }
 
   static Reg And(Reg a, Reg b) { return _mm256_and_si256(a, b); }
   static Reg AndNot(Reg a, Reg b) { return _mm256_andnot_si256(a, b); }

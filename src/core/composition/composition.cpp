@@ -3,10 +3,10 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstring>
 
 #include "core/composition/kernels.h"
 #include "core/format_rules.h"
+#include "core/row_copy/kernels.h"
 #include "ovra/basic.h"
 
 namespace ovra {
@@ -105,11 +105,17 @@ Area FindArea(Size destination_size, const PixelFormat& destination_format, Size
   return area;
 }
 
-void CopyRows(const uint8_t* source, uint8_t* destination, const Area& area, uint32_t channels) {
-  const auto bytes = static_cast<size_t>(area.pixels) * channels;
-  for (std::ptrdiff_t row = 0; row < area.rows; ++row) {
-    std::memcpy(destination + area.DestinationAt(row), source + area.SourceAt(row), bytes);
-  }
+void CopyRows(const uint8_t* source, uint8_t* destination, const Area& area, uint32_t channels,
+              KernelTier tier) {
+  const auto bytes = area.pixels * static_cast<std::ptrdiff_t>(channels);
+  RowCopyKernelsOf(tier).copy({.source = source + area.source_offset,
+                               .source_stride = area.source_stride,
+                               .destination = destination + area.destination_offset,
+                               .destination_stride = area.destination_stride,
+                               .pixels = bytes,
+                               .rows = area.rows,
+                               .padding = 0,
+                               .streaming = WritesRoundCache(bytes, area.rows)});
 }
 
 WeightOf WeightOfMode(uint8_t blend_mode) {
@@ -152,7 +158,7 @@ Status CompositeImage(uint8_t* destination, int32_t destination_width, int32_t d
   const Area area =
       FindArea(destination_size, destination_format, source_size, source_format, x, first_row);
   if (source_format.channels == destination_format.channels) {
-    CopyRows(source, destination, area, source_format.channels);
+    CopyRows(source, destination, area, source_format.channels, tier);
     return OVRA_OK;
   }
   AlphaBlendRow* const blend_row =

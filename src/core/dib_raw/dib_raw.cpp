@@ -2,11 +2,10 @@
 #include "core/dib_raw/dib_raw.h"
 
 #include <cstddef>
-#include <cstring>
 
 #include "core/dib_raw/kernels.h"
 #include "core/pixel_format.h"
-#include "core/rows.h"
+#include "core/row_move.h"
 #include "ovra/basic.h"
 
 namespace ovra {
@@ -16,11 +15,14 @@ constexpr int32_t kChannels = 3;
 constexpr int32_t kDepthBits = 8;
 constexpr int32_t kDibAlignment = 4;
 
+// A picture of a DIB's rows, from the last one in memory up, and of raw rows.
 struct Layout {
   std::ptrdiff_t width;
   std::ptrdiff_t height;
   std::ptrdiff_t raw_stride;
   std::ptrdiff_t dib_stride;
+
+  std::ptrdiff_t DibTop() const { return dib_stride * (height - 1); }
 };
 
 // Sizes beyond the positive range of a signed number become an empty picture.
@@ -32,32 +34,36 @@ Layout MakeLayout(uint32_t width, uint32_t height) {
           RowStride(signed_width, kChannels, kDepthBits, kDibAlignment)};
 }
 
-const DibRawKernels& KernelsOf(KernelTier tier) {
-  return ForTier(tier, kDibRawPlain, kDibRawSse, kDibRawAvx2);
+MoveRows* SwapOf(KernelTier tier) {
+  return ForTier(tier, kDibRawPlain, kDibRawSse, kDibRawAvx2).swap_red_blue;
 }
 
 }  // namespace
 
 void Dib2Raw(const uint8_t* dib, uint8_t* raw, uint32_t width, uint32_t height, KernelTier tier) {
-  if (dib == nullptr || raw == nullptr) return;
-  SwapRedBlueRow* const swap_row = KernelsOf(tier).swap_red_blue;
   const Layout layout = MakeLayout(width, height);
-  for (std::ptrdiff_t y = 0; y < layout.height; ++y) {
-    swap_row(RowAt<uint8_t>(dib, layout.dib_stride, layout.height - 1 - y),
-             RowAt<uint8_t>(raw, layout.raw_stride, y), layout.width);
-  }
+  if (dib == nullptr || raw == nullptr || layout.height == 0) return;
+  SwapOf(tier)({.source = dib + layout.DibTop(),
+                .source_stride = -layout.dib_stride,
+                .destination = raw,
+                .destination_stride = layout.raw_stride,
+                .pixels = layout.width,
+                .rows = layout.height,
+                .padding = 0,
+                .streaming = WritesRoundCache(layout.raw_stride, layout.height)});
 }
 
 void Raw2Dib(const uint8_t* raw, uint8_t* dib, uint32_t width, uint32_t height, KernelTier tier) {
-  if (dib == nullptr || raw == nullptr) return;
-  SwapRedBlueRow* const swap_row = KernelsOf(tier).swap_red_blue;
   const Layout layout = MakeLayout(width, height);
-  const auto padding = static_cast<size_t>(layout.dib_stride - layout.raw_stride);
-  for (std::ptrdiff_t y = 0; y < layout.height; ++y) {
-    uint8_t* const dib_row = RowAt<uint8_t>(dib, layout.dib_stride, layout.height - 1 - y);
-    swap_row(RowAt<uint8_t>(raw, layout.raw_stride, y), dib_row, layout.width);
-    std::memset(dib_row + layout.raw_stride, 0, padding);
-  }
+  if (dib == nullptr || raw == nullptr || layout.height == 0) return;
+  SwapOf(tier)({.source = raw,
+                .source_stride = layout.raw_stride,
+                .destination = dib + layout.DibTop(),
+                .destination_stride = -layout.dib_stride,
+                .pixels = layout.width,
+                .rows = layout.height,
+                .padding = layout.dib_stride - layout.raw_stride,
+                .streaming = WritesRoundCache(layout.dib_stride, layout.height)});
 }
 
 }  // namespace ovra

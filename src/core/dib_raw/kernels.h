@@ -1,17 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
+#include "core/row_move.h"
 
 namespace ovra {
 
-// Copies `pixels` three-byte pixels with the first and the third byte of each exchanged. The rows
-// do not overlap; exactly 3 * pixels bytes are read and written.
-using SwapRedBlueRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels);
-
+// The rows are of three-byte pixels, of which the first and the third byte are exchanged.
 struct DibRawKernels {
-  SwapRedBlueRow* swap_red_blue;
+  MoveRows* swap_red_blue;
 };
 
 extern const DibRawKernels kDibRawPlain;

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "core/format_rules.h"
+#include "core/row_copy/kernels.h"
 #include "ovra/geometry.h"
 
 namespace ovra {
@@ -32,52 +33,88 @@ struct Placement {
   int64_t offset_y;
 };
 
-// Writes one pixel `count` times and answers the end of what it wrote. Doubling what stands there
-// already runs at the speed of memory, so that this operation has no tiers.
-uint8_t* FillPixels(uint8_t* begin, int64_t count, const void* pixel, size_t pixel_bytes) {
-  constexpr size_t kMaxCopy = 4096;  // the copied bytes stay in the first-level cache
-  const size_t bytes = static_cast<size_t>(count) * pixel_bytes;
-  if (bytes == 0) return begin;
-  std::memcpy(begin, pixel, pixel_bytes);
-  for (size_t done = pixel_bytes; done < bytes;) {
-    const size_t whole_pixels = std::min(done, kMaxCopy / pixel_bytes * pixel_bytes);
-    const size_t copied = std::min(whole_pixels, bytes - done);
-    std::memcpy(begin + done, begin, copied);
-    done += copied;
-  }
-  return begin + bytes;
-}
+// Writes the canvas in strips of rows: what stands left of the source in a strip is still in the
+// processor's table of pages when what stands right of it is written.
+constexpr int64_t kStripRows = 32;
 
 template <class Sample>
-void PlaceOnCanvas(const uint8_t* source, uint8_t* destination, const Placement& place,
-                   const PixelFormat& format, const uint16_t* fill) {
-  Sample pixel[kMaxChannels] = {};
-  for (uint32_t c = 0; c < format.channels; ++c) {
-    pixel[c] = static_cast<Sample>(std::min<uint32_t>(fill[c], format.MaxSample()));
-  }
-  const size_t pixel_bytes = format.channels * sizeof(Sample);
-  const std::ptrdiff_t source_stride = RowStride(place.source_width, format);
-  const std::ptrdiff_t stride = RowStride(place.destination_width, format);
-  const size_t source_bytes = static_cast<size_t>(place.source_width) * pixel_bytes;
-  const size_t packed_bytes = static_cast<size_t>(place.destination_width) * pixel_bytes;
-  const size_t padding = static_cast<size_t>(stride) - packed_bytes;
-  const int64_t right = place.destination_width - place.offset_x - place.source_width;
-  for (int64_t y = 0; y < place.destination_height; ++y) {
-    uint8_t* out = destination + y * stride;
-    const int64_t source_y = y - place.offset_y;
-    if (source_y < 0 || source_y >= place.source_height) {
-      out = FillPixels(out, place.destination_width, pixel, pixel_bytes);
-    } else {
-      out = FillPixels(out, place.offset_x, pixel, pixel_bytes);
-      std::memcpy(out, source + source_y * source_stride, source_bytes);
-      out = FillPixels(out + source_bytes, right, pixel, pixel_bytes);
+class Canvas {
+ public:
+  Canvas(uint8_t* destination, const Placement& place, const PixelFormat& format,
+         const uint16_t* fill, KernelTier tier)
+      : destination_(destination),
+        place_(place),
+        pixel_bytes_(static_cast<std::ptrdiff_t>(format.channels * sizeof(Sample))),
+        source_stride_(RowStride(place.source_width, format)),
+        stride_(RowStride(place.destination_width, format)),
+        streaming_(WritesRoundCache(stride_, place.destination_height)),
+        kernels_(RowCopyKernelsOf(tier)) {
+    for (uint32_t c = 0; c < std::min(format.channels, kMaxChannels); ++c) {
+      pixel_[c] = static_cast<Sample>(std::min<uint32_t>(fill[c], format.MaxSample()));
     }
-    // As many samples as the padding has bytes: of two-byte samples twice the padding. The surplus
-    // falls on the next row, which is written after it, and behind the last row on the bytes that
-    // the interface reserves there.
-    std::memset(out, 0, padding * sizeof(Sample));
   }
-}
+
+  void Write(const uint8_t* source) const {
+    const int64_t below = place_.offset_y + place_.source_height;
+    Fill(0, place_.destination_width, 0, place_.offset_y);
+    for (int64_t y = 0; y < place_.source_height; y += kStripRows) {
+      WriteStrip(source, y, std::min(kStripRows, place_.source_height - y));
+    }
+    Fill(0, place_.destination_width, below, place_.destination_height - below);
+    ClearPadding();
+  }
+
+ private:
+  uint8_t* At(int64_t x, int64_t y) const { return destination_ + y * stride_ + x * pixel_bytes_; }
+
+  // The strip of `rows` source rows from row y on, with what stands beside it.
+  void WriteStrip(const uint8_t* source, int64_t y, int64_t rows) const {
+    const int64_t row = place_.offset_y + y;
+    const int64_t right = place_.offset_x + place_.source_width;
+    Fill(0, place_.offset_x, row, rows);
+    kernels_.copy({.source = source + y * source_stride_,
+                   .source_stride = source_stride_,
+                   .destination = At(place_.offset_x, row),
+                   .destination_stride = stride_,
+                   .pixels = static_cast<std::ptrdiff_t>(place_.source_width) * pixel_bytes_,
+                   .rows = static_cast<std::ptrdiff_t>(rows),
+                   .padding = 0,
+                   .streaming = streaming_});
+    Fill(right, place_.destination_width - right, row, rows);
+  }
+
+  void Fill(int64_t x, int64_t columns, int64_t y, int64_t rows) const {
+    if (columns == 0) return;
+    kernels_.fill({.destination = At(x, y),
+                   .stride = stride_,
+                   .pixels = static_cast<std::ptrdiff_t>(columns),
+                   .rows = static_cast<std::ptrdiff_t>(rows),
+                   .pixel = pixel_,
+                   .pixel_bytes = pixel_bytes_,
+                   .streaming = streaming_});
+  }
+
+  // Of two-byte samples twice the padding is cleared: what falls on the next row is the row's, but
+  // behind the last row the interface reserves as many bytes.
+  void ClearPadding() const {
+    const int64_t packed = place_.destination_width * pixel_bytes_;
+    const auto padding = static_cast<size_t>(stride_ - packed);
+    if (padding == 0) return;
+    for (int64_t y = 0; y < place_.destination_height; ++y) {
+      const bool last = y == place_.destination_height - 1;
+      std::memset(At(0, y) + packed, 0, last ? padding * sizeof(Sample) : padding);
+    }
+  }
+
+  uint8_t* destination_;
+  const Placement& place_;
+  std::ptrdiff_t pixel_bytes_;
+  std::ptrdiff_t source_stride_;
+  std::ptrdiff_t stride_;
+  bool streaming_;
+  const RowCopyKernels& kernels_;
+  Sample pixel_[kMaxChannels] = {};
+};
 
 }  // namespace
 
@@ -97,7 +134,7 @@ Status ValidateExtrapolationFormat(PixelFormatCode code, PixelFormat* format) {
 Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t source_height,
                         uint8_t* destination, uint32_t destination_width,
                         uint32_t destination_height, PixelFormatCode code, int32_t offset_x,
-                        int32_t offset_y, const uint16_t* fill) {
+                        int32_t offset_y, const uint16_t* fill, KernelTier tier) {
   if (source == nullptr || destination == nullptr) return OVRA_ERROR_EXTRAPOLATION_NULL;
   if (source == destination) return OVRA_ERROR_EXTRAPOLATION_IN_PLACE;
   if (source_width == 0 || destination_height == 0) return OVRA_ERROR_EXTRAPOLATION_SIZE;
@@ -116,9 +153,9 @@ Status ExtrapolateImage(const uint8_t* source, uint32_t source_width, uint32_t s
                            destination_width, destination_height,
                            offset_x,          format.BottomUp() ? rows_below : offset_y};
   if (format.depth_bits > 8) {
-    PlaceOnCanvas<uint16_t>(source, destination, place, format, fill);
+    Canvas<uint16_t>(destination, place, format, fill, tier).Write(source);
   } else {
-    PlaceOnCanvas<uint8_t>(source, destination, place, format, fill);
+    Canvas<uint8_t>(destination, place, format, fill, tier).Write(source);
   }
   return OVRA_OK;
 }
@@ -132,5 +169,6 @@ OVRA_API OvraStatus OVRA_CALL OvraExtrapolateImage(const uint8_t* source, uint32
                                                    OvraPixelFormatCode format, int32_t offset_x,
                                                    int32_t offset_y, const uint16_t* fill) {
   return ovra::ExtrapolateImage(source, source_width, source_height, destination, destination_width,
-                                destination_height, format, offset_x, offset_y, fill);
+                                destination_height, format, offset_x, offset_y, fill,
+                                ovra::DetectedTier());
 }

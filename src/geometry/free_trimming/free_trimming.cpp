@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "core/row_copy/kernels.h"
 #include "core/rows.h"
 #include "core/work_memory.h"
 #include "geometry/free_trimming/kernels.h"
@@ -106,7 +107,8 @@ class Trimmer {
         has_fill_(fill != nullptr),
         trim_row_(ForTier(tier, kTrimmingPlain, kTrimmingSse, kTrimmingAvx2)
                       .Of(format.channels, format.depth_bits)),
-        movers_(RotationKernelsOf(tier)) {
+        movers_(RotationKernelsOf(tier)),
+        copy_(RowCopyKernelsOf(tier).copy) {
     for (std::ptrdiff_t c = 0; has_fill_ && c < channels_; ++c) {
       fill_[c] = static_cast<Sample>(std::min<int32_t>(fill[c], max_sample_));
     }
@@ -220,14 +222,16 @@ class Trimmer {
                                             count, tile.rows);
       return;
     }
-    for (int32_t row = 0; row < tile.rows; ++row) {
-      if (turn.columns_reversed) {
-        movers_.reverse_row[pixel_bytes_](first + row * step, PixelOf(tile, row), tile.columns);
-      } else {
-        std::memcpy(PixelOf(tile, row), first + row * step,
-                    static_cast<size_t>(tile.columns * pixel_bytes_));
-      }
-    }
+    const bool reversed = turn.columns_reversed;
+    MoveRows* const move_rows = reversed ? movers_.reverse[pixel_bytes_] : copy_;
+    move_rows({.source = first,
+               .source_stride = step,
+               .destination = PixelOf(tile, 0),
+               .destination_stride = destination_.stride,
+               .pixels = reversed ? tile.columns : tile.columns * pixel_bytes_,
+               .rows = tile.rows,
+               .padding = 0,
+               .streaming = false});
   }
 
   // The pixels outside the source are `outside`, or without it repeat the edge.
@@ -285,6 +289,7 @@ class Trimmer {
   Sample fill_[4] = {};
   TrimRow* trim_row_;
   const RotationKernels& movers_;
+  MoveRows* copy_;
   WorkMemory<uint8_t> area_;
 };
 

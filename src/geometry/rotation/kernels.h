@@ -4,10 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace ovra {
+#include "core/row_move.h"
 
-// Copies a row of pixels in reversed order. The rows do not overlap.
-using ReverseRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels);
+namespace ovra {
 
 // Copies pixel `column` of source row `row` to pixel `row` of destination row `column`. Strides are
 // in bytes and may be negative. The images do not overlap; only their pixels are read and written.
@@ -15,14 +14,14 @@ using TransposeBlock = void(const uint8_t* source, std::ptrdiff_t source_stride,
                             uint8_t* destination, std::ptrdiff_t destination_stride,
                             std::ptrdiff_t rows, std::ptrdiff_t columns);
 
-// The movers of one tier. A pixel is moved as a unit, so only its size in bytes matters, which is
+// The movers of one tier: of rows whose pixels are reversed, and of blocks. A pixel is moved as a unit, so only its size in bytes matters, which is
 // the index: 1, 2, 3, 4, 6 or 8. The others are null.
 struct RotationKernels {
   static constexpr int kMaxPixelBytes = 8;
 
   // The rows that transpose_block is best given at a time.
   std::ptrdiff_t block_rows;
-  ReverseRow* reverse_row[kMaxPixelBytes + 1];
+  MoveRows* reverse[kMaxPixelBytes + 1];
   TransposeBlock* transpose_block[kMaxPixelBytes + 1];
 };
 

@@ -10,10 +10,14 @@ namespace {
 constexpr std::ptrdiff_t kBlockRows = 64;
 
 template <int kPixelBytes>
-void Reverse(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
-  for (std::ptrdiff_t x = 0; x < pixels; ++x) {
-    std::memcpy(destination + x * kPixelBytes, source + (pixels - 1 - x) * kPixelBytes,
-                kPixelBytes);
+void Reverse(const RowMove& move) {
+  for (std::ptrdiff_t row = 0; row < move.rows; ++row) {
+    const uint8_t* const in = move.source + row * move.source_stride;
+    uint8_t* const out = move.destination + row * move.destination_stride;
+    for (std::ptrdiff_t x = 0; x < move.pixels; ++x) {
+      std::memcpy(out + x * kPixelBytes, in + (move.pixels - 1 - x) * kPixelBytes, kPixelBytes);
+    }
+    std::memset(out + move.pixels * kPixelBytes, 0, static_cast<size_t>(move.padding));
   }
 }
 

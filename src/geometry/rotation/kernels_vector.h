@@ -2,7 +2,7 @@
 // The vector forms, for registers of any width. Included by one kernel file a tier.
 #pragma once
 
-#include "core/vector_ops.h"
+#include "core/row_moves_vector.h"
 #include "geometry/rotation/kernels.h"
 
 namespace ovra {
@@ -18,22 +18,6 @@ constexpr int8_t kZero = -1;
 struct ByteTable {
   alignas(kLaneBytes) int8_t bytes[kLaneBytes] = {};
 };
-
-// Reverses the pixels that end a lane. Where they do not fill it, the first bytes of the lane are
-// left out and the last of the result are 0.
-template <int kPixelBytes>
-constexpr ByteTable ReversingTable() {
-  constexpr int kPixels = kLaneBytes / kPixelBytes;
-  constexpr int kSurplus = kLaneBytes - kPixels * kPixelBytes;
-  ByteTable table;
-  for (int i = 0; i < kLaneBytes; ++i) {
-    const int pixel = kPixels - 1 - i / kPixelBytes;
-    const bool used = i < kLaneBytes - kSurplus;
-    table.bytes[i] =
-        used ? static_cast<int8_t>(kSurplus + pixel * kPixelBytes + i % kPixelBytes) : kZero;
-  }
-  return table;
-}
 
 // Spreads packed pixels over cells of the next power of two, or packs them again.
 template <int kPixelBytes, int kCellBytes>
@@ -64,21 +48,11 @@ const RotationKernels& Rest() {
 }
 
 template <class V, int kPixelBytes>
-void Reverse(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
-  constexpr std::ptrdiff_t kPixels = kLaneBytes / kPixelBytes;
-  constexpr std::ptrdiff_t kUsedBytes = kPixels * kPixelBytes;
-  constexpr std::ptrdiff_t kStep = V::kLanes * kPixels;
-  static constexpr ByteTable kTable = ReversingTable<kPixelBytes>();
-  const auto reverse = V::LoadToAllLanes(kTable.bytes);
-  // A lane reads some bytes before its pixels and writes as many behind them, which the next step
-  // writes again: hence one pixel more must follow.
-  std::ptrdiff_t x = 0;
-  for (; x + kStep < pixels; x += kStep) {
-    const uint8_t* const in = source + (pixels - x) * kPixelBytes - kLaneBytes;
-    uint8_t* const out = destination + x * kPixelBytes;
-    V::StoreLanes(out, out + kUsedBytes, V::Shuffle8(V::LoadLanes(in, in - kUsedBytes), reverse));
-  }
-  Rest<V>().reverse_row[kPixelBytes](source, destination + x * kPixelBytes, pixels - x);
+void Reverse(const RowMove& move) {
+  constexpr bool kBackward = true;
+  constexpr bool kExchangedBytes = false;
+  RowMover<V, PixelOrder<kPixelBytes, kBackward, kExchangedBytes>>::Run(
+      move, Rest<V>().reverse[kPixelBytes]);
 }
 
 // Squares of cells are transposed in registers: cells of the pixel's size, or of the next power of

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "core/format_rules.h"
+#include "core/row_copy/kernels.h"
 #include "ovra/geometry.h"
 
 namespace ovra {
@@ -28,21 +29,22 @@ OrientedImage MakeOrientedImage(uint8_t* destination, int32_t width, int32_t hei
   image.pixel_bytes = BytesPerSample(static_cast<int32_t>(format.depth_bits)) *
                       static_cast<int32_t>(format.channels);
   image.stride = RowStride(image.orientation.transposed ? height : width, format);
+  image.streaming = WritesRoundCache(image.stride, image.orientation.transposed ? width : height);
   return image;
 }
 
-void CopyRow(const uint8_t* source, uint8_t* destination, const OrientedImage& image,
-             const RotationKernels& kernels) {
-  if (image.orientation.columns_reversed) {
-    kernels.reverse_row[image.pixel_bytes](source, destination, image.source_width);
-  } else {
-    std::memcpy(destination, source, static_cast<size_t>(image.source_width * image.pixel_bytes));
-  }
+std::ptrdiff_t PaddingOf(const OrientedImage& image) {
+  const std::ptrdiff_t pixels =
+      image.orientation.transposed ? image.source_height : image.source_width;
+  return image.stride - pixels * image.pixel_bytes;
 }
 
-void ClearPadding(uint8_t* row, std::ptrdiff_t pixels, const OrientedImage& image) {
-  const std::ptrdiff_t packed = pixels * image.pixel_bytes;
-  std::memset(row + packed, 0, static_cast<size_t>(image.stride - packed));
+void ClearPadding(const OrientedImage& image) {
+  const auto padding = static_cast<size_t>(PaddingOf(image));
+  if (padding == 0) return;
+  for (std::ptrdiff_t y = 1; y <= image.source_width; ++y) {
+    std::memset(image.base + y * image.stride - padding, 0, padding);
+  }
 }
 
 }  // namespace
@@ -68,30 +70,33 @@ Orientation OrientationOf(int32_t mode, bool bottom_up) {
 }
 
 void OrientRows(const uint8_t* rows, std::ptrdiff_t rows_stride, std::ptrdiff_t first,
-                std::ptrdiff_t count, const OrientedImage& image, const RotationKernels& kernels) {
-  const bool backward = image.orientation.rows_reversed;
-  const uint8_t* const source = backward ? rows + (count - 1) * rows_stride : rows;
-  const std::ptrdiff_t step = backward ? -rows_stride : rows_stride;
-  const std::ptrdiff_t place = backward ? image.source_height - first - count : first;
-  if (!image.orientation.transposed) {
-    for (std::ptrdiff_t i = 0; i < count; ++i) {
-      uint8_t* const row = image.base + (place + i) * image.stride;
-      CopyRow(source + i * step, row, image, kernels);
-      ClearPadding(row, image.source_width, image);
-    }
-    return;
+                std::ptrdiff_t count, const OrientedImage& image, KernelTier tier) {
+  const RotationKernels& kernels = RotationKernelsOf(tier);
+  const Orientation& turn = image.orientation;
+  const uint8_t* const source = turn.rows_reversed ? rows + (count - 1) * rows_stride : rows;
+  const std::ptrdiff_t step = turn.rows_reversed ? -rows_stride : rows_stride;
+  const std::ptrdiff_t place = turn.rows_reversed ? image.source_height - first - count : first;
+  if (!turn.transposed) {
+    const bool reversed = turn.columns_reversed;
+    MoveRows* const move_rows =
+        reversed ? kernels.reverse[image.pixel_bytes] : RowCopyKernelsOf(tier).copy;
+    return move_rows(
+        {.source = source,
+         .source_stride = step,
+         .destination = image.base + place * image.stride,
+         .destination_stride = image.stride,
+         .pixels = reversed ? image.source_width : image.source_width * image.pixel_bytes,
+         .rows = count,
+         .padding = PaddingOf(image),
+         .streaming = image.streaming});
   }
-  const bool upward = image.orientation.columns_reversed;
+  const bool upward = turn.columns_reversed;
   uint8_t* const first_row =
       upward ? image.base + (image.source_width - 1) * image.stride : image.base;
   kernels.transpose_block[image.pixel_bytes](source, step, first_row + place * image.pixel_bytes,
                                              upward ? -image.stride : image.stride, count,
                                              image.source_width);
-  if (place + count == image.source_height) {
-    for (std::ptrdiff_t y = 0; y < image.source_width; ++y) {
-      ClearPadding(image.base + y * image.stride, image.source_height, image);
-    }
-  }
+  if (place + count == image.source_height) ClearPadding(image);
 }
 
 const RotationKernels& RotationKernelsOf(KernelTier tier) {
@@ -121,12 +126,13 @@ Status RotateImage(const uint8_t* source, uint8_t* destination, int32_t width, i
   if (width < 0 || height < 0 || onto_itself) return OVRA_OK;
 
   const OrientedImage image = MakeOrientedImage(destination, width, height, format, mode);
-  const RotationKernels& kernels = RotationKernelsOf(tier);
+  const std::ptrdiff_t block_rows =
+      image.orientation.transposed ? RotationKernelsOf(tier).block_rows : height;
   const std::ptrdiff_t stride = RowStride(width, format);
-  for (std::ptrdiff_t place = 0; place < height; place += kernels.block_rows) {
-    const std::ptrdiff_t count = std::min(kernels.block_rows, height - place);
+  for (std::ptrdiff_t place = 0; place < height; place += block_rows) {
+    const std::ptrdiff_t count = std::min(block_rows, height - place);
     const std::ptrdiff_t first = image.orientation.rows_reversed ? height - place - count : place;
-    OrientRows(source + first * stride, stride, first, count, image, kernels);
+    OrientRows(source + first * stride, stride, first, count, image, tier);
   }
   return OVRA_OK;
 }

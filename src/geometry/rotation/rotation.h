@@ -34,13 +34,14 @@ struct OrientedImage {
   std::ptrdiff_t source_width;
   std::ptrdiff_t source_height;
   std::ptrdiff_t pixel_bytes;
+  bool streaming = false;  // whether rows that are not transposed are written round the cache
 };
 
 // Writes `count` source rows from number `first` on, which stand at `rows`, to their places. Padding
 // is set to 0: that of the rows written, or, transposed, that of all rows together with the last
-// column. Transposing is fast with kernels.block_rows rows at a time.
+// column. Transposing is fast with block_rows of the tier's kernels at a time.
 void OrientRows(const uint8_t* rows, std::ptrdiff_t rows_stride, std::ptrdiff_t first,
-                std::ptrdiff_t count, const OrientedImage& image, const RotationKernels& kernels);
+                std::ptrdiff_t count, const OrientedImage& image, KernelTier tier);
 
 const RotationKernels& RotationKernelsOf(KernelTier tier);
 

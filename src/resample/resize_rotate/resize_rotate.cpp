@@ -36,7 +36,7 @@ ResizeShape UprightShape(const ResizeImages& images, int32_t mode) {
 class TurnedImage {
  public:
   TurnedImage(const ResizeImages& images, const ResizePlan& plan, int32_t mode, KernelTier tier)
-      : images_(images), plan_(plan), kernels_(RotationKernelsOf(tier)) {
+      : images_(images), plan_(plan), tier_(tier) {
     const ImageSize upright = plan.shape.destination;
     image_ = {images.destination,
               RowStride(images.shape.destination.width, plan.format),
@@ -47,9 +47,9 @@ class TurnedImage {
                         static_cast<int32_t>(plan.format.depth_bits), 1)};
   }
 
-  Status Write(KernelTier tier) {
+  Status Write() {
     RowStream rows;
-    const Status status = rows.Prepare(plan_, RowMemory::kAtOnce, tier);
+    const Status status = rows.Prepare(plan_, RowMemory::kAtOnce, tier_);
     if (status != OVRA_OK) return status;
     if (!image_.orientation.transposed && !image_.orientation.columns_reversed) {
       WriteInPlace(&rows);
@@ -85,14 +85,14 @@ class TurnedImage {
     while (rows->Written() < plan_.shape.destination.height) {
       const int32_t first = rows->Written();
       rows->Run(AllSourceRows(), strip.Row(0), spacing, strip_rows);
-      OrientRows(strip.Row(0), spacing, first, rows->Written() - first, image_, kernels_);
+      OrientRows(strip.Row(0), spacing, first, rows->Written() - first, image_, tier_);
     }
     return OVRA_OK;
   }
 
   const ResizeImages& images_;
   const ResizePlan& plan_;
-  const RotationKernels& kernels_;
+  KernelTier tier_;
   OrientedImage image_;
 };
 
@@ -102,7 +102,7 @@ Status Turn(const ResizeImages& images, const ResizePlan& plan, int32_t mode, Ke
     return RotateImage(images.source, images.destination, plan.shape.source.width,
                        plan.shape.source.height, images.format, mode, tier);
   }
-  return TurnedImage(images, plan, mode, tier).Write(tier);
+  return TurnedImage(images, plan, mode, tier).Write();
 }
 
 }  // namespace
