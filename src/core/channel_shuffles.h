@@ -38,7 +38,8 @@ constexpr ThreeChannelOrders<kBits> kThreeChannelOrders;
 
 // The bytes of three registers that each order picks, together.
 template <class V>
-typename V::Reg PickFromThree(const typename V::Reg (&from)[3], const int8_t (&orders)[3][16]) {
+[[gnu::always_inline]] inline typename V::Reg PickFromThree(const typename V::Reg (&from)[3],
+                                                            const int8_t (&orders)[3][16]) {
   const auto pick = [&](int i) { return V::Shuffle8(from[i], V::LoadToAllLanes(orders[i])); };
   return V::Or(V::Or(pick(0), pick(1)), pick(2));
 }
@@ -70,7 +71,7 @@ constexpr ThreeChannelWords kThreeChannelWords;
 
 // The words of channel kChannel, in order, from three registers of pixels.
 template <class V, int kChannel>
-typename V::Reg ChannelWords(const typename V::Reg (&pixels)[3]) {
+[[gnu::always_inline]] inline typename V::Reg ChannelWords(const typename V::Reg (&pixels)[3]) {
   constexpr const auto& kIn = kThreeChannelWords.in_register[kChannel];
   const auto words =
       V::template Choose16<kIn[2]>(V::template Choose16<kIn[1]>(pixels[0], pixels[1]), pixels[2]);
@@ -79,7 +80,7 @@ typename V::Reg ChannelWords(const typename V::Reg (&pixels)[3]) {
 
 // Register kRegister of the pixels, from channels whose words have been put in their places.
 template <class V, int kRegister>
-typename V::Reg PixelWords(const typename V::Reg (&words)[3]) {
+[[gnu::always_inline]] inline typename V::Reg PixelWords(const typename V::Reg (&words)[3]) {
   constexpr const auto& kIn = kThreeChannelWords.in_register;
   return V::template Choose16<kIn[2][kRegister]>(
       V::template Choose16<kIn[1][kRegister]>(words[0], words[1]), words[2]);
@@ -87,7 +88,8 @@ typename V::Reg PixelWords(const typename V::Reg (&words)[3]) {
 
 // Three registers of pixels as three of channels, and back.
 template <class V, int kBits>
-void SplitRegisters(const typename V::Reg (&pixels)[3], typename V::Reg (&channels)[3]) {
+[[gnu::always_inline]] inline void SplitRegisters(const typename V::Reg (&pixels)[3],
+                                                  typename V::Reg (&channels)[3]) {
   if constexpr (kBits == 16) {
     channels[0] = ChannelWords<V, 0>(pixels);
     channels[1] = ChannelWords<V, 1>(pixels);
@@ -100,7 +102,8 @@ void SplitRegisters(const typename V::Reg (&pixels)[3], typename V::Reg (&channe
 }
 
 template <class V, int kBits>
-void JoinRegisters(const typename V::Reg (&channels)[3], typename V::Reg (&pixels)[3]) {
+[[gnu::always_inline]] inline void JoinRegisters(const typename V::Reg (&channels)[3],
+                                                 typename V::Reg (&pixels)[3]) {
   if constexpr (kBits == 16) {
     typename V::Reg words[3];
     for (int c = 0; c < 3; ++c) {
@@ -119,7 +122,8 @@ void JoinRegisters(const typename V::Reg (&channels)[3], typename V::Reg (&pixel
 // Reads pixels of three samples of kBits: 16 or 8 of them for each lane, 48 bytes that stand one
 // after the other. The channels come in the order of the pixels.
 template <class V, int kBits>
-void SplitThreeChannels(const void* pixels, typename V::Reg (&channels)[3]) {
+[[gnu::always_inline]] inline void SplitThreeChannels(const void* pixels,
+                                                      typename V::Reg (&channels)[3]) {
   const auto* const bytes = static_cast<const uint8_t*>(pixels);
   typename V::Reg in[3];
   for (int i = 0; i < 3; ++i) in[i] = V::LoadLanes(bytes + 16 * i, bytes + 48 + 16 * i);
@@ -128,11 +132,49 @@ void SplitThreeChannels(const void* pixels, typename V::Reg (&channels)[3]) {
 
 // Writes what SplitThreeChannels reads.
 template <class V, int kBits>
-void JoinThreeChannels(const typename V::Reg (&channels)[3], void* pixels) {
+[[gnu::always_inline]] inline void JoinThreeChannels(const typename V::Reg (&channels)[3],
+                                                     void* pixels) {
   auto* const bytes = static_cast<uint8_t*>(pixels);
   typename V::Reg out[3];
   JoinRegisters<V, kBits>(channels, out);
   for (int i = 0; i < 3; ++i) V::StoreLanes(bytes + 16 * i, bytes + 48 + 16 * i, out[i]);
+}
+
+// Reads pixels of four bytes: 16 of them for each lane, 64 bytes that stand one after the other.
+template <class V>
+[[gnu::always_inline]] inline void SplitFourChannels(const void* pixels,
+                                                     typename V::Reg (&channels)[4]) {
+  static constexpr int8_t kByChannel[16] = {0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15};
+  const auto* const bytes = static_cast<const uint8_t*>(pixels);
+  const auto order = V::LoadToAllLanes(kByChannel);
+  typename V::Reg fours[4];  // of each channel the samples of four pixels
+  for (int i = 0; i < 4; ++i) {
+    fours[i] = V::Shuffle8(V::LoadLanes(bytes + 16 * i, bytes + 64 + 16 * i), order);
+  }
+  const auto low_first = V::template UnpackLow<32>(fours[0], fours[1]);
+  const auto low_second = V::template UnpackLow<32>(fours[2], fours[3]);
+  const auto high_first = V::template UnpackHigh<32>(fours[0], fours[1]);
+  const auto high_second = V::template UnpackHigh<32>(fours[2], fours[3]);
+  channels[0] = V::template UnpackLow<64>(low_first, low_second);
+  channels[1] = V::template UnpackHigh<64>(low_first, low_second);
+  channels[2] = V::template UnpackLow<64>(high_first, high_second);
+  channels[3] = V::template UnpackHigh<64>(high_first, high_second);
+}
+
+// Writes pixels of four words: 8 of them for each lane, 64 bytes that stand one after the other.
+template <class V>
+[[gnu::always_inline]] inline void JoinFourChannels(const typename V::Reg (&channels)[4],
+                                                    void* pixels) {
+  auto* const bytes = static_cast<uint8_t*>(pixels);
+  const typename V::Reg first[2] = {V::template UnpackLow<16>(channels[0], channels[1]),
+                                    V::template UnpackHigh<16>(channels[0], channels[1])};
+  const typename V::Reg second[2] = {V::template UnpackLow<16>(channels[2], channels[3]),
+                                     V::template UnpackHigh<16>(channels[2], channels[3])};
+  for (int i = 0; i < 2; ++i) {
+    uint8_t* const at = bytes + 32 * i;
+    V::StoreLanes(at, at + 64, V::template UnpackLow<32>(first[i], second[i]));
+    V::StoreLanes(at + 16, at + 80, V::template UnpackHigh<32>(first[i], second[i]));
+  }
 }
 
 // Spreads a number for each pixel, as wide as a sample, over the pixel's first kChanged samples; its

@@ -29,23 +29,9 @@ Status EngineRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, Ker
   source_height_ = shape.source.height;
   destination_height_ = shape.destination.height;
   vertical_pass_.taps = row_taps;
-  if (!Allocate(plan)) return OVRA_ERROR_NO_MEMORY;
-
-  FillColumns(plan);
-  const int32_t column_taps = plan.kernel.horizontal.taps;
-  horizontal_pass_ = {columns_.data(),
-                      column_weights_.data(),
-                      WeightStride(column_taps),
-                      column_taps,
-                      TapsBeforeCentre(column_taps),
-                      shape.source.width,
-                      shape.destination.width,
-                      0,
-                      0};
-  const HorizontalKernel<Sample>& horizontal =
-      kernels.Horizontal(column_taps, plan.format.channels);
-  filter_row_ = horizontal.run;
-  FindInnerColumns(horizontal.pixels_read == 0 ? column_taps : horizontal.pixels_read);
+  if (!AllocateRows(plan)) return OVRA_ERROR_NO_MEMORY;
+  const Status status = PrepareColumns(plan, tier);
+  if (status != OVRA_OK) return status;
 
   rows_ = AxisTaps(
       {shape.destination.height, plan.FirstRegionRow(), shape.region.height, plan.factors.vertical},
@@ -62,17 +48,48 @@ Status EngineRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, Ker
   return OVRA_OK;
 }
 
+// The rows of the ring hold whole groups of columns.
 template <class Sample>
-bool EngineRows<Sample>::Allocate(const ResizePlan& plan) {
+bool EngineRows<Sample>::AllocateRows(const ResizePlan& plan) {
   const auto width = static_cast<uint64_t>(plan.shape.destination.width);
+  const uint64_t room = (width + kMaxByteColumnsGroup - 1) / kMaxByteColumnsGroup *
+                        kMaxByteColumnsGroup * plan.format.channels;
   const auto row_taps = static_cast<uint64_t>(plan.kernel.vertical.taps);
-  const auto column_stride = static_cast<uint64_t>(WeightStride(plan.kernel.horizontal.taps));
   const bool complete =
-      ring_.Allocate(width * plan.format.channels, row_taps) && columns_.Allocate(width) &&
-      column_weights_.Allocate(SaturatedProduct(width, column_stride)) &&
+      ring_.Allocate(room, row_taps) &&
       row_weights_.Allocate(static_cast<uint64_t>(WeightStride(plan.kernel.vertical.taps)));
   const bool has_tap_arrays = combine_rows_ != nullptr || tap_arrays_for_each_row_;
   return complete && (has_tap_arrays || AllocateTapArrays());
+}
+
+template <class Sample>
+Status EngineRows<Sample>::PrepareColumns(const ResizePlan& plan, KernelTier tier) {
+  const ResizeShape& shape = plan.shape;
+  const ResizeKernels& kernels = ForTier(tier, kResizePlain, kResizeSse, kResizeAvx2);
+  const int32_t taps = plan.kernel.horizontal.taps;
+  const AxisTaps axis(
+      {shape.destination.width, shape.region.x, shape.region.width, plan.factors.horizontal},
+      plan.kernel.table, plan.kernel.horizontal);
+  if constexpr (sizeof(Sample) == 1) {
+    const Status status = byte_columns_.Prepare(plan, axis, kernels.byte_columns);
+    if (status != OVRA_OK || byte_columns_.Usable()) return status;
+  }
+  if (!FillColumns(plan, axis)) return OVRA_ERROR_NO_MEMORY;
+  horizontal_pass_ = {columns_.data(),
+                      column_weights_.data(),
+                      WeightStride(taps),
+                      taps,
+                      TapsBeforeCentre(taps),
+                      shape.source.width,
+                      shape.destination.width,
+                      0,
+                      0,
+                      plan.SourceStride()};
+  const HorizontalKernel<Sample>& horizontal =
+      kernels.Of<Sample>().Horizontal(taps, plan.format.channels);
+  filter_row_ = horizontal.run;
+  FindInnerColumns(horizontal.pixels_read == 0 ? taps : horizontal.pixels_read);
+  return OVRA_OK;
 }
 
 template <class Sample>
@@ -82,15 +99,17 @@ bool EngineRows<Sample>::AllocateTapArrays() {
 }
 
 template <class Sample>
-void EngineRows<Sample>::FillColumns(const ResizePlan& plan) {
-  const ResizeShape& shape = plan.shape;
-  const AxisTaps taps(
-      {shape.destination.width, shape.region.x, shape.region.width, plan.factors.horizontal},
-      plan.kernel.table, plan.kernel.horizontal);
+bool EngineRows<Sample>::FillColumns(const ResizePlan& plan, const AxisTaps& taps) {
+  const auto width = static_cast<uint64_t>(plan.shape.destination.width);
   const std::ptrdiff_t stride = WeightStride(plan.kernel.horizontal.taps);
-  for (int32_t i = 0; i < shape.destination.width; ++i) {
+  if (!columns_.Allocate(width) ||
+      !column_weights_.Allocate(SaturatedProduct(width, static_cast<uint64_t>(stride)))) {
+    return false;
+  }
+  for (int32_t i = 0; i < plan.shape.destination.width; ++i) {
     columns_[static_cast<size_t>(i)] = taps.Fill(i, column_weights_.data() + i * stride);
   }
+  return true;
 }
 
 // Finds the columns whose `pixels_read` pixels from the first tap on lie inside the source. Centres
@@ -145,10 +164,18 @@ void EngineRows<Sample>::FindWindow() {
 }
 
 template <class Sample>
+void EngineRows<Sample>::Filter(const uint8_t* row, Intermediate<Sample>* out) {
+  if constexpr (sizeof(Sample) == 1) {
+    if (byte_columns_.Usable()) return byte_columns_.Run(row, out);
+  }
+  filter_row_(horizontal_pass_, reinterpret_cast<const Sample*>(row), out);
+}
+
+template <class Sample>
 void EngineRows<Sample>::Take(const uint8_t* row) {
   const int64_t number = taken_++;
   if (next_ > window_end_ || ClampedRow(next_) != number) return;  // no tap reads it
-  filter_row_(horizontal_pass_, reinterpret_cast<const Sample*>(row), ring_.Row(slot_));
+  Filter(row, ring_.Row(slot_));
   filtered_ = number;
   ++next_;
   slot_ = slot_ + 1 == vertical_pass_.taps ? 0 : slot_ + 1;

@@ -11,6 +11,7 @@
 #include "core/status.h"
 #include "core/work_memory.h"
 #include "resample/resize/axis_taps.h"
+#include "resample/resize/byte_columns.h"
 #include "resample/resize/kernels.h"
 #include "resample/resize_plan.h"
 
@@ -27,17 +28,20 @@ class EngineRows {
   void Write(uint8_t* destination);
 
  private:
-  [[nodiscard]] bool Allocate(const ResizePlan& plan);
-  void FillColumns(const ResizePlan& plan);
+  [[nodiscard]] bool AllocateRows(const ResizePlan& plan);
+  Status PrepareColumns(const ResizePlan& plan, KernelTier tier);
+  [[nodiscard]] bool FillColumns(const ResizePlan& plan, const AxisTaps& taps);
   void FindInnerColumns(int32_t pixels_read);
   [[nodiscard]] bool AllocateTapArrays();
 
+  void Filter(const uint8_t* row, Intermediate<Sample>* out);
   void FindWindow();
   void RepeatEdgeRow();
   int64_t ClampedRow(int64_t row) const;
 
   AxisTaps rows_;
   WorkMemory<int16_t> row_weights_;
+  ByteColumns byte_columns_;  // where they are usable; the others take what follows
   WorkMemory<TapSet> columns_;
   WorkMemory<int16_t> column_weights_;
   RowRing<Intermediate<Sample>> ring_;

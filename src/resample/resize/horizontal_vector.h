@@ -7,6 +7,7 @@
 
 #include "core/vector_ops.h"
 #include "resample/resize/kernels.h"
+#include "resample/resize/next_row.h"
 
 namespace ovra {
 namespace {
@@ -287,7 +288,13 @@ void HorizontalRowVector(const HorizontalPass& pass, const Sample* source,
                                                          : kFourChannels];
   clamped(pass, 0, pass.inner_begin, source, out);
   int32_t column = pass.inner_begin;
-  for (; column + Columns::kStep <= end; column += Columns::kStep) {
+  const int32_t steps_end = end - Columns::kStep;
+  const auto first_byte = [&](int32_t i) {
+    return std::ptrdiff_t{pass.sets[i].centre} * kChannels * std::ptrdiff_t{sizeof(Sample)};
+  };
+  NextRow next_row(source, pass.source_stride, column <= steps_end ? first_byte(column) : 0);
+  for (; column <= steps_end; column += Columns::kStep) {
+    next_row.AskUpToByte(first_byte(column));
     columns.Step(column, source, out + std::ptrdiff_t{column} * kChannels);
   }
   clamped(pass, column, pass.destination_width, source, out);

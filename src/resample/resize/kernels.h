@@ -46,6 +46,7 @@ struct HorizontalPass {
   // the others taps outside the source repeat its edge.
   int32_t inner_begin;
   int32_t inner_end;
+  std::ptrdiff_t source_stride;
 };
 
 template <class Sample>
@@ -83,10 +84,45 @@ template <class Sample>
 using VerticalRowOfAnyTaps = void(const VerticalPass<Sample>& pass, int32_t* slots,
                                   int32_t* weights, Sample* destination);
 
+// The columns of a resize of 8-bit samples, in groups as wide as a register of 16-bit sums. A weight
+// is 16 times a signed byte, the high part, and an unsigned one below 16, the low part.
+inline constexpr int32_t kByteColumnsInLane = 8;
+inline constexpr int32_t kMaxByteColumnsGroup = 16;
+inline constexpr int32_t kByteLowBits = 4;
+inline constexpr std::ptrdiff_t kByteWindow = 16;  // bytes of a plane that a lane loads
+
+struct ByteColumnsPass {
+  // Of each group, a register each: for every window the shuffle that brings the first pair of taps of
+  // each column together (further pairs lie two bytes further on), then for every pair of taps its high
+  // weights and its low ones.
+  const int8_t* tables;
+  std::ptrdiff_t group_bytes;
+  const int32_t* starts;  // of the windows in a plane: of each lane the first, and the second
+  int32_t groups;
+  int32_t pairs;
+  // Planes of channels, from column `first_column` of the source on: `repeated_left` times the first
+  // sample of the row, `inner` samples, and `repeated_right` times the last one. Behind them a register
+  // may be written.
+  uint8_t* planes;
+  std::ptrdiff_t plane_spacing;
+  std::ptrdiff_t first_column;
+  std::ptrdiff_t repeated_left;
+  std::ptrdiff_t inner;
+  std::ptrdiff_t repeated_right;
+  std::ptrdiff_t last_column;  // of the source
+  std::ptrdiff_t source_stride;
+};
+
+using ByteColumnsRow = void(const ByteColumnsPass& pass, const uint8_t* source, int16_t* out);
+
 // Kernels are chosen by channel count (no two-channel format can be resized) and by tap count:
 // there are forms for 4 to 8 and for 16 taps, and one for all other counts.
 enum { kOneChannel, kThreeChannels, kFourChannels, kChannelCounts };
 enum { kTaps4, kTaps5, kTaps6, kTaps7, kTaps8, kTaps16, kAnyTaps, kTapForms };
+
+constexpr uint32_t ChannelForm(uint32_t channels) {
+  return channels == 1 ? kOneChannel : channels == 3 ? kThreeChannels : kFourChannels;
+}
 
 template <class Sample>
 struct ResizeKernelsOf {
@@ -106,15 +142,21 @@ struct ResizeKernelsOf {
     if (taps >= 4 && taps <= 8) return taps - 4 + kTaps4;
     return taps == 16 ? kTaps16 : kAnyTaps;
   }
-  static constexpr uint32_t ChannelForm(uint32_t channels) {
-    return channels == 1 ? kOneChannel : channels == 3 ? kThreeChannels : kFourChannels;
-  }
+};
+
+// By windows of a lane, and channels.
+struct ByteColumnsKernels {
+  static constexpr int32_t kMaxWindows = 2;
+
+  int32_t lanes;  // of a register; 0 where a tier has no such form
+  ByteColumnsRow* rows[kMaxWindows][kChannelCounts];
 };
 
 // The kernels of one tier. No kernel reads beyond the source row or writes beyond its own.
 struct ResizeKernels {
   ResizeKernelsOf<uint8_t> of_bytes;
   ResizeKernelsOf<uint16_t> of_words;
+  ByteColumnsKernels byte_columns;
 
   // Inlined always: a tier may not leave a copy of it to others.
   template <class Sample>

@@ -111,6 +111,6 @@ constexpr ResizeKernelsOf<Sample> MakeKernels() {
 
 }  // namespace
 
-const ResizeKernels kResizePlain = {MakeKernels<uint8_t>(), MakeKernels<uint16_t>()};
+const ResizeKernels kResizePlain = {MakeKernels<uint8_t>(), MakeKernels<uint16_t>(), {}};
 
 }  // namespace ovra

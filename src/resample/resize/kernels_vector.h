@@ -2,6 +2,7 @@
 // The kernels of a tier, for registers of any width. Included by one kernel file a tier.
 #pragma once
 
+#include "resample/resize/byte_columns_vector.h"
 #include "resample/resize/horizontal_vector.h"
 #include "resample/resize/vertical_vector.h"
 
@@ -48,7 +49,8 @@ constexpr ResizeKernelsOf<Sample> MakeKernels() {
 }
 
 template <class V>
-constexpr ResizeKernels kResizeOf = {MakeKernels<V, uint8_t>(), MakeKernels<V, uint16_t>()};
+constexpr ResizeKernels kResizeOf = {MakeKernels<V, uint8_t>(), MakeKernels<V, uint16_t>(),
+                                     kByteColumnsOf<V>};
 
 }  // namespace
 }  // namespace ovra

@@ -33,46 +33,49 @@ struct VerticalSums {
   typename V::Reg Shifted(int i) const { return V::ShiftRight32(sums[i], kVerticalShift); }
 };
 
-template <class V>
-typename V::Reg WeightsOfTwoRows(int16_t first, int16_t second) {
-  return V::Set32(
-      static_cast<int32_t>(static_cast<uint16_t>(first) | static_cast<uint32_t>(second) << 16));
+// 16-bit intermediates: the rows of a pair are interleaved, to be multiplied by a pair of weights.
+// 32-bit ones are multiplied row by row.
+template <class Sample>
+constexpr int32_t kRowsOfAFactor = sizeof(Sample) == 1 ? 2 : 1;
+
+// What row k of a part, or rows k and k + 1, are multiplied by.
+template <class V, class Sample>
+typename V::Reg FactorOf(const int16_t* weights, int32_t k, int32_t count) {
+  if constexpr (kRowsOfAFactor<Sample> == 1) return V::Set32(weights[k]);
+  const int32_t second = k + 1 < count ? weights[k + 1] : 0;
+  return V::Set32(static_cast<int32_t>(static_cast<uint16_t>(weights[k]) |
+                                       static_cast<uint32_t>(second) << 16));
 }
 
-// 16-bit intermediates: the rows of a pair are interleaved, to be multiplied by a pair of weights.
-template <class V>
-void AddRows(const RingPart<uint8_t>& part, int32_t count, std::ptrdiff_t i,
-             VerticalSums<V>* block) {
+// Adds `count` rows from sample i on; factor(k) is FactorOf of row k.
+template <class V, class Factor>
+[[gnu::always_inline]] inline void AddRows(const RingPart<uint8_t>& part, int32_t count,
+                                           std::ptrdiff_t i, const Factor& factor,
+                                           VerticalSums<V>* block) {
   using Reg = typename V::Reg;
   constexpr std::ptrdiff_t kRegSamples = V::kBytes / sizeof(int16_t);
-  const auto add_pair = [block](int half, Reg a, Reg b, Reg weights) {
-    Reg* const sums = block->sums + 2 * half;
-    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
-    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
-  };
   const int16_t* row = part.rows + i;
-  int32_t k = 0;
-  for (; k + 1 < count; k += 2) {
-    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], part.weights[k + 1]);
-    const int16_t* const next = row + part.row_spacing;
-    add_pair(0, V::Load(row), V::Load(next), weights);
-    add_pair(1, V::Load(row + kRegSamples), V::Load(next + kRegSamples), weights);
-    row = next + part.row_spacing;
-  }
-  if (k < count) {
-    const Reg weights = WeightsOfTwoRows<V>(part.weights[k], 0);
-    add_pair(0, V::Load(row), V::Set32(0), weights);
-    add_pair(1, V::Load(row + kRegSamples), V::Set32(0), weights);
+  for (int32_t k = 0; k < count; k += 2, row += 2 * part.row_spacing) {
+    const Reg weights = factor(k);
+    for (int half = 0; half < 2; ++half) {
+      const Reg a = V::Load(row + half * kRegSamples);
+      const Reg b =
+          k + 1 < count ? V::Load(row + half * kRegSamples + part.row_spacing) : V::Zero();
+      Reg* const sums = block->sums + 2 * half;
+      sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
+      sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
+    }
   }
 }
 
-template <class V>
-void AddRows(const RingPart<uint16_t>& part, int32_t count, std::ptrdiff_t i,
-             VerticalSums<V>* block) {
+template <class V, class Factor>
+[[gnu::always_inline]] inline void AddRows(const RingPart<uint16_t>& part, int32_t count,
+                                           std::ptrdiff_t i, const Factor& factor,
+                                           VerticalSums<V>* block) {
   constexpr std::ptrdiff_t kRegSamples = V::kBytes / sizeof(int32_t);
   const int32_t* row = part.rows + i;
   for (int32_t k = 0; k < count; ++k, row += part.row_spacing) {
-    const typename V::Reg weight = V::Set32(part.weights[k]);
+    const typename V::Reg weight = factor(k);
     for (int reg = 0; reg < VerticalSums<V>::kRegs; ++reg) {
       block->sums[reg] =
           V::Add32(block->sums[reg], V::MulLow32(V::Load(row + reg * kRegSamples), weight));
@@ -95,19 +98,41 @@ void StoreBlock(const VerticalSums<V>& block, int32_t max_sample, uint16_t* dest
   }
 }
 
-// The samples of one block of four registers of sums.
+// Combines the rows of a ring in blocks of four registers of sums. Few taps: the weights in the order
+// of the slots make one part of all rows, and stay in registers.
 template <class V, class Sample, int kTaps>
-void CombineBlock(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t max_sample,
-                  Sample* destination) {
-  VerticalSums<V> block;
-  if constexpr (kTaps != 0) {
-    AddRows<V>(parts[0], kTaps, i, &block);
-  } else {
-    AddRows<V>(parts[0], parts[0].count, i, &block);
-    AddRows<V>(parts[1], parts[1].count, i, &block);
+class BlockCombiner {
+ public:
+  BlockCombiner(const RingPart<Sample> (&parts)[2], int32_t max_sample)
+      : parts_(parts), max_sample_(max_sample) {
+    for (int32_t k = 0; k < kTaps; k += kRows) {
+      factors_[k / kRows] = FactorOf<V, Sample>(parts[0].weights, k, kTaps);
+    }
   }
-  StoreBlock<V>(block, max_sample, destination + i);
-}
+
+  [[gnu::always_inline]] void Combine(std::ptrdiff_t i, Sample* destination) const {
+    VerticalSums<V> block;
+    if constexpr (kTaps != 0) {
+      AddRows<V>(
+          parts_[0], kTaps, i, [this](int32_t k) { return factors_[k / kRows]; }, &block);
+    } else {
+      for (const RingPart<Sample>& part : parts_) {
+        AddRows<V>(
+            part, part.count, i,
+            [&part](int32_t k) { return FactorOf<V, Sample>(part.weights, k, part.count); },
+            &block);
+      }
+    }
+    StoreBlock<V>(block, max_sample_, destination + i);
+  }
+
+ private:
+  static constexpr int32_t kRows = kRowsOfAFactor<Sample>;
+
+  const RingPart<Sample> (&parts_)[2];
+  int32_t max_sample_;
+  typename V::Reg factors_[kTaps / kRows + 1];
+};
 
 template <class Sample>
 void CombineScalar(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t max_sample,
@@ -135,23 +160,18 @@ void VerticalRowVector(const VerticalPass<Sample>& pass, Sample* destination) {
   };
   int16_t slot_weights[kTaps != 0 ? kTaps : 1];
   if constexpr (kTaps != 0) {
-    // Few taps: the weights in the order of the slots make one part of all rows.
     for (int32_t slot = 0; slot < kTaps; ++slot) {
       slot_weights[slot] = pass.weights[slot < newer ? slot + older : slot - newer];
     }
     parts[0] = {pass.ring, pass.row_spacing, kTaps, slot_weights};
     parts[1].count = 0;
   }
-  std::ptrdiff_t i = 0;
-  for (; i + kBlock <= pass.samples; i += kBlock) {
-    CombineBlock<V, Sample, kTaps>(parts, i, pass.max_sample, destination);
+  const BlockCombiner<V, Sample, kTaps> combiner(parts, pass.max_sample);
+  const auto block = [&](std::ptrdiff_t i) { combiner.Combine(i, destination); };
+  if (CoverRow(pass.samples, kBlock, block)) return;
+  for (std::ptrdiff_t i = 0; i < pass.samples; ++i) {
+    CombineScalar(parts, i, pass.max_sample, destination);
   }
-  if (i < pass.samples && pass.samples >= kBlock) {
-    // Once more over the last whole block.
-    CombineBlock<V, Sample, kTaps>(parts, pass.samples - kBlock, pass.max_sample, destination);
-    return;
-  }
-  for (; i < pass.samples; ++i) CombineScalar(parts, i, pass.max_sample, destination);
 }
 
 }  // namespace

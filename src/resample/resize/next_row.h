@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+// Asks for the next source row while the present one is filtered, so that memory works while the
+// processor multiplies: rows are read in order, and wide ones come from memory. For kernel files.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/vector_ops.h"
+
+namespace ovra {
+namespace {
+
+class NextRow {
+ public:
+  // Of the row `stride` bytes after `row` what comes before byte `begin` is needed first.
+  NextRow(const void* row, std::ptrdiff_t stride, std::ptrdiff_t begin)
+      : row_(reinterpret_cast<uintptr_t>(row) + static_cast<uintptr_t>(stride)),
+        next_(row_ + static_cast<uintptr_t>(begin)) {}
+
+  // To be called with rising numbers.
+  void AskUpToByte(std::ptrdiff_t byte) {
+    constexpr uintptr_t kCacheLine = 64;
+    const uintptr_t end = row_ + static_cast<uintptr_t>(byte);
+    for (; next_ < end; next_ += kCacheLine) PrefetchLine(next_);
+  }
+
+ private:
+  uintptr_t row_;
+  uintptr_t next_;
+};
+
+}  // namespace
+}  // namespace ovra
