@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <complex>
 #include <cstring>
 #include <numeric>
 #include <vector>
@@ -185,23 +186,20 @@ TEST(FreeTrimming, IsCloseToItsKernelInDoublePrecision) {
     Picture source = Noise(random, 90, 70, kFormats[trial % 6], trial % 2 == 0);
     const Cut cut = RandomCut(random, source);
     Picture result = Trim(source, cut);
-    const double radians = cut.angle * kPi / 1800;
     if (cut.angle % 900 == 0) continue;
+    using Point = std::complex<double>;
+    const Point middle((cut.width - 1) * 0.5, (cut.height - 1) * 0.5);
+    const Point turn = std::polar(1.0, cut.angle * kPi / 1800);
     for (int32_t j = 0; j < cut.height; ++j) {
       for (int32_t i = 0; i < cut.width; ++i) {
-        const double a = i - (cut.width - 1) * 0.5;
-        const double b = j - (cut.height - 1) * 0.5;
-        const double u =
-            cut.x + (cut.width - 1) * 0.5 + a * std::cos(radians) - b * std::sin(radians);
-        const double v =
-            cut.y + (cut.height - 1) * 0.5 + a * std::sin(radians) + b * std::cos(radians);
+        const Point position = Point(cut.x, cut.y) + middle + (Point(i, j) - middle) * turn;
         // Near a tie the position may be rounded otherwise than here.
         const auto is_tie = [](double p) {
           return std::abs(p * 256 - std::floor(p * 256) - 0.5) < 0.01;
         };
-        if (is_tie(u) || is_tie(v)) continue;
-        const auto pu = static_cast<int32_t>(std::floor(u * 256 + 0.5));
-        const auto pv = static_cast<int32_t>(std::floor(v * 256 + 0.5));
+        if (is_tie(position.real()) || is_tie(position.imag())) continue;
+        const auto pu = static_cast<int32_t>(std::floor(position.real() * 256 + 0.5));
+        const auto pv = static_cast<int32_t>(std::floor(position.imag() * 256 + 0.5));
         const auto across = Weights(pu & 255);
         const auto down = Weights(pv & 255);
         const int32_t c = (i + j) % source.channels;

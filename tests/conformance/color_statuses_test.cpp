@@ -305,29 +305,25 @@ TEST_F(CubeStatuses, Cascade) {
   };
   enum : size_t { kCount = 7, kGridOfSecond, kLastCount, kLastGrid, kSecondLattice, kHas, kHas2 };
   const uint16_t* const g = kGrid;
-  Faults faults = {
-      {OVRA_ERROR_CASCADE_NULL, {{kHas, 0}}},
-      {OVRA_ERROR_CASCADE_NULL, {{kHas2, 0}}},
-      {OVRA_ERROR_CASCADE_NULL, {{kLattice, nullptr}}},
-      {OVRA_ERROR_CASCADE_GRID_COUNT, {{kCount0, 0}, {kLattice, nodes}}},
-      {OVRA_ERROR_CASCADE_NULL_GRID, {{kGrid0, nullptr}, {kCount0, 2}}},
-      {OVRA_ERROR_CASCADE_GRID_COUNT, {{kCount1, 0}, {kGrid0, g}}},
-      {OVRA_ERROR_CASCADE_NULL_GRID, {{kGrid1, nullptr}, {kCount1, 2}}},
-      {OVRA_ERROR_CASCADE_GRID_COUNT, {{kCount2, 0}, {kGrid1, g}}},
-      {OVRA_ERROR_CASCADE_NULL_GRID, {{kGrid2, nullptr}, {kCount2, 2}}},
-      {OVRA_ERROR_CASCADE_NULL, {{kSecondLattice, nullptr}, {kGrid2, g}}},
-      {OVRA_ERROR_CASCADE_GRID_COUNT, {{kCount, 0}, {kSecondLattice, lattice_}}},
-      {OVRA_ERROR_CASCADE_NULL_GRID, {{kGridOfSecond, nullptr}, {kCount, 2}}},
-      {OVRA_ERROR_CASCADE_GRID_COUNT, {{kLastCount, 0}, {kGridOfSecond, g}}},
-      {OVRA_ERROR_CASCADE_NULL_GRID, {{kLastGrid, nullptr}, {kLastCount, 2}}},
-      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount, 1}, {kLastGrid, g}}},
-      // More nodes than an image is wide.
-      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 0x80000000U}, {kCount, 2}}},
-      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 0x40000001U}}},
-      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 65536}, {kCount1, 65536}}},
-      {OVRA_ERROR_CASCADE_CONVERSION, {{kCount0, 65536}, {kCount1, 65536}, {kCount2, 65536}}},
-      {OVRA_ERROR_CASCADE_CONVERSION,
-       {{kCount0, 3}, {kCount1, 0x55555556U}, {kCount2, 0xC0000000U}}}};
+  Faults faults = Each(OVRA_ERROR_CASCADE_NULL, {{kHas, 0}, {kHas2, 0}, {kLattice, nullptr}});
+  const auto add_axis = [&faults](size_t count, size_t grid) {
+    faults = faults + Each(OVRA_ERROR_CASCADE_GRID_COUNT, {{count, 0}}) +
+             Nulls(OVRA_ERROR_CASCADE_NULL_GRID, {grid});
+  };
+  for (const size_t axis : {kCount0, kCount1, kCount2}) add_axis(axis, axis + 1);
+  faults = faults + Nulls(OVRA_ERROR_CASCADE_NULL, {kSecondLattice});
+  add_axis(kCount, kGridOfSecond);
+  add_axis(kLastCount, kLastGrid);
+  faults = faults + Each(OVRA_ERROR_CASCADE_CONVERSION, {{kCount, 1}});
+  // More nodes than an image is wide.
+  for (const auto& [count0, count1, count2] : {std::tuple(0x80000000U, 2U, 2U),
+                                               {0x40000001U, 2U, 2U},
+                                               {65536U, 65536U, 2U},
+                                               {65536U, 65536U, 65536U},
+                                               {3U, 0x55555556U, 0xC0000000U}}) {
+    faults.push_back({OVRA_ERROR_CASCADE_CONVERSION,
+                      {{kCount0, count0}, {kCount1, count1}, {kCount2, count2}, {kCount, 2}}});
+  }
   ExpectStatuses(cascade,
                  std::tuple(2U, g, 2U, g, 2U, g, nodes + 0, 2U, g, 2U, g, lattice_ + 0, true, true),
                  std::span(reinterpret_cast<uint8_t*>(nodes), sizeof nodes), faults);

@@ -60,17 +60,15 @@ auto InitAndFree(auto* init, OvraStatus(OVRA_CALL* free)(Context**)) {
 
 TEST_F(MaskStatuses, ResponseTables) {
   enum : size_t { kFormat, kX0, kX1, kX2, kLevels, kLevelPoints, kDifferences, kPoints, kTo, kTo2 };
-  std::vector<int16_t> to(OVRA_DIFFERENCE_TABLE_SIZE, 7);
+  std::vector<int16_t> table(OVRA_DIFFERENCE_TABLE_SIZE, 7);
   const OvraResponsePoint curve[] = {{0, 1}, {0.5, 2}, {1, 1}};
   const OvraResponsePoint* const good = curve;
   // A curve through the points at three places serves the one whose pointer is given.
-  const auto make = [good](OvraPixelFormatCode format, double x0, double x1, double x2,
-                           int32_t levels, const OvraResponsePoint* level_points,
-                           int32_t differences, const OvraResponsePoint* points, int16_t* level,
-                           int16_t* difference) {
+  const auto make = [good](auto format, double x0, double x1, double x2, auto levels,
+                           auto level_points, auto differences, auto points, auto... to) {
     const OvraResponsePoint drawn[] = {{x0, 1}, {x1, 2}, {x2, 1}};
     return OvraYUsmMakeTable(format, levels, level_points == good + 1 ? drawn : level_points,
-                             differences, points == good + 1 ? drawn : points, level, difference);
+                             differences, points == good + 1 ? drawn : points, to...);
   };
   const auto refused = [good](size_t argument, OvraStatus status, double low) {
     Faults faults;
@@ -85,8 +83,8 @@ TEST_F(MaskStatuses, ResponseTables) {
     return faults;
   };
   ExpectStatuses(
-      make, std::tuple(kRgb, kNan, kNan, kNan, 3, good, 3, good, to.data(), to.data()),
-      std::span(reinterpret_cast<uint8_t*>(to.data()), 2 * to.size()),
+      make, std::tuple(kRgb, kNan, kNan, kNan, 3, good, 3, good, table.data(), table.data()),
+      std::span(reinterpret_cast<uint8_t*>(table.data()), 2 * table.size()),
       Nulls(OVRA_ERROR_YUSM_NULL, {kTo, kTo2}) +
           Each(OVRA_ERROR_YUSM_POINT_COUNT, {{kLevels, 0}, {kDifferences, -1}}) +
           Nulls(OVRA_ERROR_YUSM_NULL, {kLevelPoints, kPoints}) +
