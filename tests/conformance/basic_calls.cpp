@@ -32,10 +32,11 @@ Placement DrawPlacement(Draw& draw, int32_t more_channels) {
   const Shape destination = shape(channels);
   const Shape source = shape(source_channels);
   const bool inside = draw.OneIn(2);
-  return {destination, source,
-          inside ? draw.Int(0, 20) : draw.Int(-source.width - 1, destination.width + 1),
-          inside ? draw.Int(0, 3) : draw.Int(-source.height - 1, destination.height + 1),
-          static_cast<uint8_t>(draw.Of({0, 1, 2}))};
+  const int32_t x = inside ? draw.Int(0, 20) : draw.Int(-source.width - 1, destination.width + 1);
+  const int32_t y = inside ? draw.Int(0, 3) : draw.Int(-source.height - 1, destination.height + 1);
+  const int32_t mode = draw.Of({0, 1, 2});
+  return {destination, source, draw.OrWrong(x), draw.OrWrong(y),
+          static_cast<uint8_t>(draw.OrWrong(mode))};
 }
 
 Shape DibShape(Draw& draw) {
@@ -50,7 +51,9 @@ Shape RawShape(const Shape& dib) {
 }  // namespace
 
 void Composite(Call& call) {
-  const Placement p = DrawPlacement(call.draw, call.draw.Int(0, 1));
+  Placement p = DrawPlacement(call.draw, call.draw.Int(0, 1));
+  p.destination = call.OrWrong(p.destination);
+  p.source = call.OrWrong(p.source);
   uint8_t* const destination = call.SourceAndDestination(p.destination);
   const uint8_t* const source = call.Source(p.source);
   call.Run([&] {
@@ -61,7 +64,10 @@ void Composite(Call& call) {
 }
 
 void CompositeWithMask(Call& call) {
-  const Placement p = DrawPlacement(call.draw, 0);
+  Placement p = DrawPlacement(call.draw, 0);
+  p.destination = call.OrWrong(p.destination);
+  p.source.format = p.destination.format;  // one word for all three
+  p.source = call.OrWrongSize(p.source);
   uint8_t* const destination = call.SourceAndDestination(p.destination);
   const uint8_t* const source = call.Source(p.source);
   const uint8_t* const mask = call.Source(p.source);
@@ -73,7 +79,7 @@ void CompositeWithMask(Call& call) {
 }
 
 void DibToRaw(Call& call) {
-  const Shape shape = DibShape(call.draw);
+  const Shape shape = call.OrWrongSize(DibShape(call.draw));
   const uint8_t* const dib = call.Source(shape);
   uint8_t* const raw = call.Destination(RawShape(shape), Padding::kKept);
   call.Run([&] {
@@ -83,7 +89,7 @@ void DibToRaw(Call& call) {
 }
 
 void RawToDib(Call& call) {
-  const Shape shape = DibShape(call.draw);
+  const Shape shape = call.OrWrongSize(DibShape(call.draw));
   const uint8_t* const raw = call.Source(RawShape(shape));
   uint8_t* const dib = call.Destination(shape, Padding::kWritten);
   call.Run([&] {

@@ -3,6 +3,10 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <limits>
+
+#include "conformance/operations.h"
 
 namespace ovra_test {
 namespace {
@@ -94,6 +98,22 @@ OvraPixelFormatCode Call::Format(std::initializer_list<OvraColorModel> models, u
   return OvraMakePixelFormat(depth, ChannelsOf(model), model, alignment, order) | ignored;
 }
 
+Shape Call::OrWrongSize(Shape shape) {
+  if (draw.Errs()) {
+    int32_t& size = draw.OneIn(2) ? shape.width : shape.height;
+    size = draw.Of({0, 1, 3, -1, std::numeric_limits<int32_t>::min()});
+  }
+  return shape;
+}
+
+Shape Call::OrWrong(Shape shape) {
+  if (draw.Errs()) {
+    const int32_t field = draw.Int(0, 7);
+    shape.format ^= static_cast<uint32_t>(draw.Int(1, 15)) << 4 * field;
+  }
+  return OrWrongSize(shape);
+}
+
 uint8_t* Call::Destination(const Shape& shape, Padding padding, size_t extra) {
   const bool keeps_padding = padding == Padding::kKept;
   uint8_t* const data =
@@ -113,8 +133,8 @@ Call::Images Call::SourceAndDestination(const Shape& shape, bool in_place) {
   uint8_t* const destination =
       in_place ? SourceAndDestination(shape) : Destination(shape, Padding::kKept);
   const uint8_t* const source = in_place ? destination : Source(shape);
-  return {source, destination, static_cast<uint32_t>(shape.width),
-          static_cast<uint32_t>(shape.height)};
+  return {source, destination, static_cast<uint32_t>(std::max(shape.width, 0)),
+          static_cast<uint32_t>(std::max(shape.height, 0))};
 }
 
 const uint16_t* Call::Samples(size_t count, uint32_t max) {
@@ -133,6 +153,16 @@ void Call::Run(const Invocation& invocation) {
     outcome_.output.push_back(static_cast<uint8_t>(static_cast<uint32_t>(status) >> shift));
   }
   for (const auto& buffer : buffers_) Check(*buffer, status);
+}
+
+OvraStatus Call::Convert(int32_t height, const std::function<OvraStatus(int32_t)>& convert) {
+  while (draw.MayErr() && draw.OneIn(2)) {
+    const int32_t lower = draw.Int(1, height);
+    if (convert(lower) != OVRA_OK) break;
+    const auto other = static_cast<size_t>(draw.Int(0, std::size(kOperations) - 1));
+    outcome_.complaint += MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
+  }
+  return convert(height);
 }
 
 Outcome Call::Finish() {

@@ -52,17 +52,21 @@ struct Shape {
 
   uint32_t Channels() const { return (format >> 4 & 15) + 1; }
   uint32_t DepthBits() const { return (format & 15) + 8; }
-  uint32_t MaxSample() const { return (1U << DepthBits()) - 1; }
-  size_t SampleBytes() const { return DepthBits() == 8 ? 1 : 2; }
-  size_t RowSamples() const { return static_cast<size_t>(width) * Channels(); }
+  uint32_t MaxSample() const { return (1U << (DepthBits() <= 16 ? DepthBits() : 16)) - 1; }
+  size_t SampleBytes() const { return DepthBits() == 8 ? 1 : DepthBits() <= 16 ? 2 : 4; }
+  // A size that is 0 or negative has no samples.
+  size_t RowSamples() const { return Count(width) * Channels(); }
   size_t RowBytes() const { return RowSamples() * SampleBytes(); }
   size_t Stride() const;
   // All rows with their padding, and up to the last sample.
-  size_t PaddedBytes() const { return Stride() * static_cast<size_t>(height); }
-  size_t Bytes() const { return PaddedBytes() - Stride() + RowBytes(); }
+  size_t PaddedBytes() const { return Stride() * Count(height); }
+  size_t Bytes() const { return height < 1 ? 0 : PaddedBytes() - Stride() + RowBytes(); }
 
   // The same with another field of the format word.
   Shape WithAlignmentOf(OvraPixelFormatCode other) const;
+
+ private:
+  static size_t Count(int32_t size) { return size < 0 ? 0 : static_cast<size_t>(size); }
 };
 
 // What an operation does with the bytes between the rows of its destination.
@@ -92,6 +96,11 @@ class Call {
   // A format word of one of the models, with the channels that the model has and 8 to
   // `max_depth` bits, of any row alignment and row order.
   OvraPixelFormatCode Format(std::initializer_list<OvraColorModel> models, uint32_t max_depth);
+
+  // Where the draw errs, with a size that is not one, or (OrWrong) a damaged format. Buffers that
+  // are asked for after that fit the mistake.
+  Shape OrWrongSize(Shape shape);
+  Shape OrWrong(Shape shape);
 
   // An image to be read, up to its last sample. Its contents are of many kinds.
   const uint8_t* Source(const Shape& shape) { return FillImage(NewSource(shape.Bytes()), shape); }
@@ -132,6 +141,10 @@ class Call {
   void MayDoWithoutMemory() { outcome_.may_do_without_memory = true; }
 
   void Run(const Invocation& invocation);
+
+  // What a Run does with its context: `convert` takes the image's height. Where the draw may err,
+  // lower images go before, and calls of other operations between.
+  OvraStatus Convert(int32_t height, const std::function<OvraStatus(int32_t height)>& convert);
 
   // To be asked once, after the operation.
   Outcome Finish();

@@ -37,7 +37,9 @@ Grids DrawGrids(Call& call, int32_t last) {
   cube.grid1 = DrawGrid(call, counts[1], last);
   cube.count2 = static_cast<uint32_t>(counts[2]);
   cube.grid2 = DrawGrid(call, counts[2], last);
-  return {cube, size_t{cube.count0} * cube.count1 * cube.count2};
+  const size_t nodes = size_t{cube.count0} * cube.count1 * cube.count2;
+  if (call.draw.Errs()) cube.count1 = call.draw.Of({0U, 0x80000001U, 0xFFFFFFFFU});
+  return {cube, nodes};
 }
 
 uint16_t* DrawLattice(Call& call, size_t count, uint32_t max, uint16_t* lattice) {
@@ -65,8 +67,10 @@ Images DrawImages(Call& call, std::initializer_list<OvraColorModel> out_models,
   Images images = {};
   const int32_t width = call.draw.Size(1, 700);
   const int32_t height = call.draw.Int(1, 4);
-  images.in = {width, height, call.Format({OVRA_MODEL_RGB, OVRA_MODEL_BGR, OVRA_MODEL_YCC}, 16)};
-  images.out = {width, height, call.Format(out_models, max_out_depth)};
+  images.in = call.OrWrong(
+      {width, height, call.Format({OVRA_MODEL_RGB, OVRA_MODEL_BGR, OVRA_MODEL_YCC}, 16)});
+  images.out = {images.in.width, images.in.height, call.Format(out_models, max_out_depth)};
+  images.out.format = call.OrWrong(images.out).format;
   images.source = call.Source(images.in);
   images.destination =
       call.Destination(images.out.WithAlignmentOf(images.in.format), Padding::kKept);
@@ -95,8 +99,17 @@ void RunConversion(Call& call, const Images& i, const Parameters* parameters,
     uintptr_t handle = 0;
     OvraStatus status = init(i.in.format, i.out.format, parameters, &handle);
     if (status == OVRA_OK) {
-      status = convert(i.source, i.destination, i.in.width, i.in.height, i.in.format, i.out.format,
-                       handle);
+      const auto with = [&](Convert* function, int32_t rows) {
+        return function(i.source, i.destination, i.in.width, rows, i.in.format, i.out.format,
+                        handle);
+      };
+      if (call.draw.Errs()) {  // a handle given to another family
+        for (Convert* const other :
+             {OvraConvColorCube, OvraConvColor1DTbl, OvraConvColorCoef, OvraConvColorMtx}) {
+          if (other != convert) with(other, i.in.height);
+        }
+      }
+      status = call.Convert(i.in.height, [&](int32_t rows) { return with(convert, rows); });
     }
     free(&handle);
     return status;

@@ -5,7 +5,9 @@
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <span>
+#include <type_traits>
 
 #include "support/random.h"
 
@@ -16,11 +18,35 @@ namespace ovra_test {
 // arguments of one function call have none, so draw into variables or between braces.
 class Draw {
  public:
-  explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {})
-      : random_(seed), bytes_(bytes) {}
+  // One that may err also draws what no host should pass; without that, OrWrong draws nothing.
+  explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {}, bool may_err = false)
+      : random_(seed), bytes_(bytes), may_err_(may_err) {}
+
+  bool MayErr() const { return may_err_; }
+  bool Errs() { return may_err_ && OneIn(8); }
+
+  // A parameter that no buffer's size follows from, or now and then a value that is wrong for most.
+  template <class T>
+  T OrWrong(T right) {
+    using Limits = std::numeric_limits<T>;
+    if (!Errs()) return right;
+    if constexpr (std::is_floating_point_v<T>) {
+      return Of({T{0}, T{1}, -right, right * 2, T{1e-30F}, T{1e30F}, Limits::max(),
+                 Limits::lowest(), Limits::denorm_min(), Limits::infinity(), -Limits::infinity(),
+                 Limits::quiet_NaN()});
+    } else {
+      const auto word = static_cast<uint32_t>(right);
+      const uint32_t any = Bits();
+      const uint32_t wrong =
+          Of({0U, 1U, 0U - 1, word - 1, word + 1, 0U - word, any,
+              static_cast<uint32_t>(Limits::min()), static_cast<uint32_t>(Limits::max())});
+      return static_cast<T>(wrong);
+    }
+  }
 
   // In [low, high], all as likely.
   int32_t Int(int32_t low, int32_t high) {
+    if (high < low) return high;  // after a mistake
     const auto span = static_cast<uint64_t>(int64_t{high} - low);
     const int bytes = span < 0x100 ? 1 : span < 0x10000 ? 2 : 4;
     if (bytes_.empty()) return RandomInt(random_, low, high);
@@ -37,7 +63,7 @@ class Draw {
   // Sizes: mostly of a few vectors, often whole ones, now and then the least or many.
   int32_t Size(int32_t low, int32_t high) {
     const int32_t kind = Int(0, 7);
-    if (kind == 0) return low;
+    if (kind == 0 || high < low) return low < high ? low : high;
     const int32_t size = Int(low, kind == 1 || high < low + kUsual ? high : low + kUsual);
     const int32_t whole = size / kVector * kVector;
     return kind <= 3 && whole >= low ? whole : size;
@@ -64,6 +90,7 @@ class Draw {
 
   Random random_;
   std::span<const uint8_t> bytes_;
+  bool may_err_;
 };
 
 }  // namespace ovra_test

@@ -13,7 +13,8 @@ const OvraResponsePoint* DrawCurve(Call& call, int32_t count, int32_t first) {
   auto* const points = call.Input<OvraResponsePoint>(static_cast<size_t>(count));
   int32_t x = call.draw.Int(first, 0);
   for (int32_t i = 0; i < count; ++i) {
-    points[i] = {x / double{kUnit}, call.draw.Int(-kUnit, 3 * kUnit) / double{kUnit}};
+    const double y = call.draw.Int(-kUnit, 3 * kUnit) / double{kUnit};
+    points[i] = {call.draw.OrWrong(x / double{kUnit}), call.draw.OrWrong(y)};
     x += call.draw.Int(1, std::max(1, (kUnit - x) / (count - i)));
   }
   return points;
@@ -46,15 +47,19 @@ Response DrawResponse(Call& call) {
   }
   const float usual = call.draw.Fraction(-4, 8);
   const float amount = call.draw.OneIn(16) ? call.draw.Of({1e9F, -1e30F, 0.0F}) : usual;
-  return {amount, level, difference};
+  return {call.draw.OrWrong(amount), level, difference};
 }
 
 // The blurs that have kernels of their own.
 constexpr int32_t kThreeTaps[] = {32, 64, 32};
 constexpr int32_t kFiveTaps[] = {8, 32, 48, 32, 8};
 
+// Counts of taps that are beyond this are refused.
+constexpr int32_t kMostTaps = 400;
+
 // Weights of a blur whose sum is mostly 128, or any.
-const int32_t* DrawWeights(Call& call, int32_t count) {
+const int32_t* DrawWeights(Call& call, int32_t taps) {
+  const int32_t count = std::clamp(taps, 0, kMostTaps);
   auto* const weights = call.Input<int32_t>(static_cast<size_t>(count));
   const int32_t kind = call.draw.Int(0, 7);
   if (kind >= 5 && count == 3) return std::copy_n(kThreeTaps, count, weights) - count;
@@ -71,8 +76,13 @@ const int32_t* DrawWeights(Call& call, int32_t count) {
   return weights;
 }
 
-uint32_t Unsigned(int32_t size) {
-  return static_cast<uint32_t>(size);
+uint32_t Unsigned(int32_t number) {
+  return static_cast<uint32_t>(number);
+}
+
+// A mistaken size that is negative has no samples, and would be a large one.
+Shape NotNegative(Shape shape) {
+  return {std::max(shape.width, 0), std::max(shape.height, 0), shape.format};
 }
 
 }  // namespace
@@ -91,11 +101,14 @@ void ResponseTables(Call& call) {
 }
 
 void YUsm(Call& call) {
-  const int32_t taps = call.draw.Of({1, 2, 3, 5, 8, 9, call.draw.Int(1, OVRA_YUSM_MAX_TAPS)});
-  const Shape shape = {call.draw.Size(taps, 300), call.draw.Int(taps, taps + 30),
-                       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_BGR, OVRA_MODEL_YCC,
-                                    OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
-                                   14)};
+  const int32_t taps =
+      call.draw.OrWrong(call.draw.Of({1, 2, 3, 5, 8, 9, call.draw.Int(1, OVRA_YUSM_MAX_TAPS)}));
+  const int32_t least = std::clamp(taps, 1, kMostTaps);
+  const Shape shape =
+      NotNegative(call.OrWrong({call.draw.Size(least, 300), call.draw.Int(least, least + 30),
+                                call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_BGR,
+                                             OVRA_MODEL_YCC, OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
+                                            14)}));
   const int32_t* const weights = DrawWeights(call, taps);
   const Response response = DrawResponse(call);
   const bool in_place = call.draw.OneIn(4);
@@ -111,8 +124,10 @@ void YUsm(Call& call) {
     OvraStatus status = OvraYUsm_Init(shape.format, taps, weights, response.amount, response.level,
                                       response.difference, &context);
     if (status == OVRA_OK) {
-      status = OvraYUsm(images.source, images.destination, images.width, images.height,
+      status = call.Convert(shape.height, [&](int32_t rows) {
+        return OvraYUsm(images.source, images.destination, images.width, Unsigned(rows),
                         shape.format, context);
+      });
     }
     OvraYUsm_Free(&context);
     return status;
@@ -123,12 +138,13 @@ void YUsmDouble(Call& call) {
   Draw& draw = call.draw;
   const bool single_step = draw.OneIn(2);
   const int32_t most_taps = single_step ? 40 : OVRA_YUSM_DOUBLE_MAX_TAPS;
-  const int32_t taps1 = draw.Of({3, 7, 25, draw.Int(0, most_taps)});
-  const int32_t taps2 = draw.Of({1, 3, 5, draw.Int(0, most_taps)});
-  const int32_t least = std::max({taps1, taps2, 1});
+  const int32_t taps1 = draw.OrWrong(draw.Of({3, 7, 25, draw.Int(0, most_taps)}));
+  const int32_t taps2 = draw.OrWrong(draw.Of({1, 3, 5, draw.Int(0, most_taps)}));
+  const int32_t least = std::min(std::max({taps1, taps2, 1}), kMostTaps / 4);
   // From 2140 pixels on the rows stream through rings.
   const int32_t width = draw.OneIn(4) ? draw.Int(2140, 2160) : draw.Size(least, 200);
-  const Shape shape = {width, draw.Int(least, least + 30), draw.Of({0x120U, 0x320U})};
+  const Shape shape =
+      NotNegative(call.OrWrong({width, draw.Int(least, least + 30), draw.Of({0x120U, 0x320U})}));
   const int32_t* const weights1 = DrawWeights(call, taps1);
   const Response response1 = DrawResponse(call);
   const int32_t* const weights2 = DrawWeights(call, taps2);
@@ -147,8 +163,10 @@ void YUsmDouble(Call& call) {
                             response1.amount, response1.level, response1.difference,
                             response2.amount, response2.level, response2.difference, &context);
     if (status == OVRA_OK) {
-      status = OvraYUsmDouble(images.source, images.destination, images.width, images.height,
+      status = call.Convert(shape.height, [&](int32_t rows) {
+        return OvraYUsmDouble(images.source, images.destination, images.width, Unsigned(rows),
                               shape.format, context);
+      });
     }
     OvraYUsmDouble_Free(&context);
     return status;
@@ -157,8 +175,8 @@ void YUsmDouble(Call& call) {
 
 void EdgeFilter(Call& call) {
   // Rows are packed whatever the format says.
-  const Shape shape = {call.draw.Size(1, 300), call.draw.Int(1, 30),
-                       call.draw.Of({0x120U, 0x220U, 0x320U})};
+  const Shape shape = NotNegative(call.OrWrong(
+      {call.draw.Size(1, 300), call.draw.Int(1, 30), call.draw.Of({0x120U, 0x220U, 0x320U})}));
   const OvraPixelFormatCode ignored = call.draw.Of({0U, 0x00200000U, 0x01100000U});
   const uint8_t* const source = call.Source(shape);
   uint8_t* const destination = call.Destination(shape, Padding::kKept);
@@ -171,14 +189,14 @@ void EdgeFilter(Call& call) {
 
 void SoftFocus(Call& call) {
   Draw& draw = call.draw;
-  const Shape shape = {draw.Size(1, 200), draw.Size(1, 100), 0x120};
+  const Shape shape = NotNegative(call.OrWrongSize({draw.Size(1, 200), draw.Size(1, 100), 0x120}));
   // In pixels of the picture; its shorter side scales the parameter.
   const int32_t radius = draw.Of({draw.Int(0, 60), draw.Int(60, 4000)});
   OvraSoftFocusParams params = {};
-  params.radius = radius * 2503 / std::min(shape.width, shape.height);
-  params.decay_exponent = draw.Of({1, 2, draw.Int(-1, 200)});
-  params.decay_base = draw.Int(0, 256) / 256.0;
-  params.mix = draw.Of({1.0, draw.Int(-16, 80) / 64.0});
+  params.radius = draw.OrWrong(radius * 2503 / std::max(std::min(shape.width, shape.height), 1));
+  params.decay_exponent = draw.OrWrong(draw.Of({1, 2, draw.Int(-1, 200)}));
+  params.decay_base = draw.OrWrong(draw.Int(0, 256) / 256.0);
+  params.mix = draw.OrWrong(draw.Of({1.0, draw.Int(-16, 80) / 64.0}));
   const Call::Images images = call.SourceAndDestination(shape, draw.OneIn(4));
   call.Run([&] {
     return OvraSoftFocus(images.source, images.destination, images.width, images.height, &params);

@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include "conformance/operations.h"
 
 namespace ovra_test {
 
 void Rotate(Call& call) {
-  const Shape shape = {
-      call.draw.Size(1, 200), call.draw.Size(1, 200),
-      call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_TRIPLE_7, OVRA_MODEL_CMYK}, 16)};
-  const int32_t mode = call.draw.Int(OVRA_ROTATE_NONE, OVRA_ROTATE_TRANSPOSE);
+  const Shape shape = call.OrWrong(
+      {call.draw.Size(1, 200), call.draw.Size(1, 200),
+       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_TRIPLE_7, OVRA_MODEL_CMYK}, 16)});
+  const int32_t mode = call.draw.OrWrong(call.draw.Int(OVRA_ROTATE_NONE, OVRA_ROTATE_TRANSPOSE));
   const bool turns = mode % 2 != 0;
   const uint8_t* const source = call.Source(shape);
   uint8_t* const destination = call.Destination(
@@ -18,14 +20,18 @@ void Rotate(Call& call) {
 }
 
 void Extrapolate(Call& call) {
-  const Shape source_shape = {
-      call.draw.Size(1, 150), call.draw.Int(1, 30),
-      call.Format({OVRA_MODEL_GREY, OVRA_MODEL_YCC, OVRA_MODEL_BGR, OVRA_MODEL_CMYK}, 16)};
-  const int32_t x = call.draw.Int(0, 40);
-  const int32_t y = call.draw.Int(0, 9);
+  Shape source_shape = call.OrWrong(
+      {call.draw.Size(1, 150), call.draw.Int(1, 30),
+       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_YCC, OVRA_MODEL_BGR, OVRA_MODEL_CMYK}, 16)});
+  source_shape.width = std::max(source_shape.width, 0);
+  source_shape.height = std::max(source_shape.height, 0);
+  int32_t x = call.draw.Int(0, 40);
+  int32_t y = call.draw.Int(0, 9);
   const Shape shape = {source_shape.width + x + call.draw.Int(0, 40),
                        source_shape.height + y + call.draw.Int(0, 9), source_shape.format};
   const bool fills_all = call.draw.OneIn(16);
+  x = call.draw.OrWrong(x);
+  y = call.draw.OrWrong(y);
   const uint8_t* const source = call.Source(source_shape);
   constexpr size_t kClearedBehind = 2;  // some formats clear two bytes behind the image
   uint8_t* const destination =
@@ -43,20 +49,21 @@ void FreeTrim(Call& call) {
   Draw& draw = call.draw;
   const OvraPixelFormatCode format =
       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_CMYK}, 16);
-  const Shape from = {draw.Size(1, 250), draw.Size(1, 250), format};
-  const Shape to = {draw.Size(8, 200), draw.Size(8, 200), format};
+  const Shape from = call.OrWrong({draw.Size(1, 250), draw.Size(1, 250), format});
+  const Shape to = call.OrWrongSize({draw.Size(8, 200), draw.Size(8, 200), from.format});
   const uint8_t* const source = call.Source(from);
   uint8_t* const destination = call.Destination(to, Padding::kWritten);
   const bool far = draw.OneIn(8);
   const int32_t reach = far ? 0x40000000 : 60;
-  const int32_t x = draw.Int(-reach, far ? reach : from.width);
-  const int32_t y = draw.Int(-60, from.height);
+  const int32_t x = draw.OrWrong(draw.Int(-reach, far ? reach : from.width));
+  const int32_t y = draw.OrWrong(draw.Int(-60, from.height));
   const int32_t quarter_turns = 900 * draw.Int(-5, 5);
-  const int32_t angle = draw.Of({quarter_turns, draw.Int(-100, 100), draw.Int(-4000, 4000)});
+  const int32_t angle =
+      draw.OrWrong(draw.Of({quarter_turns, draw.Int(-100, 100), draw.Int(-4000, 4000)}));
   const uint16_t* const fill = draw.OneIn(2) ? nullptr : call.Samples(4, 0xFFFF);
   call.Run([&] {
     return OvraFreeTrimming(source, from.width, from.height, destination, to.width, to.height,
-                            format, x, y, angle, fill);
+                            from.format, x, y, angle, fill);
   });
 }
 

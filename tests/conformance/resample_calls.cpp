@@ -25,6 +25,10 @@ struct Images {
   bool IsWhole() const {
     return region.width == source_shape.width && region.height == source_shape.height;
   }
+  bool AreOfOneSize() const {
+    return destination_shape.width == source_shape.width &&
+           destination_shape.height == source_shape.height;
+  }
   // Calls a resize of the whole source, or one of the region, with these arguments at the end.
   template <class... More>
   OvraStatus Whole(auto* resize, More... more) const {
@@ -43,7 +47,7 @@ Images DrawImages(Call& call, int32_t least, int32_t most) {
   const OvraPixelFormatCode format = call.Format(
       {OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_YCC, OVRA_MODEL_TRIPLE_5, OVRA_MODEL_CMYK}, 16);
   Images images = {};
-  images.source_shape = {draw.Size(least, most), draw.Size(least, 60), format};
+  images.source_shape = call.OrWrong({draw.Size(least, most), draw.Size(least, 60), format});
   const Shape& source = images.source_shape;
   images.region = {0, 0, source.width, source.height};
   if (draw.OneIn(2)) {
@@ -53,19 +57,24 @@ Images DrawImages(Call& call, int32_t least, int32_t most) {
     images.region.x = draw.Int(-before, source.width - images.region.width);
     images.region.y = draw.Int(-before, source.height - images.region.height);
   }
+  Region& region = images.region;
+  for (int32_t* const number : {&region.x, &region.y, &region.width, &region.height}) {
+    *number = draw.OrWrong(*number);
+  }
   return images;
 }
 
 // Both axes are scaled by the one factor that follows from the sizes, or as the caller says.
+// Between images of one size rows may be copied with their padding.
 void DrawDestination(Call& call, int32_t least, int32_t most, Images* images) {
-  const bool same_size = call.draw.OneIn(16);
-  images->destination_shape = {call.draw.Size(least, most), call.draw.Size(least, 60),
-                               images->source_shape.format};
-  if (same_size) images->destination_shape = images->source_shape;
-  images->source =
-      same_size ? call.PaddedSource(images->source_shape) : call.Source(images->source_shape);
+  const bool copies = call.draw.OneIn(16);
+  const Shape& from = images->source_shape;
+  const Shape to = {call.draw.Size(least, most), call.draw.Size(least, 60), from.format};
+  images->destination_shape = copies ? from : call.OrWrongSize(to);
+  const bool padded = images->AreOfOneSize();
+  images->source = padded ? call.PaddedSource(from) : call.Source(from);
   images->destination =
-      call.Destination(images->destination_shape, same_size ? Padding::kWritten : Padding::kKept);
+      call.Destination(images->destination_shape, padded ? Padding::kWritten : Padding::kKept);
 }
 
 // A usual kernel, or numbers of any kind.
@@ -90,12 +99,13 @@ const float* DrawTable(Call& call) {
 }
 
 int32_t DrawTaps(Draw& draw) {
-  return draw.Of({4, 4, 5, 6, 7, 8, 16, draw.Int(4, 24)});
+  return draw.OrWrong(draw.Of({4, 4, 5, 6, 7, 8, 16, draw.Int(4, 24)}));
 }
 
 // Mostly about 1; enlargements have the same kernels.
 double DrawFactor(Draw& draw) {
-  return draw.Of({1.0, 0.33, 2.0, draw.Int(22, 256) / 64.0, draw.Int(22, 100) / 64.0});
+  return draw.OrWrong(
+      draw.Of({1.0, 0.33, 2.0, draw.Int(22, 256) / 64.0, draw.Int(22, 100) / 64.0}));
 }
 
 // Also mirrored, and far from 1.
@@ -105,13 +115,13 @@ double DrawAnyFactor(Draw& draw) {
 }
 
 float DrawStretch(Draw& draw) {
-  return draw.Of({1.0F, 2.0F, draw.Int(1, 256) / 64.0F});
+  return draw.OrWrong(draw.Of({1.0F, 2.0F, draw.Int(1, 256) / 64.0F}));
 }
 
 }  // namespace
 
 void KernelTable(Call& call) {
-  const float parameter = call.draw.Fraction(-10, 10);
+  const float parameter = call.draw.OrWrong(call.draw.Fraction(-10, 10));
   auto* const table = call.Output<float>(OVRA_KERNEL_TABLE_ENTRIES);
   const bool cubic = call.draw.OneIn(2);
   call.Run([&] {
@@ -178,14 +188,16 @@ void DrawTurnedDestination(Call& call, int32_t least, int32_t most, int32_t mode
   const bool same_size = call.draw.OneIn(16);
   Shape& shape = images->destination_shape;
   shape = {call.draw.Size(least, most), call.draw.Size(least, 200), images->source_shape.format};
-  if (same_size) shape = images->source_shape;
+  shape = same_size ? images->source_shape : call.OrWrongSize(shape);
   if (mode % 2 != 0) std::swap(shape.width, shape.height);
   images->source = call.Source(images->source_shape);
   images->destination = call.Destination(shape, Padding::kWritten);
 }
 
+constexpr OvraStatus kAcceptedMistake = -1;
+
 // Bands of random heights and strips of random room, until so many rows are taken or the picture is
-// complete. A band is gone after the call.
+// complete. A band is gone after the call, and a context none the worse for calls that it refuses.
 OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeContext* context) {
   const Shape& from = i.source_shape;
   const Shape& to = i.destination_shape;
@@ -196,10 +208,16 @@ OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeCo
     const int32_t count = draw.Int(0, std::min(from.height - first, usual));
     const int32_t room =
         draw.Int(0, draw.OneIn(4) ? to.height - out : std::min(to.height - out, 2));
-    GuardedBuffer band(count == 0 ? 0 : Shape{from.width, count, from.format}.Bytes());
+    const Shape shape = {from.width, count, from.format};
+    GuardedBuffer band(i.AreOfOneSize() ? shape.PaddedBytes() : shape.Bytes());
     std::copy_n(i.source + from.Stride() * static_cast<size_t>(first), band.size(), band.data());
     int32_t taken = -1;
     int32_t written = -1;
+    if (draw.Errs() &&
+        OvraBandResize(band.data(), from.width, count, i.destination, to.width, room, from.format,
+                       first + 1, &taken, &written, context) != OVRA_ERROR_BAND_RESIZE_POSITION) {
+      return kAcceptedMistake;
+    }
     const OvraStatus status = OvraBandResize(
         band.data(), from.width, count, i.destination + to.Stride() * static_cast<size_t>(out),
         to.width, room, from.format, first, &taken, &written, context);
@@ -212,7 +230,7 @@ OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeCo
 
 // A context by `init` for a picture that is abandoned, and one that is not.
 void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
-  const Draw cuts(call.draw.Bits());
+  const Draw cuts(call.draw.Bits(), {}, call.draw.MayErr());
   call.Run([&] {
     OvraBandResizeContext* context = nullptr;
     OvraStatus status = init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
@@ -230,14 +248,14 @@ void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
 }  // namespace
 
 void ResizeRotate(Call& call) {
-  const int32_t mode = call.draw.Int(0, 7);
+  const int32_t mode = call.draw.OrWrong(call.draw.Int(0, 7));
   Images i = DrawImages(call, 8, 300);
   DrawTurnedDestination(call, call.draw.Of({1, 8, 8}), 300, mode, &i);
   call.Run([&] { return i.Part(OvraResizeRotateImageROI, mode); });
 }
 
 void ResizeRotateCore(Call& call) {
-  const int32_t mode = call.draw.Int(0, 7);
+  const int32_t mode = call.draw.OrWrong(call.draw.Int(0, 7));
   const int32_t taps = DrawTaps(call.draw);
   Images i = DrawImages(call, taps, 300);
   DrawTurnedDestination(call, taps, 300, mode, &i);
@@ -247,7 +265,7 @@ void ResizeRotateCore(Call& call) {
 }
 
 void SmallResizeRotate(Call& call) {
-  const int32_t mode = call.draw.Int(0, 7);
+  const int32_t mode = call.draw.OrWrong(call.draw.Int(0, 7));
   Images i = DrawImages(call, 1, 400);
   DrawTurnedDestination(call, 1, call.draw.Of({12, 40, 130}), mode, &i);
   const float* const table = DrawTable(call);

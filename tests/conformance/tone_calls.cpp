@@ -12,12 +12,12 @@ float Share(Draw& draw, int32_t sixty_fourths) {
   const float usual = static_cast<float>(draw.Int(0, sixty_fourths)) / 64.0F;
   const float small = static_cast<float>(draw.Int(0, sixty_fourths)) / 1024.0F;
   const float end = static_cast<float>(draw.Of({0, sixty_fourths})) / 64.0F;
-  return draw.Of({usual, small, end});
+  return draw.OrWrong(draw.Of({usual, small, end}));
 }
 
 OvraMultiFrequencyParams DrawMultiFrequency(Draw& draw) {
   OvraMultiFrequencyParams params = {};
-  params.band_count = static_cast<uint32_t>(draw.Int(1, 8));
+  params.band_count = static_cast<uint32_t>(draw.OrWrong(draw.Int(1, 8)));
   params.base_gain = draw.OneIn(2) ? 1.0F : draw.Fraction(0, 2);
   params.pivot = Share(draw, 64);
   params.reserved = draw.Bits();
@@ -35,12 +35,12 @@ OvraMultiFrequencyParams DrawMultiFrequency(Draw& draw) {
 OvraHyperToneParams DrawTone(Draw& draw) {
   OvraHyperToneParams params = {};
   params.amount = draw.OneIn(2) ? 1.0F : Share(draw, 64);
-  params.shadows = static_cast<float>(draw.Int(-32, 96)) / 64.0F;
-  params.highlights = static_cast<float>(draw.Int(-32, 64)) / 64.0F;
-  params.local_contrast = static_cast<float>(draw.Int(32, 96)) / 64.0F;
-  params.edge = draw.Of({0.01F, 0.15F, 0.0625F, 0.125F});
+  params.shadows = draw.OrWrong(static_cast<float>(draw.Int(-32, 96)) / 64.0F);
+  params.highlights = draw.OrWrong(static_cast<float>(draw.Int(-32, 64)) / 64.0F);
+  params.local_contrast = draw.OrWrong(static_cast<float>(draw.Int(32, 96)) / 64.0F);
+  params.edge = draw.OrWrong(draw.Of({0.01F, 0.15F, 0.0625F, 0.125F}));
   params.colour = draw.OneIn(2) ? 1.0F : Share(draw, 64);
-  params.scale = draw.Int(3, 8);
+  params.scale = draw.OrWrong(draw.Int(3, 8));
   params.reserved = draw.Bits();
   return params;
 }
@@ -65,18 +65,20 @@ void Tone(Call& call, const ToneExports& form) {
   constexpr OvraPixelFormatCode kDepthField = 0x0000000F;
   const OvraPixelFormatCode format = call.Format({OVRA_MODEL_RGB, OVRA_MODEL_BGR}, 16);
   const bool is_12_bits = draw.OneIn(2);
-  const Shape shape = {draw.Size(1, 600), draw.Size(1, 300),
-                       (format & ~kDepthField) | (is_12_bits ? 4U : 2U)};
+  const Shape shape = call.OrWrong(
+      {draw.Size(1, 600), draw.Size(1, 300), (format & ~kDepthField) | (is_12_bits ? 4U : 2U)});
   const OvraHyperToneParams params = DrawTone(draw);
-  const uint16_t* const curve = DrawToneCurve(call, shape.DepthBits());
+  const uint16_t* const curve = DrawToneCurve(call, is_12_bits ? 12 : 10);
   const Call::Images images = call.SourceAndDestination(shape, call.draw.OneIn(4));
   call.Run([&] {
     void* context = nullptr;
     OvraStatus status =
         (is_12_bits ? form.init_12 : form.init)(shape.format, &params, curve, &context);
     if (status == OVRA_OK) {
-      status = form.run(images.source, images.destination, images.width, images.height,
-                        shape.format, context);
+      status = call.Convert(static_cast<int32_t>(images.height), [&](int32_t rows) {
+        return form.run(images.source, images.destination, images.width,
+                        static_cast<uint32_t>(rows), shape.format, context);
+      });
     }
     form.free(&context);
     return status;
@@ -86,10 +88,10 @@ void Tone(Call& call, const ToneExports& form) {
 }  // namespace
 
 void MultiFrequency(Call& call) {
-  const Shape shape = {call.draw.Size(1, 600), call.draw.Size(1, 300),
-                       call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_BGR, OVRA_MODEL_YCC,
-                                    OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
-                                   16)};
+  const Shape shape = call.OrWrong({call.draw.Size(1, 600), call.draw.Size(1, 300),
+                                    call.Format({OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_BGR,
+                                                 OVRA_MODEL_YCC, OVRA_MODEL_RGBA, OVRA_MODEL_BGRA},
+                                                16)});
   const OvraMultiFrequencyParams params = DrawMultiFrequency(call.draw);
   const Call::Images images = call.SourceAndDestination(shape, call.draw.OneIn(4));
   call.Run([&] {
