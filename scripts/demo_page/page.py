@@ -13,6 +13,9 @@ import time
 from dataclasses import dataclass
 from pathlib import Path
 
+# Larger pictures are shown reduced to this: the page stays quick to make and to load.
+SHOWN_PIXELS = 4_000_000
+
 # What browsers show; pictures of other kinds are converted for the page.
 SHOWN_BY_BROWSERS = {".png", ".jpg", ".jpeg"}
 
@@ -37,6 +40,8 @@ class Page:
         self.parts = []
         self.contents = []
         self.steps = []
+        self.reduced = {}  # size that a picture came in, where that was too large to show
+        self.photographs = False  # are the pictures somebody's own?
 
     # Running programs -------------------------------------------------------------------------
 
@@ -66,10 +71,17 @@ class Page:
         return self.run("ovra", *arguments)
 
     def import_picture(self, path, number):
-        """Brings a picture into the folder, as a kind that browsers show; answers its name."""
+        """Brings a picture into the folder, as a kind that browsers show and of a size that a page can
+        hold; answers its name."""
         source = Path(path).resolve()
         stem = f"{number:02d}-" + re.sub(r"[^A-Za-z0-9]+", "-", source.stem).strip("-")
-        if source.suffix.lower() in SHOWN_BY_BROWSERS:
+        width, height = self.size(source)
+        if width * height > SHOWN_PIXELS:
+            scale = (SHOWN_PIXELS / (width * height)) ** 0.5
+            name = stem + (".jpg" if source.suffix.lower() in (".jpg", ".jpeg") else ".png")
+            self.run("ovra", "resize", "--scale", f"{scale:.4f}", source, name)
+            self.reduced[name] = f"{width}&thinsp;&times;&thinsp;{height}"
+        elif source.suffix.lower() in SHOWN_BY_BROWSERS:
             name = stem + source.suffix.lower()
             shutil.copyfile(source, self.out / name)
         else:
@@ -122,9 +134,10 @@ class Page:
     def paragraph(self, text):
         self.parts.append(f"<p>{text}</p>\n")
 
-    def figures(self, *figures, true_size=False):
-        """A row of figures. At true size they are never scaled, and scroll where they are wide."""
-        kind = "row true-size" if true_size else "row"
+    def figures(self, *figures, true_size=False, kind=""):
+        """A row of figures. At true size they are never scaled, and scroll where they are wide. Kinds of
+        rows: `wide`, two beside one another, and `details`, four parts of pictures at true size."""
+        kind = "row true-size" if true_size else f"row {kind}"
         self.parts.append(f'<div class="{kind}">\n{"".join(figures)}</div>\n')
 
     def framed(self, name, part, angle):
@@ -148,8 +161,20 @@ class Page:
         note = f"{width}&thinsp;&times;&thinsp;{height}"
         if scale != 1:
             note += f", shown {scale} times as large"
+        if name in self.reduced:
+            note += f", reduced from {self.reduced[name]}"
         caption = f'<b>{html.escape(title)}</b> <span class="note">{note}</span>'
         return self._figure(content or picture, caption, step)
+
+    def slider(self, before, after, title, step):
+        """Two pictures of one size, of which a slider shows more or less."""
+        width, height = self.size(after)
+        pictures = "".join(f'<img src="{html.escape(name)}" width="{width}" height="{height}" alt="{when}">'
+                           for name, when in ((after, "after"), (before, "before")))
+        content = (f'<div class="slider" style="--at: 50%; aspect-ratio: {width} / {height}">{pictures}'
+                   '<input type="range" min="0" max="100" value="50" aria-label="how much is shown as it was" '
+                   'oninput="this.parentNode.style.setProperty(\'--at\', this.value + \'%\')"></div>')
+        return self._figure(content, f"<b>{html.escape(title)}</b>", step)
 
     def plot(self, title, curves, step=None, x_range=(0, 1), y_range=(0, 1), size=320):
         """Curves as inline SVG; curves: list of (label, color, [(x, y), ...])."""

@@ -18,7 +18,6 @@ TONE = [("As it comes", []),
 
 
 def add(page, pictures):
-    page.run("ovra_scene", "--back-light", "--width", 1200, "--height", 800, "back-light.png")
     scenes = ["back-light.png", *pictures]
     page.section("Clarity", "The brightness is split into bands of detail, each an octave coarser "
                  "than the last, and put together again with other weights. Noise below a threshold "
