@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/rows.h"
+
 namespace ovra {
 
 // Rows and strides are in memory order; strides are in bytes and may be negative. The images do not
@@ -21,14 +23,5 @@ struct RowMove {
 };
 
 using MoveRows = void(const RowMove& move);
-
-// Whether an image of so many bytes and rows is written round the cache. A large one has left it by
-// the time it is read again, and its lines need not be read in order to be written, which is a third
-// of the traffic; a small one loses by it. Measured with 32 MiB of cache, which a picture and its
-// copy nearly fill.
-inline bool WritesRoundCache(int64_t row_bytes, int64_t rows) {
-  constexpr int64_t kLeastBytes = int64_t{12} << 20;
-  return row_bytes * rows >= kLeastBytes;
-}
 
 }  // namespace ovra

@@ -59,6 +59,9 @@ struct Sse {
   static void StoreAligned(void* p, Reg a) { _mm_store_si128(static_cast<Reg*>(p), a); }
   static void StoreStreaming(void* p, Reg a) { _mm_stream_si128(static_cast<Reg*>(p), a); }
   static void StoreLanes(void* first, void* /*second*/, Reg a) { Store(first, a); }
+  static void StoreLanesStreaming(void* first, void* /*second*/, Reg a) {
+    StoreStreaming(first, a);
+  }
   static void StoreLane(void* p, Reg a, int /*lane*/) { Store(p, a); }
   // Half a register's bytes from memory as whole 16-bit elements, or limited to bytes and back.
   static Reg LoadU8As16(const void* p) { return _mm_cvtepu8_epi16(LoadHalf(p)); }
@@ -316,6 +319,10 @@ struct Avx2 {
   static void StoreLanes(void* first, void* second, Reg a) {
     Sse::Store(first, Lane(a, 0));
     Sse::Store(second, Lane(a, 1));
+  }
+  static void StoreLanesStreaming(void* first, void* second, Reg a) {
+    Sse::StoreStreaming(first, Lane(a, 0));
+    Sse::StoreStreaming(second, Lane(a, 1));
   }
   static void StoreLane(void* p, Reg a, int lane) { Sse::Store(p, Lane(a, lane)); }
   static Reg LoadU8As16(const void* p) { return _mm256_cvtepu8_epi16(LoadHalf(p)); }

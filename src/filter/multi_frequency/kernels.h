@@ -21,21 +21,38 @@ struct BandResponse {
 using BrightnessRow = void(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
                            int32_t depth_bits);
 
+// A row of a level, and what the coarser level and its changes expand to there.
+struct BandRow {
+  const int16_t* level;
+  const int16_t* expanded;
+  const int16_t* expanded_changes;
+
+  // Inlined always: a tier may not leave a copy of it to others.
+  [[gnu::always_inline]] BandRow From(std::ptrdiff_t i) const {
+    return {level + i, expanded + i, expanded_changes + i};
+  }
+};
+
 // changes = expanded_changes + response(level - expanded), limited to -32767..32767. May work beyond
 // the end of its rows.
-using RespondRow = void(const int16_t* level, const int16_t* expanded,
-                        const int16_t* expanded_changes, const BandResponse& band, int16_t* changes,
+using RespondRow = void(const BandRow& row, const BandResponse& band, int16_t* changes,
                         std::ptrdiff_t count);
+
+// How rows of pixels are read and written.
+struct PixelRows {
+  int32_t depth_bits;
+  bool streaming;  // whether writing goes round the cache
+};
 
 // Adds each pixel's change of brightness, in 15 bits, to its corrected samples and copies the others.
 // destination may be source.
-using AddChangesRow = void(const uint8_t* source, uint8_t* destination, const int16_t* changes,
-                           std::ptrdiff_t pixels, int32_t depth_bits);
+using ChangePixelsRow = void(const uint8_t* source, const BandRow& row, const BandResponse& band,
+                             uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows);
 
 struct MultiFrequencyKernels {
   struct OfLayout {
     BrightnessRow* brightness;
-    AddChangesRow* add_changes;
+    ChangePixelsRow* change;
   };
   RespondRow* respond;
   // In the order of kLuminanceLayouts.

@@ -24,15 +24,17 @@ void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixel
   }
 }
 
-void Respond(const int16_t* level, const int16_t* expanded, const int16_t* expanded_changes,
-             const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
+int32_t ChangeAt(const BandRow& row, std::ptrdiff_t i, const BandResponse& band) {
+  const int32_t d = row.level[i] - row.expanded[i];
+  const int32_t m = std::clamp<int32_t>(d, -band.noise, band.noise);
+  const int32_t e = std::clamp<int32_t>(d, -band.limit, band.limit);
+  const int32_t response = (band.gain * (e - m) - band.damping * m + 4096) >> 13;
+  return std::clamp(row.expanded_changes[i] + response, -kMaxChange, kMaxChange);
+}
+
+void Respond(const BandRow& row, const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    const int32_t d = level[i] - expanded[i];
-    const int32_t m = std::clamp<int32_t>(d, -band.noise, band.noise);
-    const int32_t e = std::clamp<int32_t>(d, -band.limit, band.limit);
-    const int32_t response = (band.gain * (e - m) - band.damping * m + 4096) >> 13;
-    changes[i] =
-        static_cast<int16_t>(std::clamp(expanded_changes[i] + response, -kMaxChange, kMaxChange));
+    changes[i] = static_cast<int16_t>(ChangeAt(row, i, band));
   }
 }
 
@@ -43,13 +45,13 @@ int32_t InSampleUnits(int32_t change, int32_t depth_bits) {
 }
 
 template <class Sample, LuminanceLayout kLayout>
-void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* changes,
-                std::ptrdiff_t pixels, int32_t depth_bits) {
+void Change(const uint8_t* source, const BandRow& row, const BandResponse& band,
+            uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows) {
   const auto* in = reinterpret_cast<const Sample*>(source);
   auto* out = reinterpret_cast<Sample*>(destination);
-  const int32_t max_sample = (1 << depth_bits) - 1;
+  const int32_t max_sample = (1 << rows.depth_bits) - 1;
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
-    const int32_t change = InSampleUnits(changes[i], depth_bits);
+    const int32_t change = InSampleUnits(ChangeAt(row, i, band), rows.depth_bits);
     for (int c = 0; c < kLayout.channels; ++c) {
       const std::ptrdiff_t at = kLayout.channels * i + c;
       out[at] = c < kLayout.corrected
@@ -61,7 +63,7 @@ void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* chan
 
 template <class Sample, int kAt>
 constexpr MultiFrequencyKernels::OfLayout kOfLayout = {Brightness<Sample, kLuminanceLayouts[kAt]>,
-                                                       AddChanges<Sample, kLuminanceLayouts[kAt]>};
+                                                       Change<Sample, kLuminanceLayouts[kAt]>};
 
 }  // namespace
 

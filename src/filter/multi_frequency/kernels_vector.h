@@ -28,12 +28,6 @@ typename V::Reg LoadPart(const void* samples, std::ptrdiff_t r) {
   return V::LoadLanes(bytes + 16 * r, bytes + 16 * (kChannels + r));
 }
 
-template <class V, int kChannels>
-void StorePart(void* samples, std::ptrdiff_t r, typename V::Reg a) {
-  auto* const bytes = static_cast<uint8_t*>(samples);
-  V::StoreLanes(bytes + 16 * r, bytes + 16 * (kChannels + r), a);
-}
-
 // 16-bit working samples of the pixels that each lane of a register of bytes holds.
 template <class V>
 void StoreHalves(int16_t* output, typename V::Reg low, typename V::Reg high) {
@@ -152,6 +146,7 @@ void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixel
   const auto* samples = reinterpret_cast<const Sample*>(source);
   std::ptrdiff_t i = 0;
   for (; i + kStep<V, Sample> <= pixels; i += kStep<V, Sample>) {
+    PrefetchAhead<kLayout.channels * V::kBytes>(samples + kLayout.channels * i, kAheadInRow);
     to_brightness(samples + kLayout.channels * i, brightness + i);
   }
   const auto* const rest = reinterpret_cast<const uint8_t*>(samples + kLayout.channels * i);
@@ -162,29 +157,58 @@ void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixel
 // gain * (e - m) - damping * m is gain * e - (gain + damping) * m, and 8192 times what it is added to
 // joins the sum before the shift.
 template <class V>
-void Respond(const int16_t* level, const int16_t* expanded, const int16_t* expanded_changes,
-             const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
-  constexpr std::ptrdiff_t kWords = V::kBytes / 2;
-  const auto factors = WeightPair<V>(band.gain, -(band.gain + band.damping));
-  const auto unit_and_half = WeightPair<V>(8192, 4096);
-  const auto noise = V::Set16(band.noise);
-  const auto minus_noise = V::Set16(-band.noise);
-  const auto limit = V::Set16(band.limit);
-  const auto minus_limit = V::Set16(-band.limit);
-  const auto lowest = V::Set16(-32767);
-  const auto one = V::Set16(1);
-  const auto sum = [&](typename V::Reg e_and_m, typename V::Reg change_and_one) {
+class Responder {
+ public:
+  using Reg = typename V::Reg;
+
+  explicit Responder(const BandResponse& band)
+      : factors_(WeightPair<V>(band.gain, -(band.gain + band.damping))),
+        noise_(V::Set16(band.noise)),
+        minus_noise_(V::Set16(-band.noise)),
+        limit_(V::Set16(band.limit)),
+        minus_limit_(V::Set16(-band.limit)) {}
+
+  // The changes from sample i on.
+  Reg At(const BandRow& row, std::ptrdiff_t i) const {
+    return Changes(V::Load(row.level + i), V::Load(row.expanded + i),
+                   V::Load(row.expanded_changes + i));
+  }
+  // The second lane's from sample i + 16 on.
+  Reg AtLanes(const BandRow& row, std::ptrdiff_t i) const {
+    const auto load = [i](const int16_t* samples) {
+      return V::LoadLanes(samples + i, samples + i + 16);
+    };
+    return Changes(load(row.level), load(row.expanded), load(row.expanded_changes));
+  }
+
+ private:
+  Reg Changes(Reg level, Reg expanded, Reg x) const {
+    const auto one = V::Set16(1);
+    const auto d = V::Sub16(level, expanded);
+    const auto m = V::Max16(V::Min16(d, noise_), minus_noise_);
+    const auto e = V::Max16(V::Min16(d, limit_), minus_limit_);
+    const auto low = Sum(V::template UnpackLow<16>(e, m), V::template UnpackLow<16>(x, one));
+    const auto high = Sum(V::template UnpackHigh<16>(e, m), V::template UnpackHigh<16>(x, one));
+    return V::Max16(V::PackS32(low, high), V::Set16(-32767));
+  }
+  Reg Sum(Reg e_and_m, Reg change_and_one) const {
+    const auto unit_and_half = WeightPair<V>(8192, 4096);
     return V::ShiftRight32(
-        V::Add32(V::MulAdd16(e_and_m, factors), V::MulAdd16(change_and_one, unit_and_half)), 13);
-  };
-  for (std::ptrdiff_t i = 0; i < count; i += kWords) {
-    const auto d = V::Sub16(V::Load(level + i), V::Load(expanded + i));
-    const auto x = V::Load(expanded_changes + i);
-    const auto m = V::Max16(V::Min16(d, noise), minus_noise);
-    const auto e = V::Max16(V::Min16(d, limit), minus_limit);
-    const auto low = sum(V::template UnpackLow<16>(e, m), V::template UnpackLow<16>(x, one));
-    const auto high = sum(V::template UnpackHigh<16>(e, m), V::template UnpackHigh<16>(x, one));
-    V::Store(changes + i, V::Max16(V::PackS32(low, high), lowest));
+        V::Add32(V::MulAdd16(e_and_m, factors_), V::MulAdd16(change_and_one, unit_and_half)), 13);
+  }
+
+  Reg factors_;
+  Reg noise_;
+  Reg minus_noise_;
+  Reg limit_;
+  Reg minus_limit_;
+};
+
+template <class V>
+void Respond(const BandRow& row, const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
+  const Responder<V> responder(band);
+  for (std::ptrdiff_t i = 0; i < count; i += V::kBytes / 2) {
+    V::Store(changes + i, responder.At(row, i));
   }
 }
 
@@ -195,15 +219,16 @@ struct ChangeAdder;
 template <class V, LuminanceLayout kLayout>
 struct ChangeAdder<V, uint8_t, kLayout> {
   using Reg = typename V::Reg;
+  static constexpr int kChannels = kLayout.channels;
 
   explicit ChangeAdder(int32_t /*depth_bits*/) {}
 
-  void operator()(const uint8_t* in, uint8_t* out, const int16_t* changes) const {
-    constexpr int kChannels = kLayout.channels;
+  void operator()(const uint8_t* in, const Responder<V>& responder, const BandRow& row,
+                  Reg (&out)[kChannels]) const {
     const auto zero = V::Zero();
     const auto to_units = V::Set16(1 << 8);
-    const auto low = V::MulRound15(V::LoadLanes(changes, changes + 16), to_units);
-    const auto high = V::MulRound15(V::LoadLanes(changes + 8, changes + 24), to_units);
+    const auto low = V::MulRound15(responder.AtLanes(row, 0), to_units);
+    const auto high = V::MulRound15(responder.AtLanes(row, 8), to_units);
     const auto up = V::PackU16(low, high);
     const auto down = V::PackU16(V::Sub16(zero, low), V::Sub16(zero, high));
     Reg samples[kChannels];
@@ -211,7 +236,7 @@ struct ChangeAdder<V, uint8_t, kLayout> {
     for (int r = 0; r < kChannels; ++r) {
       const auto order = V::LoadToAllLanes(kSpreadOrder<1, kChannels, kLayout.corrected>.orders[r]);
       const auto raised = V::AddSatU8(samples[r], V::Shuffle8(up, order));
-      StorePart<V, kChannels>(out, r, V::SubSatU8(raised, V::Shuffle8(down, order)));
+      out[r] = V::SubSatU8(raised, V::Shuffle8(down, order));
     }
   }
 };
@@ -221,13 +246,14 @@ struct ChangeAdder<V, uint8_t, kLayout> {
 template <class V, LuminanceLayout kLayout>
 struct ChangeAdder<V, uint16_t, kLayout> {
   using Reg = typename V::Reg;
+  static constexpr int kChannels = kLayout.channels;
 
   explicit ChangeAdder(int32_t depth_bits)
       : depth(depth_bits), max_sample(V::Set16((1 << depth_bits) - 1)) {}
 
-  void operator()(const uint16_t* in, uint16_t* out, const int16_t* changes) const {
-    constexpr int kChannels = kLayout.channels;
-    auto change = V::Load(changes);
+  void operator()(const uint16_t* in, const Responder<V>& responder, const BandRow& row,
+                  Reg (&out)[kChannels]) const {
+    auto change = responder.At(row, 0);
     if (depth < 15) change = V::MulRound15(change, V::Set16(1 << depth));
     Reg samples[kChannels];
     for (int r = 0; r < kChannels; ++r) samples[r] = LoadPart<V, kChannels>(in, r);
@@ -238,7 +264,7 @@ struct ChangeAdder<V, uint16_t, kLayout> {
       if (depth == 16) sum = V::AddSat16(sum, spread);
       // What is copied has no limit; its orders are negative.
       const auto limit = V::Or(max_sample, V::ShiftRight16(order, 15));
-      StorePart<V, kChannels>(out, r, V::MinU16(V::FlipSign16(sum), limit));
+      out[r] = V::MinU16(V::FlipSign16(sum), limit);
     }
   }
 
@@ -247,25 +273,37 @@ struct ChangeAdder<V, uint16_t, kLayout> {
 };
 
 template <class V, class Sample, LuminanceLayout kLayout>
-void AddChanges(const uint8_t* source, uint8_t* destination, const int16_t* changes,
-                std::ptrdiff_t pixels, int32_t depth_bits) {
+void Change(const uint8_t* source, const BandRow& row, const BandResponse& band,
+            uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows) {
   constexpr std::ptrdiff_t kChannels = kLayout.channels;
-  const ChangeAdder<V, Sample, kLayout> add(depth_bits);
+  const ChangeAdder<V, Sample, kLayout> add(rows.depth_bits);
+  const Responder<V> responder(band);
   const auto* in = reinterpret_cast<const Sample*>(source);
   auto* out = reinterpret_cast<Sample*>(destination);
-  std::ptrdiff_t i = 0;
-  for (; i + kStep<V, Sample> <= pixels; i += kStep<V, Sample>) {
-    add(in + kChannels * i, out + kChannels * i, changes + i);
-  }
-  Narrower<V>(kLayout.color_model, depth_bits)
-      .add_changes(reinterpret_cast<const uint8_t*>(in + kChannels * i),
-                   reinterpret_cast<uint8_t*>(out + kChannels * i), changes + i, pixels - i,
-                   depth_bits);
+  const std::ptrdiff_t i =
+      CoverPixels<kChannels * std::ptrdiff_t{sizeof(Sample)}, kStep<V, Sample>>(
+          destination, pixels, rows.streaming,
+          [&](std::ptrdiff_t count) {
+            kMultiFrequencyPlain.Of(kLayout.color_model, rows.depth_bits)
+                .change(source, row, band, destination, count, rows);
+          },
+          [&]<bool kStreaming>(std::ptrdiff_t at) {
+            PrefetchAhead<kChannels * V::kBytes>(in + kChannels * at, kAheadInRow);
+            typename V::Reg result[kChannels];
+            add(in + kChannels * at, responder, row.From(at), result);
+            auto* const bytes = reinterpret_cast<uint8_t*>(out + kChannels * at);
+            for (std::ptrdiff_t r = 0; r < kChannels; ++r) {
+              StoreLanesTo<V, kStreaming>(bytes + 16 * r, bytes + 16 * (kChannels + r), result[r]);
+            }
+          });
+  Narrower<V>(kLayout.color_model, rows.depth_bits)
+      .change(reinterpret_cast<const uint8_t*>(in + kChannels * i), row.From(i), band,
+              reinterpret_cast<uint8_t*>(out + kChannels * i), pixels - i, rows);
 }
 
 template <class V, class Sample, int kAt>
 constexpr MultiFrequencyKernels::OfLayout kOfLayout = {
-    Brightness<V, Sample, kLuminanceLayouts[kAt]>, AddChanges<V, Sample, kLuminanceLayouts[kAt]>};
+    Brightness<V, Sample, kLuminanceLayouts[kAt]>, Change<V, Sample, kLuminanceLayouts[kAt]>};
 
 template <class V>
 constexpr MultiFrequencyKernels kMultiFrequencyOf = {

@@ -84,7 +84,7 @@ struct Picture {
   uint8_t* destination;
   std::ptrdiff_t stride;
   PlaneSize size;
-  int32_t depth_bits;
+  PixelRows rows;
 };
 
 // The brightness of a picture.
@@ -93,31 +93,40 @@ class BrightnessSource final : public RowSource {
   BrightnessSource(const Picture& picture, BrightnessRow* brightness)
       : picture_(picture), brightness_(brightness) {}
 
-  // Rows stay while five more are taken: as long as their reductions need them.
-  bool Allocate() { return rows_.Allocate(kRowsKept, picture_.size.width); }
-  void Start() { taken_ = 0; }
-
-  int16_t* Next() override {
-    int16_t* const row = rows_[taken_];
-    brightness_(RowAt<uint8_t>(picture_.source, picture_.stride, taken_++), row,
-                picture_.size.width, picture_.depth_bits);
-    return row;
+  // Keeps the last `rows`, and as many as a reduction needs.
+  bool Allocate(std::ptrdiff_t rows) {
+    constexpr std::ptrdiff_t kReductionRows = 6;
+    kept_ = std::max(rows, kReductionRows);
+    return rows_.Allocate(static_cast<uint64_t>(kept_), picture_.size.width) &&
+           again_.Allocate(1, picture_.size.width);
   }
 
-  const int16_t* operator[](std::ptrdiff_t row) const { return rows_[row]; }
+  int16_t* Next() override { return Make(taken_++, &rows_); }
+
+  // A row that was taken: as it was kept, or made again.
+  const int16_t* Row(std::ptrdiff_t row) {
+    return taken_ - row <= kept_ ? rows_[row] : Make(row, &again_);
+  }
 
  private:
-  static constexpr uint64_t kRowsKept = 6;
+  int16_t* Make(std::ptrdiff_t row, WorkRows* rows) {
+    int16_t* const made = (*rows)[row];
+    brightness_(RowAt<uint8_t>(picture_.source, picture_.stride, row), made, picture_.size.width,
+                picture_.rows.depth_bits);
+    return made;
+  }
 
   const Picture& picture_;
   BrightnessRow* const brightness_;
+  std::ptrdiff_t kept_ = 0;
   std::ptrdiff_t taken_ = 0;
   WorkRows rows_;
+  WorkRows again_;
 };
 
-// One call. Levels are counted from 0, the brightness itself. From level 2 on they are whole planes;
-// level 1 is made a second time, when the rows of the picture are. Changes are made row by row at all
-// levels, each from the next one's.
+// One call. Levels are counted from 0, the brightness itself, and are made as far ahead of the result as
+// its rows need: with few bands the source is then in the cache when it is read again, and so is its
+// brightness. Changes are made row by row at all levels, each from the next one's.
 class Run {
  public:
   Run(const Picture& picture, const PixelFormat& format, const Responses& responses,
@@ -126,11 +135,11 @@ class Run {
         responses_(responses),
         pyramid_(ForTier(tier, kPyramidPlain, kPyramidSse, kPyramidAvx2)),
         kernels_(ForTier(tier, kMultiFrequencyPlain, kMultiFrequencySse, kMultiFrequencyAvx2)),
-        samples_(kernels_.Of(format.color_model, picture.depth_bits)),
+        samples_(kernels_.Of(format.color_model, picture.rows.depth_bits)),
         brightness_(picture, samples_.brightness) {}
 
   Status Do() {
-    if (!Allocate() || !MakeWholeLevels()) return OVRA_ERROR_NO_MEMORY;
+    if (!Allocate()) return OVRA_ERROR_NO_MEMORY;
     MakeResult();
     return OVRA_OK;
   }
@@ -138,6 +147,8 @@ class Run {
  private:
   static constexpr int kFirstWhole = 2;
   static constexpr uint64_t kCoarseRows = 4;  // three that are expanded, and one
+  static constexpr std::ptrdiff_t kMaxBrightnessRows =
+      256;  // more leave the cache, and are made again
 
   struct Changes {
     WorkRows rows;
@@ -151,26 +162,24 @@ class Run {
       size = size.Half();
       if (!changes_[k].rows.Allocate(kCoarseRows, size.width)) return false;
     }
-    return brightness_.Allocate() && level1_.Allocate(picture_.size, kCoarseRows) &&
-           half_.Allocate(1, width / 2 + 1) && expanded_.Allocate(1, width) &&
-           expanded_changes_.Allocate(1, width) && picture_changes_.Allocate(1, width);
-  }
-
-  bool MakeWholeLevels() {
+    // The base is made two of its rows ahead, and they take two more of it on every level below.
+    const std::ptrdiff_t rows_ahead = std::ptrdiff_t{4} << responses_.bands;
+    const std::ptrdiff_t level1_rows = std::min(rows_ahead / 2 + 2, picture_.size.Half().height);
     const int whole = responses_.bands - kFirstWhole + 1;
-    if (whole == 0) return true;
-    Reduction level2;
-    if (!level2.Allocate(level1_.size(), 1) || !levels_.Allocate(level2.size(), whole)) {
-      return false;
-    }
-    StartLevel1();
-    level2.Start(&level1_, pyramid_);
-    return levels_.Fill(&level2, pyramid_);
+    const std::ptrdiff_t rows_kept =
+        std::min({rows_ahead, picture_.size.height / 8, kMaxBrightnessRows});
+    return brightness_.Allocate(rows_kept) &&
+           level1_.Allocate(picture_.size, static_cast<uint64_t>(level1_rows)) &&
+           (whole == 0 ||
+            (level2_.Allocate(level1_.size(), 1) && levels_.Allocate(level2_.size(), whole))) &&
+           half_.Allocate(1, width / 2 + 1) && expanded_.Allocate(1, width) &&
+           expanded_changes_.Allocate(1, width);
   }
 
-  void StartLevel1() {
-    brightness_.Start();
+  void Start() {
     level1_.Start(&brightness_, pyramid_);
+    level2_.Start(&level1_, pyramid_);
+    if (responses_.bands >= kFirstWhole) levels_.Start(&level2_, pyramid_);
   }
 
   PlaneSize SizeOf(int level) const {
@@ -178,15 +187,15 @@ class Run {
   }
 
   void MakeResult() {
-    StartLevel1();
+    Start();
     const PlaneSize size = picture_.size;
     for (std::ptrdiff_t y = 0; y < size.height; ++y) {
       MakeChangesUpTo(1, y / 2 + 1);
       ExpandRow(level1_, level1_.size(), y, pyramid_, half_[0], expanded_[0]);
-      Respond(0, brightness_[y], y, picture_changes_[0], size.width);
-      samples_.add_changes(RowAt<uint8_t>(picture_.source, picture_.stride, y),
-                           RowAt<uint8_t>(picture_.destination, picture_.stride, y),
-                           picture_changes_[0], size.width, picture_.depth_bits);
+      ExpandChanges(1, y);
+      samples_.change(RowAt<uint8_t>(picture_.source, picture_.stride, y), Band(brightness_.Row(y)),
+                      responses_.band[0], RowAt<uint8_t>(picture_.destination, picture_.stride, y),
+                      size.width, picture_.rows);
     }
   }
 
@@ -200,29 +209,35 @@ class Run {
 
   void MakeChangesRow(int level, std::ptrdiff_t y) {
     const bool is_base = level == responses_.bands;
-    if (!is_base) MakeChangesUpTo(level + 1, y / 2 + 1);
-    const int16_t* const row = level == 1 ? level1_.Next() : levels_[level - kFirstWhole][y];
+    if (!is_base) {
+      MakeChangesUpTo(level + 1, y / 2 + 1);
+    } else if (level >= kFirstWhole) {
+      levels_.MakeRows(y + 1);
+    } else {
+      level1_.Next();
+    }
+    const int16_t* const row = level == 1 ? level1_[y] : levels_[level - kFirstWhole][y];
     int16_t* const changes = changes_[level].rows[y];
     const std::ptrdiff_t width = SizeOf(level).width;
     if (is_base) {
       std::fill_n(expanded_[0], width, responses_.pivot);
       std::fill_n(expanded_changes_[0], width, int16_t{0});
-      kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.base, changes, width);
+      kernels_.respond(Band(row), responses_.base, changes, width);
       return;
     }
     const Plane& coarse = levels_[level + 1 - kFirstWhole];
     ExpandRow(coarse, coarse.size, y, pyramid_, half_[0], expanded_[0]);
-    Respond(level, row, y, changes, width);
+    ExpandChanges(level + 1, y);
+    kernels_.respond(Band(row), responses_.band[level], changes, width);
   }
 
-  // The changes of a row, whose level has been expanded.
-  void Respond(int level, const int16_t* row, std::ptrdiff_t y, int16_t* changes,
-               std::ptrdiff_t width) {
-    ExpandRow(changes_[level + 1].rows, SizeOf(level + 1), y, pyramid_, half_[0],
-              expanded_changes_[0]);
-    kernels_.respond(row, expanded_[0], expanded_changes_[0], responses_.band[level], changes,
-                     width);
+  // To row `y` of the finer level.
+  void ExpandChanges(int level, std::ptrdiff_t y) {
+    ExpandRow(changes_[level].rows, SizeOf(level), y, pyramid_, half_[0], expanded_changes_[0]);
   }
+
+  // A row of a level, whose expanded rows have been made.
+  BandRow Band(const int16_t* level) const { return {level, expanded_[0], expanded_changes_[0]}; }
 
   const Picture& picture_;
   const Responses& responses_;
@@ -231,12 +246,12 @@ class Run {
   const MultiFrequencyKernels::OfLayout samples_;
   BrightnessSource brightness_;
   Reduction level1_;
+  Reduction level2_;
   Pyramid levels_;  // from level 2 on
   Changes changes_[kMaxBands + 1];
   WorkRows half_;
   WorkRows expanded_;
   WorkRows expanded_changes_;
-  WorkRows picture_changes_;
 };
 
 }  // namespace
@@ -253,12 +268,14 @@ Status MultiFrequency(const uint8_t* source, uint8_t* destination, uint32_t widt
   const Status status = DecodeAndCheckFormat(code, kFormatRules, &format);
   if (status != OVRA_OK) return status;
   if (!IsCountable(width, height, format)) return OVRA_ERROR_NO_MEMORY;
+  const std::ptrdiff_t stride = RowStride(width, format);
   const Picture picture = {
       source,
       destination,
-      RowStride(width, format),
+      stride,
       {static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height)},
-      static_cast<int32_t>(format.depth_bits)};
+      {static_cast<int32_t>(format.depth_bits),
+       source != destination && WritesRoundCache(stride, height)}};
   return Run(picture, format, Responses(*params), tier).Do();
 }
 

@@ -34,7 +34,7 @@ bool HyperToneDetail::Prepare() {
   if (!level2.Allocate(half, 1)) return false;
   level1_.Start(&brightness_, pyramid_);
   level2.Start(&level1_, pyramid_);
-  if (!levels_.Fill(&level2, pyramid_)) return false;
+  levels_.Fill(&level2, pyramid_);
   LimitLevels(levels_);
   brightness_.Start();
   level1_.Start(&brightness_, pyramid_);
@@ -62,10 +62,10 @@ bool HyperToneLightDetail::Prepare() {
   const int whole_levels = context_.scale - kFirstWholeLevel + 1;
   const PlaneSize size = blocks_.size();
   if (!AllocateRows(size.width) || !blocks_.Allocate() ||
-      !brightness_.Allocate(1, picture_.size.width) || !levels_.Allocate(size, whole_levels) ||
-      !levels_.Fill(&blocks_, pyramid_)) {
+      !brightness_.Allocate(1, picture_.size.width) || !levels_.Allocate(size, whole_levels)) {
     return false;
   }
+  levels_.Fill(&blocks_, pyramid_);
   LimitLevels(levels_);
   return true;
 }

@@ -12,11 +12,6 @@
 
 namespace ovra {
 
-struct DetailRow {
-  const int16_t* brightness;
-  const int16_t* detail;
-};
-
 // One run of a form: Prepare goes over the picture once and answers false when there is no memory;
 // then Row is asked for every row in order. A row of the source may be overwritten when its own row
 // has been asked for.

@@ -10,19 +10,19 @@ namespace {
 
 // From the detail of each pixel to its gain and to the result. `detail` has been prepared.
 void MakeResult(ToneDetail* detail, const TonePicture& picture, uint8_t* destination,
-                const HyperToneContext& context, int16_t* gains) {
+                const HyperToneContext& context) {
   const HyperToneKernels& kernels = *picture.kernels;
   const bool may_clip =
       context.form == ToneForm::kHyperTone || context.form == ToneForm::kHyperToneLight;
   ApplyGainsRow* const apply = may_clip            ? kernels.apply
                                : context.keep == 0 ? kernels.apply_unclipped
                                                    : kernels.apply_colour;
-  const std::ptrdiff_t width = picture.size.width;
+  const ToneGains gains = {
+      context.gains, context.keep,
+      picture.source != destination && WritesRoundCache(picture.stride, picture.size.height)};
   for (std::ptrdiff_t y = 0; y < picture.size.height; ++y) {
-    const DetailRow row = detail->Row(y);
-    kernels.find_gains(row.brightness, row.detail, context.gains, gains, width);
-    apply(picture.Row(y), gains, RowAt<uint16_t>(destination, picture.stride, y), width,
-          picture.pixels, context.keep);
+    apply(picture.Row(y), detail->Row(y), gains, RowAt<uint16_t>(destination, picture.stride, y),
+          picture.size.width, picture.pixels);
   }
 }
 
@@ -30,9 +30,8 @@ template <class Detail>
 Status Run(const TonePicture& picture, uint8_t* destination, const HyperToneContext& context,
            KernelTier tier) {
   Detail detail(picture, context, tier);
-  WorkRows gains;
-  if (!gains.Allocate(1, picture.size.width) || !detail.Prepare()) return OVRA_ERROR_NO_MEMORY;
-  MakeResult(&detail, picture, destination, context, gains[0]);
+  if (!detail.Prepare()) return OVRA_ERROR_NO_MEMORY;
+  MakeResult(&detail, picture, destination, context);
   return OVRA_OK;
 }
 

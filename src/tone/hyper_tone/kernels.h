@@ -27,18 +27,25 @@ using ToneBrightnessRow = void(const uint16_t* source, int16_t* brightness, std:
 using ToneBlocksRow = void(const uint16_t* const* rows, int16_t* brightness, std::ptrdiff_t pixels,
                            const TonePixels& format);
 
-// Gains from the brightness, and from the detail in it. `table` is that of the context.
-using GainRow = void(const int16_t* brightness, const int16_t* detail, const int32_t* table,
-                     int16_t* gains, std::ptrdiff_t pixels);
+// The detail in a row's brightness.
+struct DetailRow {
+  const int16_t* brightness;
+  const int16_t* detail;
+};
 
-// Pixels times their gains. `keep` is used by some forms of it. destination may be source.
-using ApplyGainsRow = void(const uint16_t* source, const int16_t* gains, uint16_t* destination,
-                           std::ptrdiff_t pixels, const TonePixels& format, int16_t keep);
+struct ToneGains {
+  const int32_t* table;  // of a context
+  int16_t keep;          // the context's, which some forms use
+  bool streaming;        // whether writing goes round the cache
+};
+
+// Pixels times the gains of their brightness and detail. destination may be source.
+using ApplyGainsRow = void(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
+                           uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format);
 
 struct HyperToneKernels {
   ToneBrightnessRow* brightness;
   ToneBlocksRow* blocks;
-  GainRow* find_gains;
   ApplyGainsRow* apply;            // each channel limited by itself
   ApplyGainsRow* apply_unclipped;  // no gain drives a channel above the depth
   ApplyGainsRow* apply_colour;     // the same, and colour grows less than brightness: `keep` > 0

@@ -49,16 +49,12 @@ void Blocks(const uint16_t* const* rows, int16_t* brightness, std::ptrdiff_t pix
   }
 }
 
-void FindGains(const int16_t* brightness, const int16_t* detail, const int32_t* table,
-               int16_t* gains, std::ptrdiff_t pixels) {
-  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
-    const int32_t base = std::clamp(brightness[i] - detail[i], 0, 32767);
-    const int32_t entry = table[(base + 4) >> 3];
-    const int32_t gain = entry & 0xFFFF;
-    const int32_t slope = entry >> 16;
-    gains[i] =
-        static_cast<int16_t>(std::clamp(gain + ((4 * detail[i] * slope + 16384) >> 15), 0, 32767));
-  }
+int32_t GainAt(const DetailRow& row, std::ptrdiff_t i, const ToneGains& gains) {
+  const int32_t base = std::clamp(row.brightness[i] - row.detail[i], 0, 32767);
+  const int32_t entry = gains.table[(base + 4) >> 3];
+  const int32_t gain = entry & 0xFFFF;
+  const int32_t slope = entry >> 16;
+  return std::clamp(gain + ((4 * row.detail[i] * slope + 16384) >> 15), 0, 32767);
 }
 
 int32_t Scaled(int32_t sample, int32_t gain) {
@@ -71,36 +67,37 @@ int32_t UnclippedGain(const Pixel& pixel, int32_t gain, int32_t max_sample) {
   return Scaled(strongest, gain) > max_sample ? max_sample * 8192 / strongest : gain;
 }
 
-void Apply(const uint16_t* source, const int16_t* gains, uint16_t* destination,
-           std::ptrdiff_t pixels, const TonePixels& format, int16_t /*keep*/) {
+void Apply(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
+           uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
+    const int32_t gain = GainAt(row, i, gains);
     for (int c = 0; c < 3; ++c) {
-      const int32_t scaled = Scaled(pixel.samples[c], gains[i]);
+      const int32_t scaled = Scaled(pixel.samples[c], gain);
       destination[3 * i + c] = static_cast<uint16_t>(std::min(scaled, format.MaxSample()));
     }
   }
 }
 
-void ApplyUnclipped(const uint16_t* source, const int16_t* gains, uint16_t* destination,
-                    std::ptrdiff_t pixels, const TonePixels& format, int16_t /*keep*/) {
+void ApplyUnclipped(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
+                    uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
-    const int32_t gain = UnclippedGain(pixel, gains[i], format.MaxSample());
+    const int32_t gain = UnclippedGain(pixel, GainAt(row, i, gains), format.MaxSample());
     for (int c = 0; c < 3; ++c) {
       destination[3 * i + c] = static_cast<uint16_t>(Scaled(pixel.samples[c], gain));
     }
   }
 }
 
-void ApplyColour(const uint16_t* source, const int16_t* gains, uint16_t* destination,
-                 std::ptrdiff_t pixels, const TonePixels& format, int16_t keep) {
+void ApplyColour(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
+                 uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   const int32_t up = 15 - format.depth_bits;
   const int32_t down = 28 - format.depth_bits;
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
-    const int32_t gain = UnclippedGain(pixel, gains[i], format.MaxSample());
-    const int32_t kept = ((gain - 8192) * keep + 16384) >> 15;
+    const int32_t gain = UnclippedGain(pixel, GainAt(row, i, gains), format.MaxSample());
+    const int32_t kept = ((gain - 8192) * gains.keep + 16384) >> 15;
     const int32_t added = pixel.Luminance(format) * kept + (1 << (down - 1));
     for (int c = 0; c < 3; ++c) {
       const int32_t sample = ((pixel.samples[c] << up) * (gain - kept) + added) >> down;
@@ -111,7 +108,6 @@ void ApplyColour(const uint16_t* source, const int16_t* gains, uint16_t* destina
 
 }  // namespace
 
-const HyperToneKernels kHyperTonePlain = {Brightness, Blocks,         FindGains,
-                                          Apply,      ApplyUnclipped, ApplyColour};
+const HyperToneKernels kHyperTonePlain = {Brightness, Blocks, Apply, ApplyUnclipped, ApplyColour};
 
 }  // namespace ovra

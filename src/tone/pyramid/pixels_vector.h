@@ -8,6 +8,51 @@
 namespace ovra {
 namespace {
 
+// Asks for bytes of a picture that will be read soon. What the processor fetches ahead by itself ends
+// at every page, and waits while rows in between are worked on.
+template <std::ptrdiff_t kBytes>
+void PrefetchAhead(const void* from, std::ptrdiff_t ahead) {
+  constexpr std::ptrdiff_t kLine = 64;
+  const auto address = reinterpret_cast<uintptr_t>(from) + static_cast<uintptr_t>(ahead);
+  for (std::ptrdiff_t at = 0; at < kBytes; at += kLine) {
+    PrefetchLine(address + static_cast<uintptr_t>(at));
+  }
+}
+
+// How far ahead of the pixels of a row.
+constexpr std::ptrdiff_t kAheadInRow = 16384;
+
+// Stores a register's lanes, round the cache when that is wanted; then the addresses are aligned.
+template <class V, bool kStreaming>
+void StoreLanesTo(void* first, void* second, typename V::Reg a) {
+  if constexpr (kStreaming) {
+    V::StoreLanesStreaming(first, second, a);
+  } else {
+    V::StoreLanes(first, second, a);
+  }
+}
+
+// Covers the whole steps of a row of pixels, step<kStreaming>(i) for each, and answers where they end.
+// What goes round the cache is written from the first pixel on that stands at 16 bytes, if there is
+// one: head(count) makes those before it.
+template <std::ptrdiff_t kPixelBytes, std::ptrdiff_t kStep, class Head, class Step>
+std::ptrdiff_t CoverPixels(const void* destination, std::ptrdiff_t pixels, bool streaming,
+                           const Head& head, const Step& step) {
+  constexpr std::ptrdiff_t kAligned = 16;
+  const auto address =
+      static_cast<std::ptrdiff_t>(reinterpret_cast<uintptr_t>(destination) % kAligned);
+  std::ptrdiff_t i = 0;
+  while (i < kAligned && (address + i * kPixelBytes) % kAligned != 0) ++i;
+  if (streaming && i < kAligned && i + kStep <= pixels) {
+    head(i);
+    for (; i + kStep <= pixels; i += kStep) step.template operator()<true>(i);
+    FinishStreaming();
+    return i;
+  }
+  for (i = 0; i + kStep <= pixels; i += kStep) step.template operator()<false>(i);
+  return i;
+}
+
 // Two 16-bit weights for neighbours that are multiplied and added.
 template <class V>
 typename V::Reg WeightPair(int32_t first, int32_t second) {

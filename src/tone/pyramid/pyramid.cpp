@@ -2,29 +2,6 @@
 #include "tone/pyramid/pyramid.h"
 
 namespace ovra {
-namespace {
-
-// Passes rows on and keeps them in a plane.
-class KeptRows final : public RowSource {
- public:
-  void Start(RowSource* rows, const Plane& plane) {
-    rows_ = rows;
-    plane_ = &plane;
-  }
-
-  int16_t* Next() override {
-    int16_t* const row = rows_->Next();
-    plane_->Put(made_++, row);
-    return row;
-  }
-
- private:
-  RowSource* rows_ = nullptr;
-  const Plane* plane_ = nullptr;
-  std::ptrdiff_t made_ = 0;
-};
-
-}  // namespace
 
 bool Reduction::Allocate(PlaneSize finer_size, uint64_t rows_kept) {
   finer_size_ = finer_size;
@@ -63,6 +40,7 @@ bool Pyramid::Allocate(PlaneSize finest, int levels) {
   for (int k = 0; k < levels; ++k, size = size.Half()) {
     planes_[k].size = size;
     samples += static_cast<uint64_t>(size.width) * static_cast<uint64_t>(size.height);
+    if (k > 0 && !reductions_[k].Allocate(planes_[k - 1].size, 1)) return false;
   }
   if (!samples_.Allocate(samples + WorkRows::kBehind)) return false;
   int16_t* next = samples_.data();
@@ -73,18 +51,29 @@ bool Pyramid::Allocate(PlaneSize finest, int levels) {
   return true;
 }
 
-bool Pyramid::Fill(RowSource* finest, const PyramidKernels& kernels) {
-  KeptRows kept[kMaxLevels];
-  Reduction reductions[kMaxLevels];
-  kept[0].Start(finest, planes_[0]);
+void KeptRows::Start(RowSource* rows, const Plane& plane) {
+  rows_ = rows;
+  plane_ = &plane;
+  made_ = 0;
+}
+
+int16_t* KeptRows::Next() {
+  int16_t* const row = rows_->Next();
+  plane_->Put(made_++, row);
+  return row;
+}
+
+void Pyramid::Start(RowSource* finest, const PyramidKernels& kernels) {
+  kept_[0].Start(finest, planes_[0]);
   for (int k = 1; k < levels_; ++k) {
-    if (!reductions[k].Allocate(planes_[k - 1].size, 1)) return false;
-    reductions[k].Start(&kept[k - 1], kernels);
-    kept[k].Start(&reductions[k], planes_[k]);
+    reductions_[k].Start(&kept_[k - 1], kernels);
+    kept_[k].Start(&reductions_[k], planes_[k]);
   }
-  const int last = levels_ - 1;
-  for (std::ptrdiff_t y = 0; y < planes_[last].size.height; ++y) kept[last].Next();
-  return true;
+}
+
+void Pyramid::MakeRows(std::ptrdiff_t rows) {
+  KeptRows& last = kept_[levels_ - 1];
+  while (last.made() < rows) last.Next();
 }
 
 }  // namespace ovra

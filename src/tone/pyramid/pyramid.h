@@ -70,15 +70,38 @@ struct Plane {
   }
 };
 
-// Whole planes, each half as wide and high as the one before it.
+// Passes rows on and keeps them in a plane.
+class KeptRows final : public RowSource {
+ public:
+  void Start(RowSource* rows, const Plane& plane);
+  int16_t* Next() override;
+
+  std::ptrdiff_t made() const { return made_; }
+
+ private:
+  RowSource* rows_ = nullptr;
+  const Plane* plane_ = nullptr;
+  std::ptrdiff_t made_ = 0;
+};
+
+// Whole planes, each half as wide and high as the one before it: the first from its rows, the others
+// by reduction.
 class Pyramid {
  public:
   static constexpr int kMaxLevels = 8;
 
   [[nodiscard]] bool Allocate(PlaneSize finest, int levels);
 
-  // The first plane from its rows, the others by reduction.
-  [[nodiscard]] bool Fill(RowSource* finest, const PyramidKernels& kernels);
+  void Start(RowSource* finest, const PyramidKernels& kernels);
+
+  // Makes what is missing of the last plane's first `rows` rows, and of the others what these need:
+  // of each at least twice as many rows as of the next one and two more, or all.
+  void MakeRows(std::ptrdiff_t rows);
+
+  void Fill(RowSource* finest, const PyramidKernels& kernels) {
+    Start(finest, kernels);
+    MakeRows(planes_[levels_ - 1].size.height);
+  }
 
   int levels() const { return levels_; }
   const Plane& operator[](int level) const { return planes_[level]; }
@@ -87,6 +110,8 @@ class Pyramid {
   WorkMemory<int16_t> samples_;
   int levels_ = 0;
   Plane planes_[kMaxLevels];
+  KeptRows kept_[kMaxLevels];
+  Reduction reductions_[kMaxLevels];  // the first is not used
 };
 
 // Row `y` of the plane that a coarser one, given by its rows, expands to. `half` is a work row; the
