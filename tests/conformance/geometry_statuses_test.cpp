@@ -7,11 +7,7 @@
 namespace {
 
 using namespace ovra_test;
-using Bytes = std::vector<uint8_t>;
 
-constexpr int32_t kMax = 0x7FFFFFFF;
-constexpr int32_t kMin = -kMax - 1;
-constexpr OvraPixelFormatCode kRgb = 0x120;
 constexpr OvraPixelFormatCode kBottomUp = OVRA_ROWS_BOTTOM_UP;
 constexpr FormatStatuses kRotationFormats = {
     OVRA_ERROR_ROTATION_COLOR_MODEL, OVRA_ERROR_ROTATION_DEPTH, OVRA_ERROR_ROTATION_COLOR_MODEL,

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: MIT
 // Statuses of the kernel tables and of the resize functions.
-#include <limits>
 #include <vector>
 
 #include "conformance/statuses.h"
@@ -8,13 +7,7 @@
 namespace {
 
 using namespace ovra_test;
-using Bytes = std::vector<uint8_t>;
 
-constexpr int32_t kMax = 0x7FFFFFFF;
-constexpr int32_t kMin = -kMax - 1;
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr OvraPixelFormatCode kRgb = 0x120;
 constexpr int32_t kSide = 20;    // of the source
 constexpr int32_t kToSide = 30;  // of the destination
 
@@ -214,24 +207,17 @@ TEST_F(ResizeStatuses, Small) {
 TEST_F(ResizeStatuses, BandInits) {
   enum : size_t { kFromWidth, kFromHeight, kOutWidth, kOutHeight, kCode, kLeft, kTop, kW, kH };
   OvraBandResizeContext* context = nullptr;
-  const auto freed = [](auto* init) {
-    return [init](auto... arguments) {
-      const OvraStatus status = init(arguments...);
-      auto* const made = std::get<sizeof...(arguments) - 1>(std::tuple(arguments...));
-      if (made != nullptr) OvraBandResize_Free(made);
-      return status;
-    };
-  };
   const Faults rest =
       RefusedFormats(kCode, kFormats) + Each(OVRA_ERROR_RESIZE_SOURCE_SMALL, {{kFromHeight, 3}}) +
       Each(OVRA_ERROR_RESIZE_DESTINATION_SMALL, {{kOutHeight, 3}}) +
       Each(OVRA_ERROR_RESIZE_REGION_SIZE, {{kH, kSide + 1}}) +
       Each(OVRA_ERROR_RESIZE_REGION_OUTSIDE, {{kLeft, 1}}) + Each(OVRA_OK, {{kTop, kMin}});
   const std::tuple place(kSide, kSide, kToSide, kToSide, kRgb, 0, 0, kSide, kSide);
-  ExpectStatuses(freed(OvraBandResize_Init), std::tuple_cat(place, std::tuple(&context)), {},
+  ExpectStatuses(InitAndFree(OvraBandResize_Init, OvraBandResize_Free),
+                 std::tuple_cat(place, std::tuple(&context)), {},
                  Nulls(OVRA_ERROR_RESIZE_NULL_IMAGE, {9}) + MalformedFormat(kCode) +
                      Each(OVRA_ERROR_RESIZE_ZERO_SIZE, {{kFromWidth, 0}, {kW, 0}, {kH, 0}}) + rest);
-  ExpectStatuses(freed(OvraBandResizeCore_Init),
+  ExpectStatuses(InitAndFree(OvraBandResizeCore_Init, OvraBandResize_Free),
                  std::tuple_cat(place, std::tuple(table_.data(), 1.0F, 4, &context)), {},
                  Nulls(OVRA_ERROR_RESIZE_NULL_IMAGE, {12}) + RefusedKernels(9, 10, 11) +
                      MalformedFormat(kCode) + rest);

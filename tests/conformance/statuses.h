@@ -5,9 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <span>
 #include <tuple>
 #include <type_traits>
@@ -17,6 +19,14 @@
 #include "ovra/ovra.h"
 
 namespace ovra_test {
+
+using Bytes = std::vector<uint8_t>;
+
+constexpr int32_t kMax = 0x7FFFFFFF;
+constexpr int32_t kMin = -kMax - 1;
+constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr OvraPixelFormatCode kRgb = 0x120;
 
 // What an argument is changed to.
 class Value {
@@ -161,6 +171,23 @@ void ExpectStatuses(Call call, const std::tuple<Arguments...>& good, std::span<u
     expect(all_later, faults[i].status);
   }
   expect(good, OVRA_OK);
+}
+
+// Makes what the last argument points to, a context or a handle, and releases it. A refusal leaves
+// none; that with the status `untouched` leaves what there was.
+template <class Made>
+auto InitAndFree(auto* init, OvraStatus(OVRA_CALL* free)(Made*), OvraStatus untouched = -1) {
+  return [=](auto... arguments) {
+    const auto before = std::bit_cast<Made>(uintptr_t{16});
+    Made* const made = std::get<sizeof...(arguments) - 1>(std::tuple(arguments...));
+    if (made != nullptr) *made = before;
+    const OvraStatus status = init(arguments...);
+    if (status == OVRA_OK) return free(made);
+    if (made != nullptr) {
+      EXPECT_EQ(*made, status == untouched ? before : Made());
+    }
+    return status;
+  };
 }
 
 }  // namespace ovra_test
