@@ -146,6 +146,10 @@ class Call {
   // lower images go before, and calls of other operations between.
   OvraStatus Convert(int32_t height, const std::function<OvraStatus(int32_t height)>& convert);
 
+  // For what else must hold of the result after a Run that succeeded.
+  bool HasSucceeded() const { return outcome_.status == OVRA_OK; }
+  void Complain(const char* complaint) { outcome_.complaint = complaint; }
+
   // To be asked once, after the operation.
   Outcome Finish();
 

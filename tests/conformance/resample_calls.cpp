@@ -245,13 +245,35 @@ void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
   });
 }
 
+// Runs a resize that turns, whose result must be that of two calls.
+void RunTurned(Call& call, const Images& i, int32_t mode, auto* turning, auto* upright,
+               auto... kernel) {
+  call.Run([&] { return i.Part(turning, kernel..., mode); });
+  if (!call.HasSucceeded()) return;
+  Images two = i;
+  Shape& shape = two.destination_shape;
+  if (mode % 2 != 0) std::swap(shape.width, shape.height);
+  GuardedBuffer source(i.source_shape.PaddedBytes());  // rows may be copied with their padding
+  GuardedBuffer resized(shape.PaddedBytes());
+  GuardedBuffer turned(i.destination_shape.PaddedBytes());
+  std::copy_n(i.source, i.source_shape.Bytes(), source.data());
+  two.source = source.data();
+  two.destination = resized.data();
+  if (two.Part(upright, kernel...) != OVRA_OK ||
+      OvraRotateImage(resized.data(), turned.data(), shape.width, shape.height, shape.format,
+                      mode) != OVRA_OK ||
+      !std::equal(turned.begin(), turned.end(), i.destination)) {
+    call.Complain("a resize with a turn is not the two calls");
+  }
+}
+
 }  // namespace
 
 void ResizeRotate(Call& call) {
   const int32_t mode = call.draw.OrWrong(call.draw.Int(0, 7));
   Images i = DrawImages(call, 8, 300);
   DrawTurnedDestination(call, call.draw.Of({1, 8, 8}), 300, mode, &i);
-  call.Run([&] { return i.Part(OvraResizeRotateImageROI, mode); });
+  RunTurned(call, i, mode, OvraResizeRotateImageROI, OvraResizeImageROI);
 }
 
 void ResizeRotateCore(Call& call) {
@@ -261,7 +283,7 @@ void ResizeRotateCore(Call& call) {
   DrawTurnedDestination(call, taps, 300, mode, &i);
   const float stretch = DrawStretch(call.draw);
   const float* const table = DrawTable(call);
-  call.Run([&] { return i.Part(OvraResizeRotateImageCore, table, stretch, taps, mode); });
+  RunTurned(call, i, mode, OvraResizeRotateImageCore, OvraResizeImageCore, table, stretch, taps);
 }
 
 void SmallResizeRotate(Call& call) {
@@ -269,7 +291,7 @@ void SmallResizeRotate(Call& call) {
   Images i = DrawImages(call, 1, 400);
   DrawTurnedDestination(call, 1, call.draw.Of({12, 40, 130}), mode, &i);
   const float* const table = DrawTable(call);
-  call.Run([&] { return i.Part(OvraSmallResizeRotateImage, table, mode); });
+  RunTurned(call, i, mode, OvraSmallResizeRotateImage, OvraSmallResizeImage, table);
 }
 
 void BandResize(Call& call) {

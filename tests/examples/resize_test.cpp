@@ -6,6 +6,7 @@
 #include <cmath>
 #include <numbers>
 #include <numeric>
+#include <tuple>
 #include <vector>
 
 #include "ovra/resample.h"
@@ -129,6 +130,41 @@ TEST(Resize, StrongReductionsHaveTheirOwnKernel) {
         ResizedBy(OvraSmallResizeImage, source, width, height, 0, 0, 1000, 100, table.data());
     EXPECT_EQ(Resized(source, width, height) == small, is_small) << width;
   }
+}
+
+// tw / w is 0.33 and th / h 0.32: the ratio is that of the upright size, and for the engine. A
+// destination too small for the taps tells the engine from the reduction.
+TEST(ResizeRotate, TheUprightSizeGivesTheRatio) {
+  const Picture16 source = Noise(1000, 500, 16);
+  for (const auto& [width, height, status] : {std::tuple(160, 330, OVRA_OK),
+                                              {7, 330, OVRA_ERROR_RESIZE_DESTINATION_SMALL},
+                                              {7, 329, OVRA_OK}}) {
+    Picture16 result = source;
+    EXPECT_EQ(OvraResizeRotateImageROI(source.Bytes(), 1000, 500, result.Bytes(), width, height,
+                                       kFormat, 0, 0, 1000, 500, 1),
+              status)
+        << width << " x " << height;
+  }
+}
+
+TEST(BandResize, ContextsHaveTheirOwnCopyOfTheTable) {
+  const Picture16 source = Noise(50, 60, 16);
+  std::vector<float> table = CubicTable();
+  const Picture16 whole =
+      ResizedBy(OvraResizeImageCore, source, 45, 25, 0, 0, 50, 60, table.data(), 1.5F, 6);
+  OvraBandResizeContext* context = nullptr;
+  ASSERT_EQ(OvraBandResizeCore_Init(50, 60, 45, 25, kFormat, 0, 0, 50, 60, table.data(), 1.5F, 6,
+                                    &context),
+            OVRA_OK);
+  std::fill(table.begin(), table.end(), 0.0F);
+  Picture16 joined = Drawn(45, 25, [](double, double) { return kUntouched; });
+  int32_t taken = 0;
+  int32_t written = 0;
+  EXPECT_EQ(OvraBandResize(source.Bytes(), 50, 60, joined.Bytes(), 45, 25, kFormat, 0, &taken,
+                           &written, context),
+            OVRA_OK);
+  EXPECT_EQ(joined, whole);
+  EXPECT_EQ(OvraBandResize_Free(&context), OVRA_OK);
 }
 
 TEST(SmallResize, MirroredInputGivesMirroredOutput) {
