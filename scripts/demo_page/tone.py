@@ -33,12 +33,17 @@ def add(page, pictures):
 
 
 def add_variants(page, pictures, command, variants):
+    """The first two under sliders: as it comes, and strong."""
     for number, picture in enumerate(pictures):
-        figures = [page.figure(picture, "Before")]
+        sliders, figures = [], []
         for variant, (title, options) in enumerate(variants):
             result = f"{command}-{number}-{variant}.png"
             step = page.ovra(command, *options, picture, result)
-            figures.append(page.figure(result, title, step))
+            if variant < 2:
+                sliders.append(page.slider(picture, result, title, step))
+            else:
+                figures.append(page.figure(result, title, step))
+        page.figures(*sliders, kind="wide")
         page.figures(*figures)
 
 
@@ -77,19 +82,20 @@ def add_halos(page):
         curves.append((form, color, [(x / width, value) for x, value in enumerate(values)]))
     ends = curves[2][2]
     flat = [(0, ends[0][1]), (0.5, ends[0][1]), (0.5, ends[-1][1]), (1, ends[-1][1])]
-    page.figures(*(page.plot(f"Form {curve[0]}", [("flat", "#999", flat), curve])
-                   for curve in curves))
+    page.figures(*(page.plot(f"Form {curve[0]}", [("flat", "#999", flat), curve], size=280)
+                   for curve in curves), kind="details")
 
 
 def add_curve(page, picture):
     page.subsection("The tone curve and a histogram")
-    page.paragraph("The curve of the sliders as they come and in strong settings, over the tones of "
-                   "the back-lit scene before and after.")
+    page.paragraph("The curve of the sliders as they come and in strong settings over the tones of the "
+                   "back-lit scene, and what becomes of these tones.")
     def curve(shadows, highlights):
         return [(x / 100, x / 100 + shadows * x / 100 * (1 - x / 100) ** 3
                  - highlights * (x / 100) ** 3 * (1 - x / 100)) for x in range(101)]
     page.figures(
-        page.plot("Tone curve", [("as it comes", "#36c", curve(0.6, 0.4)),
+        page.plot("Tone curve", [("tones", "#bbb", histogram(page, picture)),
+                                 ("as it comes", "#36c", curve(0.6, 0.4)),
                                  ("strong", "#c63", curve(1.5, 1.0)),
                                  ("unchanged", "#999", [(0, 0), (1, 1)])]),
         page.plot("Tones of the scene", [("before", "#999", histogram(page, picture)),
