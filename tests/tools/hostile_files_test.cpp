@@ -63,7 +63,8 @@ TEST_P(HostileFileTest, DamageNeverDoesMoreThanRefuse) {
   EXPECT_GT(refused, 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, HostileFileTest, testing::Values(".png", ".jpg", ".tif", ".bmp"),
+INSTANTIATE_TEST_SUITE_P(Formats, HostileFileTest,
+                         testing::Values(".png", ".jpg", ".tif", ".bmp", ".webp", ".avif"),
                          [](const auto& test) { return std::string(test.param + 1); });
 
 // Chunks of text that unfold to far more than the file: they are skipped, not kept.

@@ -27,10 +27,21 @@ inline void NoteLeftOut(const OutputFile& file, const std::string& what) {
   file.Note(what + "; left out");
 }
 
-std::unique_ptr<RowReader> OpenPng(InputFile file);
-std::unique_ptr<RowReader> OpenJpeg(InputFile file);
-std::unique_ptr<RowReader> OpenTiff(InputFile file);
-std::unique_ptr<RowReader> OpenBmp(InputFile file);
+// Where a format takes more bits than it has.
+[[noreturn]] inline void RefuseDeep(const OutputFile& file, const std::string& format) {
+  file.Refuse(format + " holds 8 bits a sample; use --depth 8, PNG or TIFF");
+}
+
+// Formats whose libraries may be missing where the program is built.
+constexpr bool kHasWebp = OVRA_HAS_WEBP;
+constexpr bool kHasAvif = OVRA_HAS_AVIF;
+
+std::unique_ptr<RowReader> OpenPng(InputFile file, const OpenOptions& options);
+std::unique_ptr<RowReader> OpenJpeg(InputFile file, const OpenOptions& options);
+std::unique_ptr<RowReader> OpenTiff(InputFile file, const OpenOptions& options);
+std::unique_ptr<RowReader> OpenBmp(InputFile file, const OpenOptions& options);
+std::unique_ptr<RowReader> OpenWebp(InputFile file, const OpenOptions& options);
+std::unique_ptr<RowReader> OpenAvif(InputFile file, const OpenOptions& options);
 
 using OutputPtr = std::unique_ptr<OutputFile>;
 std::unique_ptr<RowWriter> CreatePng(OutputPtr file, const PictureHeader& header,
@@ -41,5 +52,9 @@ std::unique_ptr<RowWriter> CreateTiff(OutputPtr file, const PictureHeader& heade
                                       const WriteOptions& options);
 std::unique_ptr<RowWriter> CreateBmp(OutputPtr file, const PictureHeader& header,
                                      const WriteOptions& options);
+std::unique_ptr<RowWriter> CreateWebp(OutputPtr file, const PictureHeader& header,
+                                      const WriteOptions& options);
+std::unique_ptr<RowWriter> CreateAvif(OutputPtr file, const PictureHeader& header,
+                                      const WriteOptions& options);
 
 }  // namespace ovra_host

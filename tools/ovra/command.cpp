@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <string_view>
 
+#include "color_words.h"
 #include "ovra/geometry.h"
 
 namespace ovra_host {
@@ -84,37 +85,14 @@ CLI::Option* AddChoice(CLI::App& command, const std::string& name, int32_t& valu
 CLI::Option* AddFill(CLI::App& command, std::string& fill) {
   return command
       .add_option("--fill", fill,
-                  "color around it: one value a channel or one for all, 0..255, of 16-bit "
-                  "pictures 0..65535")
-      ->type_name("N,N,N")
+                  "color around it: a name as white, #RRGGBB, or one value a channel or one for "
+                  "all, 0..255, of 16-bit pictures 0..65535")
+      ->type_name(kColorForms)
       ->capture_default_str();
 }
 
 std::vector<uint16_t> ParseFill(const std::string& text, const Image& image) {
-  std::vector<uint16_t> fill;
-  const char* position = text.data();
-  const char* const end = position + text.size();
-  while (true) {
-    uint32_t value = 0;
-    const auto [next, error] = std::from_chars(position, end, value);
-    if (error != std::errc() || (next != end && *next != ',')) {
-      throw Error("--fill: \"" + text + "\" is not N or N,N,N");
-    }
-    if (value > image.max_sample()) {
-      throw Error("--fill: " + std::to_string(value) + " is beyond " +
-                  std::to_string(image.max_sample()) + ", the brightest of this picture");
-    }
-    fill.push_back(static_cast<uint16_t>(value));
-    if (next == end) break;
-    position = next + 1;
-  }
-  if (fill.size() == 1) fill.resize(image.channels() == 1 ? 1 : 3, fill[0]);
-  if (fill.size() == 3 && image.channels() == 4) {
-    fill.push_back(static_cast<uint16_t>(image.max_sample()));
-  }
-  if (fill.size() == image.channels()) return fill;
-  throw Error("--fill: " + std::to_string(fill.size()) + " values for a picture of " +
-              std::to_string(image.channels()) + " channels");
+  return ParseColor("--fill", text, image.depth_bits(), image.channels());
 }
 
 const Choices& TurnChoices() {
@@ -136,7 +114,7 @@ CLI::Option* AddOutput(CLI::App& command, const std::string& name, std::string& 
                        const std::string& description) {
   const auto check = [](const std::string& text) -> std::string {
     try {
-      CheckOutputName(text);
+      CheckOutput(text);
     } catch (const Error& error) {
       return error.what();
     }

@@ -19,7 +19,6 @@ namespace ovra_host {
 // Options that stand before or after any subcommand.
 struct CommonOptions {
   bool show_time = false;
-  bool quality_given = false;
   ReadOptions read;
   WriteOptions write;
 };
@@ -53,9 +52,7 @@ using Choices = std::vector<std::pair<std::string, int32_t>>;
 CLI::Option* AddChoice(CLI::App& command, const std::string& name, int32_t& value,
                        const Choices& choices, const std::string& description);
 
-// --fill N,N,N: a color of one value a channel, or one for all, in samples of the picture. Throws
-// Error where there are too many or too few, or one is beyond the range of the samples; a picture
-// with alpha may be given three, and is opaque there.
+// --fill COLOR: around a picture, in one of the forms of color_words.h.
 CLI::Option* AddFill(CLI::App& command, std::string& fill);
 std::vector<uint16_t> ParseFill(const std::string& text, const Image& image);
 

@@ -19,6 +19,12 @@ Image Canvas(const Image& source, const CanvasOptions& options, const CommonOpti
   const Position centered = {(result.width() - source.width()) / 2,
                              (result.height() - source.height()) / 2};
   const Position offset = options.has_offset ? options.offset : centered;
+  if (offset.x < 0 || offset.y < 0 || source.width() > result.width() - offset.x ||
+      source.height() > result.height() - offset.y) {
+    throw Error("does not fit onto --size " + std::to_string(result.width()) + "x" +
+                std::to_string(result.height()) + " at --offset " + std::to_string(offset.x) + "," +
+                std::to_string(offset.y));
+  }
   CallLibrary(common, "OvraExtrapolateImage", [&] {
     return OvraExtrapolateImage(source.data(), static_cast<uint32_t>(source.width()),
                                 static_cast<uint32_t>(source.height()), result.data(),

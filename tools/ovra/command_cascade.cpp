@@ -20,6 +20,7 @@ struct CascadeOptions {
 CubeFile ReadThreeDimensions(const std::string& path) {
   CubeFile file = ReadCubeFile(path);
   if (file.dimensions != 3) throw Error(path + ": is not a table of three dimensions");
+  if (!file.shaper.empty()) throw Error(path + ": has a table of one dimension before its cube");
   return file;
 }
 

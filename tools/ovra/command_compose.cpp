@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
+
 #include "commands.h"
 #include "ovra/basic.h"
 #include "picture_forms.h"
@@ -16,27 +18,51 @@ struct ComposeOptions {
 };
 
 // The mask has one weight for every sample of the overlay; a grey one serves all its channels.
-Image MaskFor(const Image& overlay, const std::string& path) {
-  Image mask = ReadImage(path);
+Image MaskFor(const Image& overlay, const std::string& path, const ReadOptions& read) {
+  const Image mask = WithDepth(ReadImage(path, read), overlay.depth_bits());
   if (mask.width() != overlay.width() || mask.height() != overlay.height()) {
     throw Error(path + ": a mask is as large as the overlay, " + std::to_string(overlay.width()) +
                 " x " + std::to_string(overlay.height()) + " pixels");
   }
   if (mask.format() == overlay.format()) return mask;
-  if (mask.format() != FileFormat(8, 1)) {
-    throw Error(path + ": a mask is 8-bit grey, or has the channels and depth of the overlay");
+  if (mask.channels() != 1) {
+    throw Error(path + ": a mask is grey, or has the channels of the overlay");
   }
-  Image expanded(overlay.width(), overlay.height(), FileFormat(8, overlay.channels()));
-  for (int32_t y = 0; y < expanded.height(); ++y) {
-    for (size_t i = 0; i < expanded.row_bytes(); ++i) {
-      expanded.Row(y)[i] = mask.Row(y)[i / expanded.channels()];
+  Image expanded(overlay.width(), overlay.height(), overlay.format());
+  for (uint32_t c = 0; c < expanded.channels(); ++c) CopyChannel(mask, 0, &expanded, c);
+  return expanded;
+}
+
+// The library's blend, of 16 bits: ((w + 1) p + (65536 - w) q) / 65536, rounded down. Weights are those
+// of the mask, or the overlay's alpha; without either the overlay is copied.
+void BlendDeep(Image& background, const Image& overlay, const Image* mask,
+               const ComposeOptions& options) {
+  const auto& [left, top] = options.position;
+  const uint32_t channels = background.channels();
+  const bool has_weights = mask != nullptr || overlay.channels() > channels;
+  const bool of_overlay = options.weight_of == OVRA_BLEND_WEIGHT_OF_SOURCE;
+  for (int32_t y = std::max(0, -top);
+       y < std::min<int64_t>(overlay.height(), int64_t{background.height()} - top); ++y) {
+    for (int32_t x = std::max(0, -left);
+         x < std::min<int64_t>(overlay.width(), int64_t{background.width()} - left); ++x) {
+      const size_t from = static_cast<size_t>(x) * overlay.channels();
+      const uint16_t* const over = overlay.Row16(y) + from;
+      const uint16_t* const weights = mask != nullptr ? mask->Row16(y) + from : over;
+      uint16_t* const under = background.Row16(top + y) + static_cast<size_t>(left + x) * channels;
+      for (size_t c = 0; c < channels; ++c) {
+        const uint64_t w = has_weights ? weights[mask != nullptr ? c : channels] : UINT16_MAX;
+        const bool first = of_overlay || !has_weights;
+        const uint64_t weighted = first ? over[c] : under[c];
+        const uint64_t other = first ? under[c] : over[c];
+        under[c] = static_cast<uint16_t>(((w + 1) * weighted + (65536 - w) * other) >> 16);
+      }
     }
   }
-  return expanded;
 }
 
 void Blend(Image& background, const Image& overlay, const ComposeOptions& options,
            const CommonOptions& common) {
+  if (background.depth_bits() > 8) return BlendDeep(background, overlay, nullptr, options);
   CallLibrary(common, "OvraCompositeImage", [&] {
     return OvraCompositeImage(background.data(), background.width(), background.height(),
                               background.format(), overlay.data(), overlay.width(),
@@ -50,7 +76,8 @@ void BlendByMask(Image& background, const Image& overlay, const ComposeOptions& 
   if (background.format() != overlay.format()) {
     throw Error("with a mask, background and overlay have the same channels and depth");
   }
-  const Image mask = MaskFor(overlay, options.mask);
+  const Image mask = MaskFor(overlay, options.mask, common.read);
+  if (background.depth_bits() > 8) return BlendDeep(background, overlay, &mask, options);
   CallLibrary(common, "OvraCompositeImageWithMaskBlending", [&] {
     return OvraCompositeImageWithMaskBlending(
         background.data(), background.width(), background.height(), overlay.data(), mask.data(),
@@ -59,19 +86,20 @@ void BlendByMask(Image& background, const Image& overlay, const ComposeOptions& 
   });
 }
 
-// The library blends 8-bit pictures of as many channels: grey stands in three beside color, and an
+// Both get the depth of the background and as many colours: grey stands in three beside color. An
 // overlay may lose bits that the background has no place for.
 void MakeAlike(Image* background, Image* overlay, const ComposeOptions& options) {
-  if (background->depth_bits() != 8) {
-    throw Error(options.background + ": compose draws on pictures of 8 bits a sample");
-  }
   const auto as_it_is = [](const Image& image) { return image; };
-  *overlay = WithDepth(*overlay, 8);
+  *overlay = WithDepth(*overlay, background->depth_bits());
   for (Image* image : {background, overlay}) {
     const Image& other = image == background ? *overlay : *background;
     if (image->channels() == 1 && other.channels() > 1) {
       *image = OnThreeChannels(*image, GreyBecomes::kColor, as_it_is);
     }
+  }
+  if (background->channels() > overlay->channels()) {
+    throw Error(options.background + ": has alpha, and " + options.overlay +
+                " has none; both need it, or the overlay alone");
   }
 }
 
@@ -87,6 +115,7 @@ void NoteWhenOutside(const Image& background, const Image& overlay, const Compos
 }
 
 void Compose(const ComposeOptions& options, const CommonOptions& common) {
+  CheckOutput(options.output, common.write);
   Picture picture = ReadPicture(options.background, common.read);
   Image& background = picture.image;
   Image overlay = ReadPicture(options.overlay, common.read).image;
@@ -106,7 +135,7 @@ void AddComposeCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command =
       app.add_subcommand("compose", "Place a picture in another: copied, by alpha or by a mask");
   const auto options = std::make_shared<ComposeOptions>();
-  AddInput(*command, "background", options->background, "picture that is drawn on, 8 bits");
+  AddInput(*command, "background", options->background, "picture that is drawn on");
   AddInput(
       *command, "overlay", options->overlay,
       "picture placed in it: blended by its alpha when it has that and the background has none");

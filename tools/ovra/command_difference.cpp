@@ -23,6 +23,7 @@ void DifferenceRow(const Sample* first, const Sample* second, Sample* result, si
 }
 
 void Difference(const DifferenceOptions& options, const CommonOptions& common) {
+  CheckOutput(options.output, common.write);
   const Image first = ReadPicture(options.first, common.read).image;
   const Image second = ReadPicture(options.second, common.read).image;
   if (first.width() != second.width() || first.height() != second.height() ||

@@ -2,13 +2,15 @@
 #include <cstdio>
 
 #include "commands.h"
+#include "exif.h"
 #include "ovra/version.h"
+#include "turning.h"
 
 namespace ovra_host {
 namespace {
 
-const char* ChannelNames(const Image& image) {
-  return image.channels() == 1 ? "grey" : image.channels() == 3 ? "RGB" : "RGBA";
+const char* ChannelNames(uint32_t channels) {
+  return channels == 1 ? "grey" : channels == 3 ? "RGB" : "RGBA";
 }
 
 void PrintMetadata(const Metadata& metadata) {
@@ -30,16 +32,22 @@ void PrintMetadata(const Metadata& metadata) {
 }
 
 void Info(const std::string& path, const CommonOptions& common) {
-  const Picture picture = ReadPicture(path, common.read);
-  const Image& image = picture.image;
+  const std::unique_ptr<RowReader> reader = OpenPicture(path, common.read.open);
+  const PictureHeader& picture = reader->header();
+  const uint16_t orientation =
+      common.read.auto_orient ? ExifOrientation(picture.metadata.exif) : kUpright;
+  const Size size = TurnedSize({picture.width, picture.height}, ModeForOrientation(orientation));
+  const size_t stride =
+      picture.row_bytes() / static_cast<size_t>(picture.width) * static_cast<size_t>(size.width);
   const uint32_t version = OvraGetVersion();
   std::printf("%s\n", path.c_str());
-  std::printf("  size         %d x %d pixels\n", image.width(), image.height());
-  std::printf("  channels     %u (%s)\n", image.channels(), ChannelNames(image));
-  std::printf("  depth        %u bits a sample\n", image.depth_bits());
-  std::printf("  format word  0x%08X\n", image.format());
-  std::printf("  row stride   %zu bytes\n", image.stride());
+  std::printf("  size         %d x %d pixels\n", size.width, size.height);
+  std::printf("  channels     %u (%s)\n", picture.channels(), ChannelNames(picture.channels()));
+  std::printf("  depth        %u bits a sample\n", picture.depth_bits());
+  std::printf("  format word  0x%08X\n", picture.format);
+  std::printf("  row stride   %zu bytes\n", stride);
   PrintMetadata(picture.metadata);
+  for (const std::string& note : reader->notes()) std::printf("  note         %s\n", note.c_str());
   std::printf("  library      OvraBase %u.%u.%u\n", version >> 16, version >> 8 & 255,
               version & 255);
 }
@@ -51,7 +59,9 @@ void AddInfoCommand(CLI::App& app, const CommonOptions& common) {
       app.add_subcommand("info", "Print what a picture is and how the library will see it");
   const auto path = std::make_shared<std::string>();
   AddInput(*command, "picture", *path);
-  command->footer("Example:\n  ovra info photo.png");
+  command->footer(
+      "What stands before the pixels is read, and nothing behind them.\n\n"
+      "Example:\n  ovra info photo.png");
   command->callback([path, &common] { Info(*path, common); });
 }
 

@@ -18,9 +18,10 @@ struct LutOptions {
   std::string cube;
 };
 
-// Deeper pictures come out of the cube with 12 bits and are then spread over their own range.
-Image ApplyCube(const Image& source, const CubeFile& file, const CommonOptions& common) {
-  const uint32_t depth = std::min(source.depth_bits(), kMaxCubeDepth);
+// Deeper results come out of the cube with 12 bits and are then spread over their own range.
+Image ApplyCube(const Image& source, const CubeFile& file, uint32_t depth_bits,
+                const CommonOptions& common) {
+  const uint32_t depth = std::min(depth_bits, kMaxCubeDepth);
   Image result(source.width(), source.height(), FileFormat(depth, 3));
   CubeLattice lattice(file, source.max_sample(), result.max_sample());
   const OvraColorCube record = lattice.Record();
@@ -28,15 +29,27 @@ Image ApplyCube(const Image& source, const CubeFile& file, const CommonOptions& 
     return OvraConvColorCubeSingleStep(source.data(), result.data(), source.width(),
                                        source.height(), source.format(), result.format(), &record);
   });
-  if (depth == source.depth_bits()) return result;
-  return ApplyTables(result, MakeScalingTables(result.max_sample(), source.max_sample()),
-                     source.format(), common);
+  if (depth == depth_bits) return result;
+  const uint32_t max = (1U << depth_bits) - 1;
+  return ApplyTables(result, MakeScalingTables(result.max_sample(), max), FileFormat(depth_bits, 3),
+                     common);
+}
+
+// Between the table of one dimension and the cube samples have 16 bits.
+Image ApplyShaperAndCube(const Image& source, CubeFile file, const CommonOptions& common) {
+  constexpr uint32_t kBetween = 16;
+  const ChannelTables tables =
+      MakeChannelTables(file.shaper[0], source.max_sample(), (1U << kBetween) - 1);
+  file.shaper.clear();
+  const Image shaped = ApplyTables(source, tables, FileFormat(kBetween, 3), common);
+  return ApplyCube(shaped, file, source.depth_bits(), common);
 }
 
 Image Lut(const Image& picture, const LutOptions& options, const CommonOptions& common) {
   const CubeFile file = ReadCubeFile(options.cube);
   return OnThreeChannels(picture, GreyBecomes::kColor, [&](const Image& source) {
-    if (file.dimensions == 3) return ApplyCube(source, file, common);
+    if (!file.shaper.empty()) return ApplyShaperAndCube(source, file, common);
+    if (file.dimensions == 3) return ApplyCube(source, file, source.depth_bits(), common);
     const uint32_t max = source.max_sample();
     return ApplyTables(source, MakeChannelTables(file, max, max), source.format(), common);
   });

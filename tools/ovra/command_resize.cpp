@@ -51,10 +51,24 @@ Size SizeFor(const ResizeOptions& options, Size region) {
   return {Scaled(region.width, scale), Scaled(region.height, scale)};
 }
 
+// There are no pixels to take from beside a picture.
+void CheckCrop(const Rectangle& crop, Size seen) {
+  const auto& [position, size] = crop;
+  if (position.x >= 0 && position.y >= 0 && size.width <= seen.width - position.x &&
+      size.height <= seen.height - position.y) {
+    return;
+  }
+  throw Error("--crop " + std::to_string(position.x) + "," + std::to_string(position.y) + "," +
+              std::to_string(size.width) + "," + std::to_string(size.height) +
+              " reaches beyond the picture of " + std::to_string(seen.width) + " x " +
+              std::to_string(seen.height) + " pixels");
+}
+
 // `upright` is the mode that brings the stored picture upright. The part is
 // given as it is seen then, sizes as they are after all turns.
 ResizePlan PlanFor(const ResizeOptions& options, Size stored, int32_t upright) {
   const Size seen = TurnedSize(stored, upright);
+  if (options.crop.size.width != 0) CheckCrop(options.crop, seen);
   const bool whole = options.crop.size.width == 0;
   const Rectangle part = whole ? Rectangle{{0, 0}, seen} : options.crop;
   ResizePlan plan;
@@ -66,41 +80,70 @@ ResizePlan PlanFor(const ResizeOptions& options, Size stored, int32_t upright) {
   return plan;
 }
 
-// Turns the picture upright on the way; the tag is reset for it.
-ResizePlan PlanFor(const ResizeOptions& options, Size stored, Metadata* metadata,
+// The part of a picture that was read at a smaller size.
+Rectangle InReduced(const Rectangle& part, Size whole, Size reduced) {
+  const auto scaled = [](int32_t at, int32_t from, int32_t to) {
+    return static_cast<int32_t>(std::lround(static_cast<double>(at) * to / from));
+  };
+  const int32_t left = scaled(part.position.x, whole.width, reduced.width);
+  const int32_t top = scaled(part.position.y, whole.height, reduced.height);
+  const int32_t right = scaled(part.position.x + part.size.width, whole.width, reduced.width);
+  const int32_t bottom = scaled(part.position.y + part.size.height, whole.height, reduced.height);
+  return {{left, top}, {std::max(right - left, 1), std::max(bottom - top, 1)}};
+}
+
+// Turns the picture upright on the way; the tag is reset for it. Options speak of the whole size, the
+// plan of the size at which the picture is read.
+ResizePlan PlanFor(const ResizeOptions& options, Size whole, Size read, Metadata* metadata,
                    const CommonOptions& common) {
   const uint16_t orientation = common.read.auto_orient ? ExifOrientation(metadata->exif) : kUpright;
   if (orientation != kUpright) SetExifUpright(&metadata->exif);
-  return PlanFor(options, stored, ModeForOrientation(orientation));
+  ResizePlan plan = PlanFor(options, whole, ModeForOrientation(orientation));
+  plan.region = InReduced(plan.region, whole, read);
+  return plan;
 }
 
-void ResizeWhole(const std::string& input, const std::string& output, const ResizeOptions& options,
-                 const CommonOptions& common) {
+void ResizeWhole(RowReader& reader, Size whole, const std::string& input, const std::string& output,
+                 const ResizeOptions& options, const CommonOptions& common) {
   ReadOptions as_stored = common.read;
   as_stored.auto_orient = false;
   as_stored.strip = false;  // the orientation is needed
-  Picture picture = ReadPicture(input, as_stored);
-  const ResizePlan plan =
-      PlanFor(options, {picture.image.width(), picture.image.height()}, &picture.metadata, common);
+  Picture picture = ReadPicture(reader, input, as_stored);
+  const Size read = {picture.image.width(), picture.image.height()};
+  const ResizePlan plan = PlanFor(options, whole, read, &picture.metadata, common);
   picture.image = Resized(picture.image, plan, common);
   if (common.read.strip) StripMetadata(&picture.metadata);
   WritePicture(picture, output, common.write);
 }
 
+// With --fast a JPEG comes out of its decoder at the least size of a half, a quarter or an eighth that
+// still is to be made smaller.
+std::unique_ptr<RowReader> OpenReduced(const std::string& input, const PictureHeader& header,
+                                       const ResizeOptions& options, const CommonOptions& common) {
+  Metadata metadata = header.metadata;
+  const Size whole = {header.width, header.height};
+  const ResizePlan plan = PlanFor(options, whole, whole, &metadata, common);
+  OpenOptions reduced = common.read.open;
+  while (reduced.eighths > 1 && plan.Ratio() * 16 <= reduced.eighths) reduced.eighths /= 2;
+  return OpenPicture(input, reduced);
+}
+
 void Resize(const std::string& input, const std::string& output, const ResizeOptions& options,
             const CommonOptions& common) {
-  std::unique_ptr<RowReader> reader = OpenPicture(input);
+  std::unique_ptr<RowReader> reader = OpenPicture(input, common.read.open);
+  const Size whole = {reader->header().width, reader->header().height};
+  if (options.fast) reader = OpenReduced(input, reader->header(), options, common);
   const PictureHeader header = reader->header();
   const bool large = int64_t{header.width} * header.height >= kBandsFromPixels;
   if (options.band_rows == 0 && !large) {
-    reader.reset();
-    return ResizeWhole(input, output, options, common);
+    return ResizeWhole(*reader, whole, input, output, options, common);
   }
   Metadata metadata = header.metadata;
-  const ResizePlan plan = PlanFor(options, {header.width, header.height}, &metadata, common);
+  const ResizePlan plan = PlanFor(options, whole, {header.width, header.height}, &metadata, common);
   if (common.read.strip) StripMetadata(&metadata);
   const int32_t rows = options.band_rows != 0 ? options.band_rows : kUsualBandRows;
   ResizeInBands(*reader, plan, rows, metadata, output, common);
+  PrintNotes(*reader, input);
 }
 
 // "0.5" or "50%".
@@ -134,7 +177,8 @@ void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
 }
 
 void AddWayOptions(CLI::App& command, ResizeOptions& options) {
-  command.add_flag("--fast", options.fast, "Fewer pixels of the source count, down to a third");
+  command.add_flag("--fast", options.fast,
+                   "Fewer pixels of the source count; a JPEG is reduced while it is read");
   command.add_flag("--straight", options.straight,
                    "Average colors without regard to alpha, as in masks kept "
                    "in the alpha channel");

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 #include "error.h"
@@ -63,8 +64,8 @@ class Parser {
       text.remove_prefix(std::min(length + 1, text.size()));
     }
     if (cube_.dimensions == 0) Refuse("neither LUT_1D_SIZE nor LUT_3D_SIZE is given");
-    if (cube_.rows.size() < RowCount()) Refuse("ends after " + RowsOfCount());
-    CheckDomain();
+    if (rows_.size() < RowCount()) Refuse("ends after " + RowsOfCount());
+    PlaceRows();
     return std::move(cube_);
   }
 
@@ -73,33 +74,71 @@ class Parser {
     throw Error(name_ + ":" + std::to_string(line_) + ": " + reason);
   }
 
+  // Of both tables.
   size_t RowCount() const {
     const auto points = static_cast<size_t>(cube_.points);
-    return cube_.dimensions == 3 ? points * points * points : points;
+    return ShaperPoints() + (cube_.dimensions == 3 ? points * points * points : points);
+  }
+
+  size_t ShaperPoints() const {
+    return cube_.shaper.empty() ? 0 : static_cast<size_t>(cube_.shaper[0].points);
+  }
+
+  // The rows of one dimension stand first.
+  void PlaceRows() {
+    const auto middle = rows_.begin() + static_cast<std::ptrdiff_t>(ShaperPoints());
+    if (!cube_.shaper.empty()) {
+      cube_.shaper[0].rows.assign(rows_.begin(), middle);
+      SetDomain(&cube_.shaper[0], range_1d_ ? range_1d_ : domain_);
+      SetDomain(&cube_, range_3d_);  // of what comes out of the first table
+    } else {
+      SetDomain(&cube_, range_1d_ ? range_1d_ : range_3d_ ? range_3d_ : domain_);
+    }
+    cube_.rows.assign(middle, rows_.end());
+  }
+
+  struct Domain {
+    Triple min = {0, 0, 0};
+    Triple max = {1, 1, 1};
+  };
+
+  void SetDomain(CubeFile* table, const std::optional<Domain>& domain) const {
+    if (!domain) return;
+    for (size_t k = 0; k < 3; ++k) {
+      if (domain->min[k] < domain->max[k]) continue;
+      throw Error(name_ + ":" + std::to_string(domain_line_) +
+                  ": the domain's minimum is not below its maximum");
+    }
+    table->domain_min = domain->min;
+    table->domain_max = domain->max;
+  }
+
+  // What stands behind a # is a remark; titles may have one of their own.
+  static std::string_view WithoutRemark(std::string_view line) {
+    return line.substr(0, 5) == "TITLE" ? line : Trim(line.substr(0, line.find('#')));
   }
 
   std::string RowsOfCount() const {
-    return std::to_string(cube_.rows.size()) + " of " + std::to_string(RowCount()) + " rows";
+    return std::to_string(rows_.size()) + " of " + std::to_string(RowCount()) + " rows";
   }
 
   void ParseLine(std::string_view line) {
-    if (line.empty() || line[0] == '#') return;
+    line = WithoutRemark(line);
+    if (line.empty()) return;
     if (!IsLetter(line[0])) return ParseRow(line);
-    if (!cube_.rows.empty()) Refuse("a keyword stands among the rows of numbers");
+    if (!rows_.empty()) Refuse("a keyword stands among the rows of numbers");
     const std::string_view keyword = TakeWord(&line);
     if (keyword == "TITLE") {
       ParseTitle(Trim(line));
     } else if (keyword == "DOMAIN_MIN") {
-      cube_.domain_min = ParseNumbers<3>(line);
-      domain_line_ = line_;
+      SetDomainLine(&domain_)->min = ParseNumbers<3>(line);
     } else if (keyword == "DOMAIN_MAX") {
-      cube_.domain_max = ParseNumbers<3>(line);
-      domain_line_ = line_;
+      SetDomainLine(&domain_)->max = ParseNumbers<3>(line);
     } else if (keyword == "LUT_1D_INPUT_RANGE" || keyword == "LUT_3D_INPUT_RANGE") {
       const std::array<double, 2> range = ParseNumbers<2>(line);
-      cube_.domain_min.fill(range[0]);
-      cube_.domain_max.fill(range[1]);
-      domain_line_ = line_;
+      Domain& domain = *SetDomainLine(keyword[4] == '1' ? &range_1d_ : &range_3d_);
+      domain.min.fill(range[0]);
+      domain.max.fill(range[1]);
     } else if (keyword == "LUT_1D_SIZE") {
       ParseSize(1, CubeFile::kMaxPoints1D, line);
     } else if (keyword == "LUT_3D_SIZE") {
@@ -107,6 +146,12 @@ class Parser {
     } else {  // programs have keywords of their own, none of which changes the table
       cube_.skipped.push_back("line " + std::to_string(line_) + ": " + std::string(keyword));
     }
+  }
+
+  Domain* SetDomainLine(std::optional<Domain>* domain) {
+    domain_line_ = line_;
+    if (!*domain) domain->emplace();
+    return &**domain;
   }
 
   // A title stands in quotation marks, which many programs leave out.
@@ -130,33 +175,39 @@ class Parser {
   }
 
   void ParseSize(int dimensions, int max_points, std::string_view text) {
-    if (cube_.dimensions != 0) Refuse("a second size; a file holds one table");
+    const bool has_one = dimensions == cube_.dimensions || !cube_.shaper.empty();
+    if (has_one) Refuse("a second size; a file holds one table of each kind");
     const double size = ParseNumbers<1>(text)[0];
     if (size < 2 || size > max_points || size != std::floor(size)) {
       Refuse("the size is not a whole number from 2 to " + std::to_string(max_points));
     }
+    const auto points = static_cast<int>(size);
+    if (cube_.dimensions != 0) {  // the other one
+      const int points_1d = dimensions == 1 ? points : cube_.points;
+      if (dimensions == 3) cube_.points = points;
+      cube_.dimensions = 3;
+      cube_.shaper.emplace_back();
+      cube_.shaper[0].dimensions = 1;
+      cube_.shaper[0].points = points_1d;
+      return;
+    }
     cube_.dimensions = dimensions;
-    cube_.points = static_cast<int>(size);
+    cube_.points = points;
   }
 
   void ParseRow(std::string_view line) {
     if (cube_.dimensions == 0) Refuse("a row before LUT_1D_SIZE or LUT_3D_SIZE");
-    if (cube_.rows.size() == RowCount()) Refuse("more than " + RowsOfCount());
-    cube_.rows.push_back(ParseNumbers<3>(line));
-  }
-
-  void CheckDomain() const {
-    for (size_t k = 0; k < 3; ++k) {
-      if (!(cube_.domain_min[k] < cube_.domain_max[k])) {
-        throw Error(name_ + ":" + std::to_string(domain_line_) +
-                    ": the domain's minimum is not below its maximum");
-      }
-    }
+    if (rows_.size() == RowCount()) Refuse("more than " + RowsOfCount());
+    rows_.push_back(ParseNumbers<3>(line));
   }
 
   std::string name_;
   int line_ = 0;
-  int domain_line_ = 0;  // the last that changed the domain
+  int domain_line_ = 0;  // the last that changed a domain
+  std::optional<Domain> domain_;
+  std::optional<Domain> range_1d_;
+  std::optional<Domain> range_3d_;
+  std::vector<Triple> rows_;  // of both tables
   CubeFile cube_;
 };
 
@@ -177,7 +228,8 @@ Coordinate Locate(const CubeFile& cube, size_t channel, double input) {
 
 }  // namespace
 
-Triple CubeFile::Evaluate(const Triple& input) const {
+Triple CubeFile::Evaluate(const Triple& given) const {
+  const Triple input = shaper.empty() ? given : shaper[0].Evaluate(given);
   Coordinate at[3];
   for (size_t k = 0; k < 3; ++k) at[k] = Locate(*this, k, input[k]);
   Triple output;

@@ -16,6 +16,8 @@ struct CubeFile {
   static constexpr int kMaxPoints3D = 65;
 
   std::string title;
+  // None, or a table of one dimension that inputs go through first.
+  std::vector<CubeFile> shaper;
   int dimensions = 0;  // 1 or 3
   int points = 0;      // along each axis
   Triple domain_min = {0, 0, 0};

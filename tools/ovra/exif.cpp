@@ -163,12 +163,16 @@ class TiffStructure {
   uint32_t first_directory_ = 0;
 };
 
-TiffStructure StructureOf(const Blob& blob) {
-  return TiffStructure([&blob](uint64_t offset, uint8_t* to, size_t bytes) {
+ReadBytesAt ReaderOf(const Blob& blob) {
+  return [&blob](uint64_t offset, uint8_t* to, size_t bytes) {
     if (offset > blob.size() || bytes > blob.size() - offset) return false;
     std::memcpy(to, blob.data() + offset, bytes);
     return true;
-  });
+  };
+}
+
+TiffStructure StructureOf(const Blob& blob) {
+  return TiffStructure(ReaderOf(blob));
 }
 
 // Overwrites the number of an entry of one short or long; other entries stay.
@@ -257,12 +261,17 @@ void SetExifSize(Blob* exif, int32_t width, int32_t height) {
   Overwrite(exif, directory, kPixelHeight, static_cast<uint32_t>(height));
 }
 
-Blob ExifOfTiff(const ReadBytesAt& read) {
+Blob ExifOfTiff(const ReadBytesAt& read, uint16_t orientation) {
   const TiffStructure structure(read);
   Directory main = structure.Read(structure.first_directory());
   std::erase_if(main, [](const Entry& entry) {
     return std::find(kDescriptions.begin(), kDescriptions.end(), entry.tag) == kDescriptions.end();
   });
+  const bool had_orientation =
+      std::erase_if(main, [](const Entry& entry) { return entry.tag == kOrientation; }) > 0;
+  if (had_orientation || orientation != kUpright) {
+    main.push_back({kOrientation, kShortType, 1, {static_cast<uint8_t>(orientation), 0}});
+  }
   Blob blob = {'I', 'I', 42, 0, 0, 0, 0, 0};
   const uint32_t exif = AppendDirectory(&blob, 0, PhotographEntries(structure));
   const uint32_t gps = AppendDirectory(&blob, 0, PlaceEntries(structure));
@@ -271,6 +280,21 @@ Blob ExifOfTiff(const ReadBytesAt& read) {
   if (main.empty()) return {};
   Put(&blob, 4, AppendDirectory(&blob, 0, main));
   return blob.size() <= kMaxBlobBytes ? blob : Blob();
+}
+
+Blob WithOrientation(Blob exif, uint16_t orientation) {
+  const TiffStructure structure = StructureOf(exif);
+  Overwrite(&exif, structure.first_directory(), kOrientation, orientation);
+  if (ExifOrientation(exif) == orientation) return exif;
+  return ExifOfTiff(ReaderOf(exif), orientation);
+}
+
+Blob WithoutExifMark(Blob exif) {
+  constexpr std::array<uint8_t, 6> kMark = {'E', 'x', 'i', 'f', 0, 0};
+  if (exif.size() >= kMark.size() && std::equal(kMark.begin(), kMark.end(), exif.begin())) {
+    exif.erase(exif.begin(), exif.begin() + kMark.size());
+  }
+  return exif;
 }
 
 ExifForTiff SplitExif(const Blob& exif, uint32_t offset) {

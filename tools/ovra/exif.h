@@ -26,8 +26,14 @@ void SetExifSize(Blob* exif, int32_t width, int32_t height);
 using ReadBytesAt = std::function<bool(uint64_t offset, uint8_t* to, size_t bytes)>;
 
 // What a TIFF file holds of it, as a blob: the tags that describe the photograph, none of those that
-// describe its pixels. Empty without any.
-Blob ExifOfTiff(const ReadBytesAt& read);
+// describe its pixels, and this orientation. Empty without any.
+Blob ExifOfTiff(const ReadBytesAt& read, uint16_t orientation);
+
+// A blob in which the orientation is this one, where that says more than none.
+Blob WithOrientation(Blob exif, uint16_t orientation);
+
+// Some write the mark with which JPEG introduces EXIF data before it in other formats, too.
+Blob WithoutExifMark(Blob exif);
 
 // The parts of a blob for a TIFF file: texts of its first directory (tag, text), and the directories
 // of the photograph and the place, made for a certain offset in a little-endian file.

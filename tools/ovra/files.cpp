@@ -51,7 +51,8 @@ std::filesystem::path Followed(const std::string& path) {
 
 }  // namespace
 
-InputFile::InputFile(const std::string& path) : path_(path) {
+InputFile::InputFile(const std::string& path, uint64_t max_pixels)
+    : path_(path), max_pixels_(max_pixels) {
   struct stat information;
   if (::stat(path.c_str(), &information) != 0) Refuse(SystemMessage());
   if (!S_ISREG(information.st_mode)) Refuse("is not a regular file");
@@ -83,6 +84,11 @@ void InputFile::CheckClaim(uint64_t width, uint64_t height, uint64_t bytes_per_p
   const std::string claim = std::to_string(width) + " x " + std::to_string(height) + " pixels";
   if (width == 0 || height == 0) Refuse("claims " + claim);
   if (width > max_side || height > max_side) Refuse("is too large: " + claim);
+  if (width * height > max_pixels_) {
+    Refuse("is too large: " + claim + " are more than the " + std::to_string(max_pixels_) +
+           " that --max-pixels allows");
+  }
+  if (holds == Holds::kAnything) return;
   const uint64_t bytes = width * height * bytes_per_pixel;
   const uint64_t least = holds == Holds::kPlainSamples ? bytes : bytes / kMaxExpansion;
   if (least > size_) Refuse("is too short for the " + claim + " that it claims");

@@ -14,19 +14,27 @@ namespace ovra_host {
 struct StreamCloser {
   void operator()(std::FILE* stream) const { std::fclose(stream); }
 };
+// Pixels of the largest picture that is read unless the user allows more: enough for the largest
+// scans and panoramas, and an end to files of a few kilobytes that claim years of work.
+constexpr uint64_t kUsualMaxPixels = 2'500'000'000;
+
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
 // A regular file open for reading.
 class InputFile {
  public:
-  enum class Holds { kCompressed, kPlainSamples };
+  // What is known of the bytes behind a header: samples as they are, a compression of known strength,
+  // or one that may make any picture of a few bytes.
+  enum class Holds { kCompressed, kPlainSamples, kAnything };
 
-  // Anything else, as a pipe, is refused before it is opened: opening could wait without end.
-  explicit InputFile(const std::string& path);
+  // Anything else, as a pipe, is refused before it is opened: opening could wait without end. No
+  // picture in it may have more than so many pixels.
+  explicit InputFile(const std::string& path, uint64_t max_pixels = kUsualMaxPixels);
 
   const std::string& path() const { return path_; }
   std::FILE* stream() const { return stream_.get(); }
   uint64_t size() const { return size_; }
+  uint64_t max_pixels() const { return max_pixels_; }
 
   // Reads bytes from an offset, apart from the stream; false where the file ends before.
   bool ReadAt(uint64_t offset, uint8_t* to, size_t bytes) const;
@@ -41,6 +49,7 @@ class InputFile {
 
  private:
   std::string path_;
+  uint64_t max_pixels_;
   Stream stream_;
   uint64_t size_ = 0;
 };

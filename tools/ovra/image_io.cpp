@@ -33,12 +33,20 @@ void WriteRows(const Image& image, const Metadata& metadata, const std::string& 
 
 }  // namespace
 
+void PrintNotes(const RowReader& reader, const std::string& path) {
+  for (const std::string& note : reader.notes()) PrintNote(path + ": " + note);
+}
+
 Picture ReadPicture(const std::string& path, const ReadOptions& options) {
-  const auto reader = OpenPicture(path);
-  Image image = MakeImage(reader->header(), path);
-  for (int32_t y = 0; y < image.height(); ++y) reader->ReadRow(image.Row(y));
-  reader->Finish();
-  Picture picture = {std::move(image), reader->header().metadata};
+  return ReadPicture(*OpenPicture(path, options.open), path, options);
+}
+
+Picture ReadPicture(RowReader& reader, const std::string& path, const ReadOptions& options) {
+  Image image = MakeImage(reader.header(), path);
+  for (int32_t y = 0; y < image.height(); ++y) reader.ReadRow(image.Row(y));
+  reader.Finish();
+  PrintNotes(reader, path);
+  Picture picture = {std::move(image), reader.header().metadata};
   const uint16_t orientation = ExifOrientation(picture.metadata.exif);
   if (options.auto_orient && orientation != kUpright) {
     picture.image = Rotated(picture.image, ModeForOrientation(orientation));
@@ -53,8 +61,8 @@ void WritePicture(const Picture& picture, const std::string& path, const WriteOp
   WriteRows(picture.image, picture.metadata, path, options);
 }
 
-Image ReadImage(const std::string& path) {
-  return ReadPicture(path).image;
+Image ReadImage(const std::string& path, const ReadOptions& options) {
+  return ReadPicture(path, options).image;
 }
 
 void WriteImage(const Image& image, const std::string& path, const WriteOptions& options) {

@@ -8,12 +8,14 @@
 
 #include <csetjmp>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "codecs.h"
 #include "error.h"
 #include "jpeg_markers.h"
+#include "srgb.h"
 
 namespace ovra_host {
 namespace {
@@ -21,6 +23,8 @@ namespace {
 // A progressive file may hold any number of scans of the whole picture, a byte or two each; honest
 // ones hold a few dozen at most.
 constexpr int kMaxScans = 500;
+
+constexpr int kUsualQuality = 92;
 
 // From this quality on colours are stored at full resolution.
 constexpr int kFullColorQuality = 90;
@@ -75,7 +79,7 @@ bool RunGuarded(JpegErrors& errors, const Step& step) {
 
 class JpegReader : public RowReader {
  public:
-  explicit JpegReader(InputFile file) : file_(std::move(file)) {
+  JpegReader(InputFile file, int32_t eighths) : file_(std::move(file)), eighths_(eighths) {
     PrepareErrors(&errors_);
     decoder_.err = &errors_.manager;
     progress_.progress_monitor = LimitScans;
@@ -90,10 +94,11 @@ class JpegReader : public RowReader {
 
   void ReadRow(uint8_t* row) override {
     Run([this, row] {
-      JSAMPROW to = row;
+      JSAMPROW to = cmyk_ ? inks_.data() : row;
       if (decoder_.output_scanline == 0) jpeg_start_decompress(&decoder_);
       jpeg_read_scanlines(&decoder_, &to, 1);
     });
+    if (cmyk_) cmyk_->ConvertRow(inks_.data(), row, header_.width);
   }
 
   void Finish() override {
@@ -109,20 +114,48 @@ class JpegReader : public RowReader {
   void Open() {
     Run([this] { ReadHeader(); });
     const auto channels = static_cast<uint32_t>(decoder_.num_components);
-    if (channels != 1 && channels != 3) file_.Refuse("JPEG: only grey and RGB are read, not CMYK");
+    if (channels == 2 || channels > 4) {
+      file_.Refuse("JPEG: only grey, RGB and CMYK are read, not " + std::to_string(channels) +
+                   " channels");
+    }
     file_.CheckClaim(decoder_.image_width, decoder_.image_height, channels);
-    header_.width = static_cast<int32_t>(decoder_.image_width);
-    header_.height = static_cast<int32_t>(decoder_.image_height);
-    header_.format = FileFormat(8, channels);
     if (jpeg_has_multiple_scans(&decoder_)) CheckFitsWhole(channels);
-    decoder_.out_color_space = channels == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    SetOutput(channels);
     header_.metadata = JpegMetadata(decoder_.marker_list);
     JOCTET* profile = nullptr;
     unsigned bytes = 0;
     Run([&] { jpeg_read_icc_profile(&decoder_, &profile, &bytes); });
     if (profile != nullptr) header_.metadata.profile.assign(profile, profile + bytes);
     std::free(profile);
+    if (channels == 4) ConvertInks();
     SetResolution();
+  }
+
+  // Colours and size as rows will have them.
+  void SetOutput(uint32_t channels) {
+    decoder_.out_color_space = channels == 1 ? JCS_GRAYSCALE : channels == 3 ? JCS_RGB : JCS_CMYK;
+    decoder_.scale_num = static_cast<unsigned>(eighths_);
+    decoder_.scale_denom = 8;
+    Run([this] { jpeg_calc_output_dimensions(&decoder_); });
+    header_.width = static_cast<int32_t>(decoder_.output_width);
+    header_.height = static_cast<int32_t>(decoder_.output_height);
+    header_.format = FileFormat(8, channels == 1 ? 1 : 3);
+  }
+
+  // What writes the Adobe marker stores inks upside down: 255 is no ink.
+  void ConvertInks() {
+    const bool no_ink_is_255 = decoder_.saw_Adobe_marker != FALSE;
+    try {
+      cmyk_.emplace(header_.metadata.profile, no_ink_is_255);
+    } catch (const Error& error) {
+      file_.Refuse(error.what());
+    }
+    notes_.push_back(
+        cmyk_->profile().empty()
+            ? "is CMYK without a profile; its colors are made RGB as if inks were ideal"
+            : "is CMYK; its colors are made sRGB by its profile");
+    header_.metadata.profile = cmyk_->profile();
+    inks_.resize(size_t{4} * static_cast<size_t>(header_.width));
   }
 
   void ReadHeader() {
@@ -135,7 +168,7 @@ class JpegReader : public RowReader {
 
   // Of a picture in several scans all coefficients are kept, two bytes each.
   void CheckFitsWhole(uint32_t channels) const {
-    const int64_t bytes = int64_t{2} * channels * header_.width * header_.height;
+    const int64_t bytes = int64_t{2} * channels * decoder_.image_width * decoder_.image_height;
     if (bytes > kMaxImageBytes) file_.Refuse("JPEG: is too large for one of several scans");
   }
 
@@ -150,6 +183,9 @@ class JpegReader : public RowReader {
   }
 
   InputFile file_;
+  int32_t eighths_;
+  std::optional<CmykConversion> cmyk_;
+  std::vector<uint8_t> inks_;
   JpegErrors errors_ = {};
   jpeg_progress_mgr progress_ = {};
   jpeg_decompress_struct decoder_ = {};
@@ -227,18 +263,21 @@ class JpegWriter : public RowWriter {
 
 }  // namespace
 
-std::unique_ptr<RowReader> OpenJpeg(InputFile file) {
-  return std::make_unique<JpegReader>(std::move(file));
+std::unique_ptr<RowReader> OpenJpeg(InputFile file, const OpenOptions& options) {
+  return std::make_unique<JpegReader>(std::move(file), options.eighths);
 }
 
 std::unique_ptr<RowWriter> CreateJpeg(OutputPtr file, const PictureHeader& header,
                                       const WriteOptions& options) {
-  if (header.depth_bits() != 8) file->Refuse("JPEG holds 8 bits a sample; use PNG or TIFF for 16");
-  if (header.channels() == 4) file->Refuse("JPEG holds no alpha; use PNG or TIFF");
+  if (header.depth_bits() != 8) RefuseDeep(*file, "JPEG");
+  if (header.channels() == 4) {
+    file->Refuse("JPEG holds no alpha; use --background white, PNG or TIFF");
+  }
   if (header.width > JPEG_MAX_DIMENSION || header.height > JPEG_MAX_DIMENSION) {
     file->Refuse("is too large for JPEG, whose sides are 65500 at most; use PNG or TIFF");
   }
-  return std::make_unique<JpegWriter>(std::move(file), header, options.jpeg_quality);
+  return std::make_unique<JpegWriter>(std::move(file), header,
+                                      options.quality.value_or(kUsualQuality));
 }
 
 }  // namespace ovra_host

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "color_words.h"
 #include "commands.h"
 #include "ovra/version.h"
 #include "suggestion.h"
@@ -30,17 +31,37 @@ std::string VersionText() {
          std::to_string(version >> 8 & 255) + "." + std::to_string(version & 255);
 }
 
-void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
-  app.add_flag("--time", common.show_time, "Print the milliseconds of each library call");
-  app.add_option_function<int>(
-         "--quality",
-         [&common](int quality) {
-           common.write.jpeg_quality = quality;
-           common.quality_given = true;
-         },
-         "Quality of JPEG output [" + std::to_string(common.write.jpeg_quality) + "]")
+void AddWriteOptions(CLI::App& app, ovra_host::WriteOptions& options) {
+  app.add_option("--quality", options.quality, "Quality of JPEG, WebP and AVIF output [92, 90, 80]")
       ->check(CLI::Range(1, 100))
       ->type_name("1..100");
+  app.add_option("--compression", options.compression,
+                 "Effort to make PNG output small: 0 none, 9 most; usually little, and fast")
+      ->check(CLI::Range(0, 9))
+      ->type_name("0..9");
+  app.add_option("--depth", options.depth_bits, "Bits a sample of the output [those of the input]")
+      ->check(CLI::IsMember({8, 16}))
+      ->type_name("8|16");
+  app.add_option("--background", options.background,
+                 "Lay pictures with alpha on this color, as for JPEG, which holds no alpha")
+      ->type_name(ovra_host::kColorForms);
+}
+
+void AddOpenOptions(CLI::App& app, ovra_host::OpenOptions& options) {
+  constexpr int32_t kMostPages = 1'000'000;
+  app.add_option("--page", options.page, "Which page of a TIFF file to read [1]")
+      ->check(CLI::Range(1, kMostPages))
+      ->type_name("N");
+  app.add_option("--max-pixels", options.max_pixels, "Refuse to read pictures of more pixels")
+      ->check(CLI::PositiveNumber)
+      ->type_name("N")
+      ->capture_default_str();
+}
+
+void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
+  app.add_flag("--time", common.show_time, "Print the milliseconds of each library call");
+  AddWriteOptions(app, common.write);
+  AddOpenOptions(app, common.read.open);
   app.add_flag("--strip", common.read.strip,
                "Leave out all that the picture carries but its colour profile");
   app.add_flag("--to-srgb", common.read.to_srgb, "Convert colors by the picture's profile to sRGB");
@@ -125,8 +146,9 @@ std::vector<std::string> WordsOf(int argc, char** argv) {
 }
 
 int Run(const std::vector<std::string>& words) {
-  CLI::App app("Turns, places, resizes, sharpens and recolours pictures: PNG, JPEG, TIFF and BMP.",
-               "ovra");
+  CLI::App app(
+      "Turns, places, resizes, sharpens and recolours pictures: PNG, JPEG, TIFF, BMP, WebP, AVIF.",
+      "ovra");
   ovra_host::CommonOptions common;
   app.require_subcommand(1);
   app.fallthrough();  // common options may also follow the subcommand

@@ -67,22 +67,6 @@ std::vector<FilePair> PairsFor(const FileOptions& options) {
   return pairs;
 }
 
-bool IsJpegName(const std::string& path) {
-  std::string extension = fs::path(path).extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  return extension == ".jpg" || extension == ".jpeg";
-}
-
-void CheckOutputs(const std::vector<FilePair>& pairs, const CommonOptions& common) {
-  for (const FilePair& pair : pairs) {
-    CheckOutputName(pair.output);
-    if (common.quality_given && !IsJpegName(pair.output)) {
-      throw Error("--quality is for JPEG, and " + pair.output + " is none");
-    }
-  }
-}
-
 // Works through the pairs with so many threads. Failures come in the order of the pairs.
 class Jobs {
  public:
@@ -128,7 +112,7 @@ class Jobs {
 
 void Run(const FileOptions& options, const CommonOptions& common, const FileOperation& operation) {
   const std::vector<FilePair> pairs = PairsFor(options);
-  CheckOutputs(pairs, common);
+  for (const FilePair& pair : pairs) CheckOutput(pair.output, common.write);
   if (pairs.size() == 1) return operation(pairs[0].input, pairs[0].output);
   const std::vector<std::string> failures = Jobs(pairs, operation).Run(options.jobs);
   if (failures.empty()) return;
@@ -141,9 +125,35 @@ void Run(const FileOptions& options, const CommonOptions& common, const FileOper
 
 FileOperation OnPictures(const CommonOptions& common, PictureOperation operation) {
   return [&common, operation](const std::string& input, const std::string& output) {
-    WritePicture(operation(ReadPicture(input, common.read)), output, common.write);
+    Picture picture = ReadPicture(input, common.read);
+    const std::string size = std::to_string(picture.image.width()) + " x " +
+                             std::to_string(picture.image.height()) + " pixels";
+    try {
+      picture = operation(std::move(picture));
+    } catch (const Error& error) {
+      throw Error(input + " (" + size + "): " + error.what());
+    }
+    WritePicture(picture, output, common.write);
   };
 }
+
+namespace {
+
+// Every refusal names a file.
+FileOperation Named(const FileOperation& operation) {
+  return [operation](const std::string& input, const std::string& output) {
+    try {
+      operation(input, output);
+    } catch (const Error& error) {
+      const std::string text = error.what();
+      const bool is_named =
+          text.find(input) != std::string::npos || text.find(output) != std::string::npos;
+      throw Error(is_named ? text : input + ": " + text);
+    }
+  };
+}
+
+}  // namespace
 
 FileOperation OnImages(const CommonOptions& common, std::function<Image(const Image&)> operation) {
   return OnPictures(common, [operation](Picture picture) {
@@ -169,7 +179,7 @@ void AddPictureFiles(CLI::App& command, const CommonOptions& common, FileOperati
       ->type_name("N")
       ->capture_default_str();
   command.callback(
-      [options, operation = std::move(operation), &common] { Run(*options, common, operation); });
+      [options, operation = Named(operation), &common] { Run(*options, common, operation); });
 }
 
 }  // namespace ovra_host

@@ -14,31 +14,16 @@ void ForRowsOf(const Image& from, Image* to, const Use& use) {
   }
 }
 
-// Copies one channel to another, in pictures of one depth and size.
-void CopyChannel(const Image& from, uint32_t from_channel, Image* to, uint32_t to_channel) {
-  const auto copy = [&](const auto* in, auto* out) {
-    for (int32_t x = 0; x < from.width(); ++x) {
-      out[static_cast<size_t>(x) * to->channels() + to_channel] =
-          in[static_cast<size_t>(x) * from.channels() + from_channel];
-    }
-  };
-  if (from.bytes_per_sample() == 1) {
-    ForRowsOf<uint8_t, uint8_t>(from, to, copy);
-  } else {
-    ForRowsOf<uint16_t, uint16_t>(from, to, copy);
-  }
-}
-
 template <class From, class To>
-void ConvertDepth(const Image& from, Image* to) {
-  const uint64_t from_max = from.max_sample();
-  const uint64_t to_max = to->max_sample();
-  const size_t samples = from.row_bytes() / from.bytes_per_sample();
-  ForRowsOf<From, To>(from, to, [&](const From* in, To* out) {
-    for (size_t i = 0; i < samples; ++i) {
-      out[i] = static_cast<To>((in[i] * to_max + from_max / 2) / from_max);
-    }
-  });
+void ConvertSamples(const uint8_t* from, uint32_t from_bits, uint8_t* to, uint32_t to_bits,
+                    size_t samples) {
+  const auto* const in = reinterpret_cast<const From*>(from);
+  auto* const out = reinterpret_cast<To*>(to);
+  const uint64_t from_max = (1U << from_bits) - 1;
+  const uint64_t to_max = (1U << to_bits) - 1;
+  for (size_t i = 0; i < samples; ++i) {
+    out[i] = static_cast<To>((in[i] * to_max + from_max / 2) / from_max);
+  }
 }
 
 }  // namespace
@@ -57,6 +42,20 @@ Image OnThreeChannels(const Image& source, GreyBecomes grey, const ImageOperatio
     CopyChannel(worked, c, &result, c);
   }
   return result;
+}
+
+void CopyChannel(const Image& from, uint32_t from_channel, Image* to, uint32_t to_channel) {
+  const auto copy = [&](const auto* in, auto* out) {
+    for (int32_t x = 0; x < from.width(); ++x) {
+      out[static_cast<size_t>(x) * to->channels() + to_channel] =
+          in[static_cast<size_t>(x) * from.channels() + from_channel];
+    }
+  };
+  if (from.bytes_per_sample() == 1) {
+    ForRowsOf<uint8_t, uint8_t>(from, to, copy);
+  } else {
+    ForRowsOf<uint16_t, uint16_t>(from, to, copy);
+  }
 }
 
 Image OnEightBits(const Image& source, const ImageOperation& operation) {
@@ -78,15 +77,24 @@ Image OnEightBits(const Image& source, const ImageOperation& operation) {
 
 Image WithDepth(const Image& source, uint32_t depth_bits) {
   Image result(source.width(), source.height(), FileFormat(depth_bits, source.channels()));
-  if (source.bytes_per_sample() == 1 && depth_bits == 8) return source;
-  if (source.bytes_per_sample() == 1) {
-    ConvertDepth<uint8_t, uint16_t>(source, &result);
-  } else if (depth_bits == 8) {
-    ConvertDepth<uint16_t, uint8_t>(source, &result);
-  } else {
-    ConvertDepth<uint16_t, uint16_t>(source, &result);
+  const size_t samples = result.row_bytes() / result.bytes_per_sample();
+  for (int32_t y = 0; y < source.height(); ++y) {
+    ConvertDepth(source.Row(y), source.depth_bits(), result.Row(y), depth_bits, samples);
   }
   return result;
+}
+
+void ConvertDepth(const uint8_t* from, uint32_t from_bits, uint8_t* to, uint32_t to_bits,
+                  size_t samples) {
+  if (from_bits == 8 && to_bits == 8) {
+    std::copy_n(from, samples, to);
+  } else if (from_bits == 8) {
+    ConvertSamples<uint8_t, uint16_t>(from, from_bits, to, to_bits, samples);
+  } else if (to_bits == 8) {
+    ConvertSamples<uint16_t, uint8_t>(from, from_bits, to, to_bits, samples);
+  } else {
+    ConvertSamples<uint16_t, uint16_t>(from, from_bits, to, to_bits, samples);
+  }
 }
 
 }  // namespace ovra_host

@@ -16,11 +16,16 @@ using ImageOperation = std::function<Image(const Image&)>;
 enum class GreyBecomes { kGrey, kColor };
 Image OnThreeChannels(const Image& source, GreyBecomes grey, const ImageOperation& operation);
 
+// Copies one channel to another, in pictures of one depth and size.
+void CopyChannel(const Image& from, uint32_t from_channel, Image* to, uint32_t to_channel);
+
 // Runs an operation on 8 bits a sample over a picture of 8 or 16. Of 16-bit samples the change is
 // added to the sample, so that what the operation leaves alone keeps all its bits.
 Image OnEightBits(const Image& source, const ImageOperation& operation);
 
 // Samples of another depth: upper bits are repeated below, or rounded away.
 Image WithDepth(const Image& source, uint32_t depth_bits);
+void ConvertDepth(const uint8_t* from, uint32_t from_bits, uint8_t* to, uint32_t to_bits,
+                  size_t samples);
 
 }  // namespace ovra_host

@@ -2,6 +2,7 @@
 // PNG by libpng. Its errors are long jumps: what is jumped over holds nothing that needs a
 // destructor, and everything that does lives outside the guarded steps.
 #include <png.h>
+#include <zlib.h>
 
 #include <algorithm>
 #include <array>
@@ -154,11 +155,12 @@ class PngReader : public RowReader {
 
 class PngWriter : public RowWriter {
  public:
-  PngWriter(OutputPtr file, const PictureHeader& header) : file_(std::move(file)) {
+  PngWriter(OutputPtr file, const PictureHeader& header, std::optional<int> compression)
+      : file_(std::move(file)) {
     png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, &error_, OnError, OnWarning);
     if (png_ != nullptr) info_ = png_create_info_struct(png_);
     try {
-      Run([this, &header] { WriteHeader(header); });
+      Run([&] { WriteHeader(header, compression); });
     } catch (...) {
       png_destroy_write_struct(&png_, &info_);
       throw;
@@ -182,7 +184,7 @@ class PngWriter : public RowWriter {
     if (!RunGuarded(png_, step)) file_->Refuse(std::string("PNG: ") + error_.text);
   }
 
-  void WriteHeader(const PictureHeader& header) {
+  void WriteHeader(const PictureHeader& header, std::optional<int> compression) {
     const int color_type = header.channels() == 1   ? PNG_COLOR_TYPE_GRAY
                            : header.channels() == 3 ? PNG_COLOR_TYPE_RGB
                                                     : PNG_COLOR_TYPE_RGB_ALPHA;
@@ -193,9 +195,19 @@ class PngWriter : public RowWriter {
                  static_cast<png_uint_32>(header.height), static_cast<int>(header.depth_bits()),
                  color_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
                  PNG_FILTER_TYPE_DEFAULT);
+    SetCompression(compression);
     SetMetadata(header.metadata);
     png_write_info(png_, info_);
     if constexpr (std::endian::native == std::endian::little) png_set_swap(png_);
+  }
+
+  // One filter and little search: of photographs that takes a third of the time of libpng's own
+  // choice, and the files are hardly larger.
+  void SetCompression(std::optional<int> compression) {
+    if (compression) return png_set_compression_level(png_, *compression);
+    png_set_compression_level(png_, 1);
+    png_set_filter(png_, PNG_FILTER_TYPE_BASE, PNG_FILTER_SUB);
+    png_set_compression_strategy(png_, Z_FILTERED);
   }
 
   void SetMetadata(const Metadata& metadata) {
@@ -249,13 +261,13 @@ class PngWriter : public RowWriter {
 
 }  // namespace
 
-std::unique_ptr<RowReader> OpenPng(InputFile file) {
+std::unique_ptr<RowReader> OpenPng(InputFile file, const OpenOptions&) {
   return std::make_unique<PngReader>(std::move(file));
 }
 
 std::unique_ptr<RowWriter> CreatePng(OutputPtr file, const PictureHeader& header,
-                                     const WriteOptions&) {
-  return std::make_unique<PngWriter>(std::move(file), header);
+                                     const WriteOptions& options) {
+  return std::make_unique<PngWriter>(std::move(file), header, options.compression);
 }
 
 }  // namespace ovra_host

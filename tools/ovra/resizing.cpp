@@ -25,12 +25,6 @@ std::vector<float> CubicTable() {
   return table;
 }
 
-double Ratio(const ResizePlan& plan) {
-  const Size size = plan.UprightSize();
-  return std::max(static_cast<double>(size.width) / plan.region.size.width,
-                  static_cast<double>(size.height) / plan.region.size.height);
-}
-
 Image ResizedByAllPixels(const Image& source, const ResizePlan& plan, const CommonOptions& common) {
   const std::vector<float> table = CubicTable();
   const Position position = plan.region.position;
@@ -95,7 +89,7 @@ Image ResizedWithMargin(const Image& source, const ResizePlan& plan, const Commo
   if (!inside) return ResizedByEngine(source, plan, common);  // which says why not
   const Image wide = WithEdgesRepeated(source, kMargin);
   const Size size = plan.UprightSize();
-  const double ratio = Ratio(plan);
+  const double ratio = plan.Ratio();
   Image result(size.width + 2 * kMargin, size.height + 2 * kMargin, source.format());
   CallLibrary(common, "OvraResizeImageROIVAR", [&] {
     return OvraResizeImageROIVAR(wide.data(), wide.width(), wide.height(), result.data(),
@@ -118,7 +112,7 @@ bool IsSmallerThanTaps(const Image& source, const ResizePlan& plan, double ratio
 }
 
 Image ResizedAsItIs(const Image& source, const ResizePlan& plan, const CommonOptions& common) {
-  const double ratio = Ratio(plan);
+  const double ratio = plan.Ratio();
   if (ratio < (plan.fast ? kEngineFrom : kEveryPixelBelow)) {
     return ResizedByAllPixels(source, plan, common);
   }
@@ -130,6 +124,12 @@ Image ResizedAsItIs(const Image& source, const ResizePlan& plan, const CommonOpt
 
 Size ResizePlan::UprightSize() const {
   return TurnedSize(size, mode);
+}
+
+double ResizePlan::Ratio() const {
+  const Size upright = UprightSize();
+  return std::max(static_cast<double>(upright.width) / region.size.width,
+                  static_cast<double>(upright.height) / region.size.height);
 }
 
 Image Resized(const Image& source, const ResizePlan& plan, const CommonOptions& common) {

@@ -15,6 +15,9 @@ struct ResizePlan {
 
   // Of the result before the turn.
   Size UprightSize() const;
+
+  // How much is left of the larger side.
+  double Ratio() const;
 };
 
 Image Resized(const Image& source, const ResizePlan& plan, const CommonOptions& common);

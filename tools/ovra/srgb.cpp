@@ -6,6 +6,18 @@
 #include "error.h"
 
 namespace ovra_host {
+
+struct ColorTransform {
+  explicit ColorTransform(cmsHTRANSFORM made) : handle(made) {}
+  ~ColorTransform() {
+    if (handle != nullptr) cmsDeleteTransform(handle);
+  }
+  ColorTransform(const ColorTransform&) = delete;
+  ColorTransform& operator=(const ColorTransform&) = delete;
+
+  cmsHTRANSFORM handle;
+};
+
 namespace {
 
 struct ProfileCloser {
@@ -37,18 +49,22 @@ Blob Save(cmsHPROFILE profile) {
   return cmsSaveProfileToMem(profile, blob.data(), &bytes) ? blob : Blob();
 }
 
+Profile Open(const Blob& profile) {
+  return Profile(
+      cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size())));
+}
+
+// Null where the profiles are not for these pixels.
+std::unique_ptr<ColorTransform> MakeTransform(const Profile& from, cmsUInt32Number from_type,
+                                              const Profile& to, cmsUInt32Number to_type) {
+  if (!from || !to) return nullptr;
+  auto transform = std::make_unique<ColorTransform>(
+      cmsCreateTransform(from.get(), from_type, to.get(), to_type, INTENT_RELATIVE_COLORIMETRIC,
+                         cmsFLAGS_BLACKPOINTCOMPENSATION | cmsFLAGS_COPY_ALPHA));
+  return transform->handle == nullptr ? nullptr : std::move(transform);
+}
+
 }  // namespace
-
-struct SrgbConversion::Transform {
-  explicit Transform(cmsHTRANSFORM made) : handle(made) {}
-  ~Transform() {
-    if (handle != nullptr) cmsDeleteTransform(handle);
-  }
-  Transform(const Transform&) = delete;
-  Transform& operator=(const Transform&) = delete;
-
-  cmsHTRANSFORM handle;
-};
 
 SrgbConversion::SrgbConversion(const Blob& profile, OvraPixelFormatCode format)
     : profile_(profile) {
@@ -56,18 +72,10 @@ SrgbConversion::SrgbConversion(const Blob& profile, OvraPixelFormatCode format)
   const uint32_t channels = (format >> 4 & 15) + 1;
   if (!ProfileFits(profile, channels))
     throw Error("--to-srgb: its profile is not one for its channels");
-  const Profile from(
-      cmsOpenProfileFromMem(profile.data(), static_cast<cmsUInt32Number>(profile.size())));
   const Profile to = MakeSrgb(channels == 1);
   const cmsUInt32Number type = PixelType(format);
-  if (from && to) {
-    transform_ = std::make_unique<Transform>(
-        cmsCreateTransform(from.get(), type, to.get(), type, INTENT_RELATIVE_COLORIMETRIC,
-                           cmsFLAGS_BLACKPOINTCOMPENSATION | cmsFLAGS_COPY_ALPHA));
-  }
-  if (!transform_ || transform_->handle == nullptr) {
-    throw Error("--to-srgb: its colour profile is damaged");
-  }
+  transform_ = MakeTransform(Open(profile), type, to, type);
+  if (!transform_) throw Error("--to-srgb: its colour profile is damaged");
   profile_ = Save(to.get());
 }
 
@@ -83,6 +91,32 @@ void ConvertToSrgb(Picture* picture) {
   const SrgbConversion conversion(picture->metadata.profile, image.format());
   for (int32_t y = 0; y < image.height(); ++y) conversion.ConvertRow(image.Row(y), image.width());
   picture->metadata.profile = conversion.profile();
+}
+
+CmykConversion::CmykConversion(const Blob& profile, bool no_ink_is_255)
+    : no_ink_is_255_(no_ink_is_255) {
+  if (profile.empty()) return;
+  const Profile to = MakeSrgb(false);
+  transform_ =
+      MakeTransform(Open(profile), no_ink_is_255 ? TYPE_CMYK_8_REV : TYPE_CMYK_8, to, TYPE_RGB_8);
+  if (!transform_) throw Error("its colour profile is damaged, or not one of CMYK");
+  profile_ = Save(to.get());
+}
+
+CmykConversion::~CmykConversion() = default;
+
+void CmykConversion::ConvertRow(const uint8_t* inks, uint8_t* rgb, int32_t pixels) const {
+  if (transform_) {
+    cmsDoTransform(transform_->handle, inks, rgb, static_cast<cmsUInt32Number>(pixels));
+    return;
+  }
+  const int flip = no_ink_is_255_ ? 0 : UINT8_MAX;
+  for (int32_t x = 0; x < pixels; ++x, inks += 4, rgb += 3) {
+    const int key = inks[3] ^ flip;  // the share of light that passes
+    for (size_t c = 0; c < 3; ++c) {
+      rgb[c] = static_cast<uint8_t>(((inks[c] ^ flip) * key + UINT8_MAX / 2) / UINT8_MAX);
+    }
+  }
 }
 
 }  // namespace ovra_host

@@ -74,9 +74,10 @@ Metadata TiffMetadata(const TiffSession& session, const InputFile& file) {
   if (metadata.iptc.empty() && !record.empty()) {
     metadata.iptc = WrapIptcRecord(record.data(), record.size());
   }
-  metadata.exif = ExifOfTiff([&file](uint64_t offset, uint8_t* to, size_t bytes) {
+  const auto read = [&file](uint64_t offset, uint8_t* to, size_t bytes) {
     return file.ReadAt(offset, to, bytes);
-  });
+  };
+  metadata.exif = ExifOfTiff(read, session.Field<uint16_t>(TIFFTAG_ORIENTATION));
   const auto unit = session.Field<uint16_t>(TIFFTAG_RESOLUTIONUNIT);
   const double factor = unit == RESUNIT_INCH         ? 1
                         : unit == RESUNIT_CENTIMETER ? kCentimetersPerInch

@@ -10,6 +10,9 @@
 namespace ovra_host {
 namespace {
 
+// More than any file of pages holds; the ones behind them do not count.
+constexpr int32_t kMaxPages = 100'000;
+
 struct Layout {
   uint32_t width = 0;
   uint32_t height = 0;
@@ -17,6 +20,7 @@ struct Layout {
   uint16_t channels = 0;
   uint16_t photometric = 0;
   uint16_t planar = 0;
+  bool has_alpha = false;
   bool associated_alpha = false;  // colours are already multiplied by alpha
 
   // Samples as they are wanted here, pixel by pixel.
@@ -49,15 +53,17 @@ struct Band {
 
 class TiffReader : public RowReader {
  public:
-  explicit TiffReader(InputFile file)
-      : file_(std::move(file)),
-        session_(file_.stream(), file_.path(), "rm"),
-        layout_(ReadLayout()) {
+  TiffReader(InputFile file, int32_t page)
+      : file_(std::move(file)), session_(file_.stream(), file_.path(), "rm") {
+    if (session_.failed()) RefuseWithMessage();
+    ChoosePage(page);
+    layout_ = ReadLayout();
     header_.width = static_cast<int32_t>(layout_.width);
     header_.height = static_cast<int32_t>(layout_.height);
     header_.metadata = TiffMetadata(session_, file_);
     if (!layout_.Direct()) {
-      ReadConverted();
+      CheckConvertible();
+      header_.format = FileFormat(8, layout_.has_alpha ? 4 : 3);
       return;
     }
     header_.format = FileFormat(layout_.bits, layout_.channels);
@@ -70,6 +76,7 @@ class TiffReader : public RowReader {
 
   void ReadRow(uint8_t* row) override {
     const uint32_t y = next_row_++;
+    if (!layout_.Direct() && band_.bytes.empty()) ReadConverted();
     if (tile_.empty() && band_.bytes.empty()) {
       if (TIFFReadScanline(tiff(), row, y, 0) < 0) RefuseWithMessage();
     } else {
@@ -90,8 +97,27 @@ class TiffReader : public RowReader {
 
   [[noreturn]] void RefuseWithMessage() const { file_.Refuse(session_.message()); }
 
+  // Of the pages that are not small copies of another.
+  void ChoosePage(int32_t page) {
+    int32_t pages = 0;
+    tdir_t chosen = 0;
+    do {
+      const auto kind = session_.Field<uint32_t>(TIFFTAG_SUBFILETYPE);
+      if ((kind & (FILETYPE_REDUCEDIMAGE | FILETYPE_MASK)) != 0) continue;
+      if (++pages == std::max(page, 1)) chosen = TIFFCurrentDirectory(tiff());
+    } while (pages < kMaxPages && TIFFReadDirectory(tiff()) != 0);
+    if (page > std::max(pages, 1)) {
+      file_.Refuse("TIFF: --page " + std::to_string(page) + ", but it has " +
+                   std::to_string(pages) + (pages == 1 ? " page" : " pages"));
+    }
+    if (page == 0 && pages > 1) {
+      notes_.push_back("the first of " + std::to_string(pages) +
+                       " pages is read; --page N takes another");
+    }
+    if (TIFFSetDirectory(tiff(), chosen) == 0) RefuseWithMessage();
+  }
+
   Layout ReadLayout() const {
-    if (session_.failed()) RefuseWithMessage();
     Layout layout;
     layout.width = session_.Field<uint32_t>(TIFFTAG_IMAGEWIDTH);
     layout.height = session_.Field<uint32_t>(TIFFTAG_IMAGELENGTH);
@@ -103,6 +129,8 @@ class TiffReader : public RowReader {
     const uint16_t* extra = nullptr;
     TIFFGetFieldDefaulted(tiff(), TIFFTAG_EXTRASAMPLES, &extra_count, &extra);
     layout.associated_alpha = extra_count > 0 && extra[0] == EXTRASAMPLE_ASSOCALPHA;
+    layout.has_alpha =
+        layout.associated_alpha || (extra_count > 0 && extra[0] == EXTRASAMPLE_UNASSALPHA);
     const auto sample_format = session_.Field<uint16_t>(TIFFTAG_SAMPLEFORMAT);
     if (sample_format != SAMPLEFORMAT_UINT && sample_format != SAMPLEFORMAT_VOID) {
       file_.Refuse("TIFF: only unsigned whole numbers are read as samples");
@@ -150,14 +178,18 @@ class TiffReader : public RowReader {
 
   // Palettes, few bits, planes, luma with colour differences: libtiff makes 8-bit RGB of them, with
   // alpha, and colours multiplied by it. It needs the whole picture for that.
-  void ReadConverted() {
+  void CheckConvertible() const {
     if (layout_.bits > 8) {
       file_.Refuse("TIFF: of this colour model or arrangement only 8 bits a sample are read");
     }
     char reason[1024] = "";
     if (TIFFRGBAImageOK(tiff(), reason) == 0) file_.Refuse(std::string("TIFF: ") + reason);
+    const uint64_t bytes = uint64_t{4} * layout_.width * layout_.height;
+    if (bytes > static_cast<uint64_t>(kMaxImageBytes)) file_.Refuse("TIFF: is too large");
+  }
+
+  void ReadConverted() {
     const uint64_t count = uint64_t{layout_.width} * layout_.height;
-    if (count * 4 > static_cast<uint64_t>(kMaxImageBytes)) file_.Refuse("TIFF: is too large");
     std::vector<uint32_t> pixels(count);
     // Asked for in the orientation that the file states, pixels come in the order they are stored.
     const auto orientation = session_.Field<uint16_t>(TIFFTAG_ORIENTATION);
@@ -165,9 +197,6 @@ class TiffReader : public RowReader {
                                   1) == 0) {
       RefuseWithMessage();
     }
-    const bool opaque = std::all_of(pixels.begin(), pixels.end(),
-                                    [](uint32_t pixel) { return TIFFGetA(pixel) == 255; });
-    header_.format = FileFormat(8, opaque ? 3 : 4);
     band_.bytes.reserve(count * header_.channels());
     band_.end = layout_.height;
     for (const uint32_t pixel : pixels) {
@@ -176,7 +205,8 @@ class TiffReader : public RowReader {
           static_cast<uint8_t>(TIFFGetB(pixel)), static_cast<uint8_t>(TIFFGetA(pixel))};
       band_.bytes.insert(band_.bytes.end(), samples, samples + header_.channels());
     }
-    if (!opaque) DivideByAlpha(band_.bytes.data(), static_cast<int32_t>(count), UINT8_MAX);
+    if (layout_.has_alpha)
+      DivideByAlpha(band_.bytes.data(), static_cast<int32_t>(count), UINT8_MAX);
   }
 
   InputFile file_;
@@ -189,8 +219,8 @@ class TiffReader : public RowReader {
 
 }  // namespace
 
-std::unique_ptr<RowReader> OpenTiff(InputFile file) {
-  return std::make_unique<TiffReader>(std::move(file));
+std::unique_ptr<RowReader> OpenTiff(InputFile file, const OpenOptions& options) {
+  return std::make_unique<TiffReader>(std::move(file), options.page);
 }
 
 }  // namespace ovra_host
