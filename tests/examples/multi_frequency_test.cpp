@@ -14,6 +14,7 @@
 namespace {
 
 using ovra_test::AnchorPicture;
+using ovra_test::DeviationOf;
 using ovra_test::Fnv1a;
 using ovra_test::Noise;
 using ovra_test::Picture16;
@@ -159,6 +160,20 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
       EXPECT_NEAR(Amplitude(Processed(wave, params), period, 500) / before, 1 + shares[band], 0.03)
           << period << ", " << band;
     }
+  }
+}
+
+TEST(MultiFrequency, NoiseIsDampedAndNeverEnlarged) {
+  const struct {
+    float gain, damping;
+    double least, most;  // what is left
+  } cases[] = {{1, 1, 0, 0.08}, {1, 0.5F, 0.48, 0.53}, {4, 0, 0.98, 1.02}};
+  const Picture16 noise = ovra_test::NoisyGrey(256, 16, 32768, 0.01 * 65536);
+  for (const auto& c : cases) {
+    OvraMultiFrequencyParams params = UnitParams(3);
+    for (OvraMultiFrequencyBand& band : params.band) band = {c.gain, 0.03F, c.damping, 1};
+    const double left = DeviationOf(Processed(noise, params).samples) / DeviationOf(noise.samples);
+    EXPECT_TRUE(left >= c.least && left <= c.most) << left;
   }
 }
 

@@ -18,6 +18,7 @@
 namespace {
 
 using ovra_test::AnchorPicture;
+using ovra_test::DeviationOf;
 using ovra_test::Fnv1a;
 using ovra_test::Picture16;
 using ovra_test::RandomInt;
@@ -225,6 +226,74 @@ TEST_P(ToneForms, RampsDoNotFall) {
     for (uint32_t x = 121; x <= 120 + width; ++x) {
       ASSERT_GE(toned.samples[3 * x], toned.samples[3 * x - 3]) << width << ", " << x;
     }
+  }
+}
+
+// A single pixel that is made brighter does not become darker, whatever it stands among.
+TEST_P(ToneForms, PixelsKeepTheirOrder) {
+  const OvraHyperToneParams params = GetParam().is_hybrid
+                                         ? OvraHyperToneParams{1, 1, 0.5F, 1.25F, 0.12F, 1, 3, 0}
+                                         : OvraHyperToneParams{1, 1.5F, 1, 1.5F, 0.15F, 1, 3, 0};
+  for (const double grey : {100.0, 1500.0, 3500.0}) {
+    Picture16 picture = ovra_test::NoisyGrey(21, 12, grey, 50);
+    int32_t before = 0;
+    for (uint32_t v = 0; v <= 4095; v += 15) {
+      std::fill_n(&picture.At(10, 11), 3, static_cast<uint16_t>(v));
+      const int32_t becomes = Toned(GetParam(), picture, params).At(10, 11);
+      ASSERT_GE(becomes, before - 1) << v << " among " << grey;
+      before = becomes;
+    }
+  }
+}
+
+TEST_P(ToneForms, NoiseGrowsNoMoreThanTheLight) {
+  const OvraHyperToneParams params = {0.9F, 1.5F, 1, 1.5F, 0.1F, 1, 4, 0};
+  for (const double x : {0.05, 0.2, 0.5, 0.8}) {
+    const Picture16 noise = ovra_test::NoisyGrey(128, 12, x * 4095, 0.006 * 4096);
+    const double grows =
+        DeviationOf(Toned(GetParam(), noise, params).samples) / DeviationOf(noise.samples);
+    EXPECT_LE(grows, (1 + 0.9 * 1.5 * std::pow(1 - x, 3)) * (1 + 0.9 * 0.5 * x / (x + 0.25)) * 1.03)
+        << x;
+  }
+}
+
+// The base of the pyramid is off by `edge` at most.
+TEST_P(ToneForms, PixelsGetTheGainOfAToneNear) {
+  if (GetParam().is_hybrid) return;
+  const Picture16 bricks = Picture16(200, 120, 12).FillGrey([](uint32_t x, uint32_t y) {
+    return (x / 23 + y / 17) % 5 * 1000 + (x * 7 + y * 13) % 90;
+  });
+  const Picture16 toned = Toned(GetParam(), bricks, {1, 1, 0.5F, 1, 0.12F, 1, 5, 0});
+  for (size_t i = 0; i < bricks.samples.size(); i += 3) {
+    double least = 4;
+    double most = 0;
+    for (int k = -60; k <= 60; ++k) {
+      const double x = std::clamp(bricks.samples[i] / 4095.0 + 0.002 * k, 0.0, 1.0);
+      const double gain = 1 + std::pow(1 - x, 3) - 0.5 * x * x * (1 - x);
+      least = std::min(least, gain);
+      most = std::max(most, gain);
+    }
+    ASSERT_LE(toned.samples[i], bricks.samples[i] * most + 2) << i;
+    ASSERT_GE(toned.samples[i], bricks.samples[i] * least - 2) << i;
+  }
+}
+
+TEST(Tone, LightFormsComeCloseToTheFullOnes) {
+  const Picture16 scene = Picture16(480, 320, 12).FillGrey([](uint32_t x, uint32_t y) {
+    const double slope = 900 + 2.0 * x + 300 * std::sin(x / 40.0) * std::cos(y / 30.0);
+    return std::hypot(x - 150.0, y - 160.0) < 70 ? 0.3 * slope : slope + (x * y) % 60;
+  });
+  const auto peak_to_noise = [&](size_t full, const OvraHyperToneParams& params) {
+    const Picture16 a = Toned(kToneForms[full], scene, params);
+    const Picture16 b = Toned(kToneForms[full + 1], scene, params);
+    double squares = 0;
+    for (size_t i = 0; i < a.samples.size(); ++i)
+      squares += std::pow(a.samples[i] - b.samples[i], 2);
+    return 10 * std::log10(4095.0 * 4095 * static_cast<double>(a.samples.size()) / squares);
+  };
+  for (const size_t full : {0, 2}) {
+    EXPECT_GE(peak_to_noise(full, kToneDefaults), 48) << full;
+    EXPECT_GE(peak_to_noise(full, {1, 1.5F, 1, 1.5F, 0.12F, 1, 4, 0}), 40) << full;
   }
 }
 

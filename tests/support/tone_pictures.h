@@ -3,7 +3,9 @@
 #pragma once
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <vector>
 
 #include "ovra/pixel_format.h"
@@ -79,6 +81,25 @@ inline Picture16 AnchorPicture(uint32_t depth_bits) {
     picture.samples[i] = static_cast<uint16_t>(std::min(sample, 4095U) >> (12 - depth_bits));
   }
   return picture;
+}
+
+// Grey with white noise of this standard deviation, in codes.
+inline Picture16 NoisyGrey(uint32_t side, uint32_t depth_bits, double grey, double deviation) {
+  Random random(1);
+  const auto reach = static_cast<int32_t>(std::lround(std::sqrt(3.0) * deviation));
+  const auto middle = static_cast<int32_t>(std::lround(grey));
+  return Picture16(side, side, depth_bits).FillGrey([&](uint32_t, uint32_t) {
+    return middle + RandomInt(random, -reach, reach);
+  });
+}
+
+// The standard deviation of all samples.
+inline double DeviationOf(const std::vector<uint16_t>& samples) {
+  const double count = static_cast<double>(samples.size());
+  const double mean = std::accumulate(samples.begin(), samples.end(), 0.0) / count;
+  double squares = 0;
+  for (const uint16_t sample : samples) squares += (sample - mean) * (sample - mean);
+  return std::sqrt(squares / count);
 }
 
 // FNV-1a of 32 bits.
