@@ -162,8 +162,8 @@ TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
       ASSERT_TRUE(std::equal(moved.begin(), moved.end(), expected.begin()))
           << ovra_test::TierName(tier) << ": " << pixels << " pixels of " << pixel_bytes;
     }
-    const ovra::RowFill fill = {moved.data() + 1, bytes,       pixels, kRows,
-                                source.data(),    pixel_bytes, true};
+    const ovra::PixelPattern pattern(source.data(), pixel_bytes);
+    const ovra::RowFill fill = {moved.data() + 1, bytes, pixels, kRows, pattern, true};
     for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
       std::fill(moved.begin(), moved.end(), ovra_test::GuardedBuffer::kFill);
       ovra::RowCopyKernelsOf(tier).fill(fill);

@@ -86,43 +86,56 @@ struct RowMover {
  private:
   static void MoveRow(const uint8_t* source, std::ptrdiff_t next, uint8_t* destination,
                       std::ptrdiff_t bytes, bool streaming) {
-    // `count` bytes at place x of the destination.
-    const auto from = [source, bytes](std::ptrdiff_t x, std::ptrdiff_t count) {
-      return source + (Order::kBackward ? bytes - x - count : x);
-    };
-    std::ptrdiff_t x = 0;
-    if (streaming) {
-      const std::ptrdiff_t head = BytesBeforeLine(destination);
-      if (head + kBlockBytes <= bytes) {
-        for (; x < head; x += kStepBytes)
-          Move<kStepBytes, false>(from(x, kStepBytes), destination + x);
-        for (x = head; x + kBlockBytes <= bytes; x += kBlockBytes) {
-          Prefetch(from(x, kBlockBytes) + next);
-          Move<kBlockBytes, true>(from(x, kBlockBytes), destination + x);
-        }
-      }
-    }
-    for (; x + kBlockBytes <= bytes; x += kBlockBytes) {
-      Prefetch(from(x, kBlockBytes) + next);
-      Move<kBlockBytes, false>(from(x, kBlockBytes), destination + x);
-    }
-    for (; x + kStepBytes <= bytes; x += kStepBytes) {
-      Move<kStepBytes, false>(from(x, kStepBytes), destination + x);
-    }
-    // What is left of the row together with bytes that have been moved.
-    if (x < bytes) {
-      Move<kStepBytes, false>(from(bytes - kStepBytes, kStepBytes),
-                              destination + bytes - kStepBytes);
-    }
+    const std::ptrdiff_t head = BytesBeforeLine(destination);
+    if (head > bytes) return MoveSteps(source, destination, bytes, 0, bytes);
+    MoveSteps(source, destination, bytes, 0, head);
+    const std::ptrdiff_t end = streaming
+                                   ? MoveBlocks<true>(source, next, destination, bytes, head)
+                                   : MoveBlocks<false>(source, next, destination, bytes, head);
+    MoveSteps(source, destination, bytes, end, bytes);
   }
 
-  // The bytes of whole pixels up to the beginning of a cache line. More than a block where pixels
-  // never begin with a line.
+  // The bytes of whole pixels up to the beginning of a cache line, none or at least a step, so that
+  // nothing else is written to lines that go round the cache. More than any row has where no pixel
+  // begins with a line.
   static std::ptrdiff_t BytesBeforeLine(const uint8_t* destination) {
     auto bytes = static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(destination) &
                                              uintptr_t{kLineBytes - 1});
     while (bytes % kPixelBytes != 0 && bytes < kBlockBytes) bytes += kLineBytes;
-    return bytes % kPixelBytes == 0 ? bytes : PTRDIFF_MAX - kBlockBytes;
+    if (bytes % kPixelBytes != 0) return PTRDIFF_MAX;
+    return bytes > 0 && bytes < kStepBytes ? bytes + kBlockBytes : bytes;
+  }
+
+  // What the bytes from place x of the destination on are in the source.
+  static const uint8_t* From(const uint8_t* source, std::ptrdiff_t row_bytes, std::ptrdiff_t x,
+                             std::ptrdiff_t count) {
+    return source + (Order::kBackward ? row_bytes - x - count : x);
+  }
+
+  // Whole blocks from x on, as long as none or a step is left; answers where they end.
+  template <bool kStreaming>
+  static std::ptrdiff_t MoveBlocks(const uint8_t* source, std::ptrdiff_t next, uint8_t* destination,
+                                   std::ptrdiff_t row_bytes, std::ptrdiff_t x) {
+    const auto left = [row_bytes](std::ptrdiff_t place) { return row_bytes - place; };
+    for (; left(x) == kBlockBytes || left(x) >= kBlockBytes + kStepBytes; x += kBlockBytes) {
+      const uint8_t* const block = From(source, row_bytes, x, kBlockBytes);
+      Prefetch(block + next);
+      Move<kBlockBytes, kStreaming>(block, destination + x);
+    }
+    return x;
+  }
+
+  // From x to the end, at least a step or nothing. What does not fill a step is moved with bytes that
+  // have been moved already.
+  static void MoveSteps(const uint8_t* source, uint8_t* destination, std::ptrdiff_t row_bytes,
+                        std::ptrdiff_t x, std::ptrdiff_t end) {
+    for (; x + kStepBytes <= end; x += kStepBytes) {
+      Move<kStepBytes, false>(From(source, row_bytes, x, kStepBytes), destination + x);
+    }
+    if (x < end) {
+      x = end - kStepBytes;
+      Move<kStepBytes, false>(From(source, row_bytes, x, kStepBytes), destination + x);
+    }
   }
 
   // The same bytes of the next row: a row's beginning is more than a processor foresees.

@@ -84,6 +84,7 @@ struct Area {
   std::ptrdiff_t DestinationAt(std::ptrdiff_t row) const {
     return destination_offset + destination_stride * row;
   }
+  NextRow Next() const { return {source_stride, destination_stride}; }
   std::ptrdiff_t SourceAt(std::ptrdiff_t row) const { return source_offset + source_stride * row; }
 };
 
@@ -164,7 +165,8 @@ Status CompositeImage(uint8_t* destination, int32_t destination_width, int32_t d
   AlphaBlendRow* const blend_row =
       KernelsOf(tier).Of(WeightOfMode(blend_mode)).alpha[destination_format.channels - 1];
   for (std::ptrdiff_t row = 0; row < area.rows; ++row) {
-    blend_row(source + area.SourceAt(row), destination + area.DestinationAt(row), area.pixels);
+    blend_row(source + area.SourceAt(row), destination + area.DestinationAt(row), area.pixels,
+              area.Next());
   }
   return OVRA_OK;
 }
@@ -192,7 +194,7 @@ Status CompositeImageWithMaskBlending(uint8_t* destination, int32_t destination_
   const std::ptrdiff_t samples = area.pixels * static_cast<std::ptrdiff_t>(format.channels);
   for (std::ptrdiff_t row = 0; row < area.rows; ++row) {
     blend_row(source + area.SourceAt(row), mask + area.SourceAt(row),
-              destination + area.DestinationAt(row), samples);
+              destination + area.DestinationAt(row), samples, area.Next());
   }
   return OVRA_OK;
 }

@@ -11,14 +11,21 @@ namespace ovra {
 // owner's sample exactly, w = 0 the other's, and equal samples keep their value.
 enum class WeightOf { kDestination, kSource };
 
+// How far the row is that comes next, in bytes.
+struct NextRow {
+  std::ptrdiff_t source;  // and of the mask
+  std::ptrdiff_t destination;
+};
+
 // Blends `pixels` pixels into the destination. A source pixel has one sample more than a
 // destination pixel: the last, which is the weight of the others.
-using AlphaBlendRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels);
+using AlphaBlendRow = void(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                           NextRow next);
 
 // Blends `samples` samples into the destination, each with a weight of its own. Since the samples
 // do not depend on each other, one kernel serves all channel counts.
 using MaskBlendRow = void(const uint8_t* source, const uint8_t* mask, uint8_t* destination,
-                          std::ptrdiff_t samples);
+                          std::ptrdiff_t samples, NextRow next);
 
 // The kernels of one tier. No kernel reads or writes beyond its rows, which do not overlap.
 struct CompositionKernels {

@@ -13,7 +13,8 @@ uint8_t Blend(uint32_t weight, uint32_t source, uint32_t destination) {
 }
 
 template <int kChannels, WeightOf kWeightOf>
-void AlphaBlend(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+void AlphaBlend(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                NextRow /*next*/) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const uint8_t alpha = source[kChannels];
     for (int c = 0; c < kChannels; ++c) {
@@ -26,7 +27,7 @@ void AlphaBlend(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixe
 
 template <WeightOf kWeightOf>
 void MaskBlend(const uint8_t* source, const uint8_t* mask, uint8_t* destination,
-               std::ptrdiff_t samples) {
+               std::ptrdiff_t samples, NextRow /*next*/) {
   for (std::ptrdiff_t i = 0; i < samples; ++i) {
     destination[i] = Blend<kWeightOf>(mask[i], source[i], destination[i]);
   }

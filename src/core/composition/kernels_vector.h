@@ -21,6 +21,11 @@ typename V::Reg LoadLanes(const uint8_t* p, std::ptrdiff_t step) {
   return V::LoadLanes(p, p + step);
 }
 
+// The same place of the next row: a row's beginning is more than a processor foresees.
+inline void Prefetch(const uint8_t* p, std::ptrdiff_t next) {
+  PrefetchLine(reinterpret_cast<uintptr_t>(p) + static_cast<uintptr_t>(next));
+}
+
 // The first N bytes of each lane, without gaps.
 template <class V, std::ptrdiff_t kBytes>
 void StoreFirstBytesOfLanes(uint8_t* p, typename V::Reg a) {
@@ -76,7 +81,8 @@ constexpr PixelShuffle<kChannels> kPixelShuffle;
 // the destination. It also loads the bytes behind those, so as many must follow in the row.
 template <class V, int kChannels, WeightOf kWeightOf>
 struct AlphaBlend {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                  NextRow next) {
     constexpr std::ptrdiff_t kPixelsPerLane = PixelShuffle<kChannels>::kPixels;
     constexpr std::ptrdiff_t kPixelsPerStep = V::kLanes * kPixelsPerLane;
     constexpr std::ptrdiff_t kSourceBytes = kPixelsPerLane * (kChannels + 1);
@@ -86,6 +92,8 @@ struct AlphaBlend {
     const auto color = V::LoadToAllLanes(kPixelShuffle<kChannels>.color);
     const auto weight = V::LoadToAllLanes(kPixelShuffle<kChannels>.weight);
     for (; pixels >= kPixelsLoaded; pixels -= kPixelsPerStep) {
+      Prefetch(source, next.source);
+      Prefetch(destination, next.destination);
       const auto in = LoadLanes<V>(source, kSourceBytes);
       const auto old = LoadLanes<V>(destination, kDestinationBytes);
       const auto blended =
@@ -94,7 +102,7 @@ struct AlphaBlend {
       source += kPixelsPerStep * (kChannels + 1);
       destination += kPixelsPerStep * kChannels;
     }
-    Rest<V, kWeightOf>().alpha[kChannels - 1](source, destination, pixels);
+    Rest<V, kWeightOf>().alpha[kChannels - 1](source, destination, pixels, next);
   }
 };
 
@@ -102,10 +110,13 @@ struct AlphaBlend {
 // of both is taken from the 32 bytes that belong to lane k of the destination.
 template <class V, WeightOf kWeightOf>
 struct AlphaBlend<V, 1, kWeightOf> {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                  NextRow next) {
     constexpr std::ptrdiff_t kPixelsPerStep = V::kLanes * kLaneBytes;
     const auto low_bytes = V::Set16(0x00FF);
     for (; pixels >= kPixelsPerStep; pixels -= kPixelsPerStep) {
+      Prefetch(source, next.source);
+      Prefetch(destination, next.destination);
       const auto in0 = LoadLanes<V>(source, 2 * kLaneBytes);
       const auto in1 = LoadLanes<V>(source + kLaneBytes, 2 * kLaneBytes);
       const auto color = V::PackU16(V::And(in0, low_bytes), V::And(in1, low_bytes));
@@ -115,22 +126,25 @@ struct AlphaBlend<V, 1, kWeightOf> {
       source += 2 * kPixelsPerStep;
       destination += kPixelsPerStep;
     }
-    Rest<V, kWeightOf>().alpha[0](source, destination, pixels);
+    Rest<V, kWeightOf>().alpha[0](source, destination, pixels, next);
   }
 };
 
 template <class V, WeightOf kWeightOf>
 void MaskBlend(const uint8_t* source, const uint8_t* mask, uint8_t* destination,
-               std::ptrdiff_t samples) {
+               std::ptrdiff_t samples, NextRow next) {
   constexpr std::ptrdiff_t kStep = V::kLanes * kLaneBytes;
   std::ptrdiff_t i = 0;
   for (; i + kStep <= samples; i += kStep) {
-    const auto weight = LoadLanes<V>(mask + i, kLaneBytes);
-    const auto in = LoadLanes<V>(source + i, kLaneBytes);
-    const auto old = LoadLanes<V>(destination + i, kLaneBytes);
+    Prefetch(source + i, next.source);
+    Prefetch(mask + i, next.source);
+    Prefetch(destination + i, next.destination);
+    const auto weight = V::Load(mask + i);
+    const auto in = V::Load(source + i);
+    const auto old = V::Load(destination + i);
     V::Store(destination + i, Blend<kWeightOf, V>(weight, in, old));
   }
-  Rest<V, kWeightOf>().mask(source + i, mask + i, destination + i, samples - i);
+  Rest<V, kWeightOf>().mask(source + i, mask + i, destination + i, samples - i, next);
 }
 
 template <class V, WeightOf kWeightOf>

@@ -3,22 +3,35 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "core/cpu.h"
 #include "core/row_move.h"
 
 namespace ovra {
 
-// Rows of one pixel over and over.
-struct RowFill {
+// A cache line of one pixel over and over, from any byte of the pixel on.
+struct PixelPattern {
+  static constexpr std::ptrdiff_t kLineBytes = 64;
   static constexpr std::ptrdiff_t kMaxPixelBytes = 8;
 
+  PixelPattern(const void* pixel, std::ptrdiff_t size) : pixel_bytes(size) {
+    for (std::ptrdiff_t i = 0; i < kLineBytes + kMaxPixelBytes; i += size) {
+      std::memcpy(bytes + i, pixel, static_cast<size_t>(size));
+    }
+  }
+
+  std::ptrdiff_t pixel_bytes;
+  uint8_t bytes[kLineBytes + 2 * kMaxPixelBytes];
+};
+
+// Rows of one pixel over and over.
+struct RowFill {
   uint8_t* destination;
   std::ptrdiff_t stride;
   std::ptrdiff_t pixels;  // of a row
   std::ptrdiff_t rows;
-  const void* pixel;
-  std::ptrdiff_t pixel_bytes;
+  const PixelPattern& pattern;
   bool streaming;  // whether writing goes round the cache
 };
 

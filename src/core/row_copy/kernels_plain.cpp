@@ -17,8 +17,8 @@ void Copy(const RowMove& move) {
 void Fill(const RowFill& fill) {
   for (std::ptrdiff_t row = 0; row < fill.rows; ++row) {
     uint8_t* out = fill.destination + row * fill.stride;
-    for (std::ptrdiff_t x = 0; x < fill.pixels; ++x, out += fill.pixel_bytes) {
-      std::memcpy(out, fill.pixel, static_cast<size_t>(fill.pixel_bytes));
+    for (std::ptrdiff_t x = 0; x < fill.pixels; ++x, out += fill.pattern.pixel_bytes) {
+      std::memcpy(out, fill.pattern.bytes, static_cast<size_t>(fill.pattern.pixel_bytes));
     }
   }
 }

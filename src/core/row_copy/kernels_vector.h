@@ -20,19 +20,7 @@ void Copy(const RowMove& move) {
   RowMover<V, PixelOrder<1, false, false>>::Run(move, Rest<V>().copy);
 }
 
-constexpr std::ptrdiff_t kLineBytes = 64;
-
-// A cache line of the pixel, from any byte of it on.
-struct PixelPattern {
-  std::ptrdiff_t pixel_bytes;
-  uint8_t bytes[kLineBytes + 2 * RowFill::kMaxPixelBytes];
-
-  PixelPattern(const void* pixel, std::ptrdiff_t size) : pixel_bytes(size) {
-    for (std::ptrdiff_t i = 0; i < kLineBytes + RowFill::kMaxPixelBytes; i += size) {
-      std::memcpy(bytes + i, pixel, static_cast<size_t>(size));
-    }
-  }
-};
+constexpr std::ptrdiff_t kLineBytes = PixelPattern::kLineBytes;
 
 template <class V, bool kStreaming>
 void FillLine(uint8_t* out, const uint8_t* pattern) {
@@ -46,32 +34,43 @@ void FillLine(uint8_t* out, const uint8_t* pattern) {
   }
 }
 
+// The first and the last line are those of the row, whatever the memory's are; what lies between is
+// in lines of the memory, to which nothing else is written.
 template <class V, bool kStreaming>
 void FillRow(uint8_t* out, std::ptrdiff_t bytes, const PixelPattern& pattern) {
-  const auto before_line =
+  if (bytes < kLineBytes) {
+    std::memcpy(out, pattern.bytes, static_cast<size_t>(bytes));
+    return;
+  }
+  const std::ptrdiff_t last = bytes - kLineBytes;
+  FillLine<V, false>(out, pattern.bytes);
+  FillLine<V, false>(out + last, pattern.bytes + last % pattern.pixel_bytes);
+  // Of the first whole line a part has been written, and of the last.
+  auto x =
       static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(out) & uintptr_t{kLineBytes - 1});
-  std::ptrdiff_t x = before_line < bytes ? before_line : bytes;
-  std::memcpy(out, pattern.bytes, static_cast<size_t>(x));
   std::ptrdiff_t phase = x % pattern.pixel_bytes;
   const std::ptrdiff_t turn = kLineBytes % pattern.pixel_bytes;
-  for (; x + kLineBytes <= bytes; x += kLineBytes) {
-    FillLine<V, kStreaming>(out + x, pattern.bytes + phase);
+  for (std::ptrdiff_t line = 0; x < last; ++line, x += kLineBytes) {
+    const bool inner = line > 0 && x + kLineBytes <= last;
+    if (kStreaming && inner) {
+      FillLine<V, true>(out + x, pattern.bytes + phase);
+    } else {
+      FillLine<V, false>(out + x, pattern.bytes + phase);
+    }
     phase += turn;
     if (phase >= pattern.pixel_bytes) phase -= pattern.pixel_bytes;
   }
-  std::memcpy(out + x, pattern.bytes + phase, static_cast<size_t>(bytes - x));
 }
 
 template <class V>
 void Fill(const RowFill& fill) {
-  const PixelPattern pattern(fill.pixel, fill.pixel_bytes);
-  const std::ptrdiff_t bytes = fill.pixels * fill.pixel_bytes;
+  const std::ptrdiff_t bytes = fill.pixels * fill.pattern.pixel_bytes;
   for (std::ptrdiff_t row = 0; row < fill.rows; ++row) {
     uint8_t* const out = fill.destination + row * fill.stride;
     if (fill.streaming) {
-      FillRow<V, true>(out, bytes, pattern);
+      FillRow<V, true>(out, bytes, fill.pattern);
     } else {
-      FillRow<V, false>(out, bytes, pattern);
+      FillRow<V, false>(out, bytes, fill.pattern);
     }
   }
   if (fill.streaming) FinishStreaming();

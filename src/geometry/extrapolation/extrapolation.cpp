@@ -33,9 +33,21 @@ struct Placement {
   int64_t offset_y;
 };
 
-// Writes the canvas in strips of rows: what stands left of the source in a strip is still in the
-// processor's table of pages when what stands right of it is written.
+// The canvas is written in strips of so many rows: what is left of the source in a strip is still in
+// the processor's table of pages when what is right of it is written.
 constexpr int64_t kStripRows = 32;
+
+// The fill as samples of the image.
+template <class Sample>
+struct LimitedPixel {
+  LimitedPixel(const uint16_t* fill, const PixelFormat& format) {
+    for (uint32_t c = 0; c < std::min(format.channels, kMaxChannels); ++c) {
+      samples[c] = static_cast<Sample>(std::min<uint32_t>(fill[c], format.MaxSample()));
+    }
+  }
+
+  Sample samples[kMaxChannels] = {};
+};
 
 template <class Sample>
 class Canvas {
@@ -48,11 +60,8 @@ class Canvas {
         source_stride_(RowStride(place.source_width, format)),
         stride_(RowStride(place.destination_width, format)),
         streaming_(WritesRoundCache(stride_, place.destination_height)),
-        kernels_(RowCopyKernelsOf(tier)) {
-    for (uint32_t c = 0; c < std::min(format.channels, kMaxChannels); ++c) {
-      pixel_[c] = static_cast<Sample>(std::min<uint32_t>(fill[c], format.MaxSample()));
-    }
-  }
+        kernels_(RowCopyKernelsOf(tier)),
+        pattern_(LimitedPixel<Sample>(fill, format).samples, pixel_bytes_) {}
 
   void Write(const uint8_t* source) const {
     const int64_t below = place_.offset_y + place_.source_height;
@@ -89,8 +98,7 @@ class Canvas {
                    .stride = stride_,
                    .pixels = static_cast<std::ptrdiff_t>(columns),
                    .rows = static_cast<std::ptrdiff_t>(rows),
-                   .pixel = pixel_,
-                   .pixel_bytes = pixel_bytes_,
+                   .pattern = pattern_,
                    .streaming = streaming_});
   }
 
@@ -113,7 +121,7 @@ class Canvas {
   std::ptrdiff_t stride_;
   bool streaming_;
   const RowCopyKernels& kernels_;
-  Sample pixel_[kMaxChannels] = {};
+  PixelPattern pattern_;
 };
 
 }  // namespace
