@@ -14,8 +14,9 @@ using TransposeBlock = void(const uint8_t* source, std::ptrdiff_t source_stride,
                             uint8_t* destination, std::ptrdiff_t destination_stride,
                             std::ptrdiff_t rows, std::ptrdiff_t columns);
 
-// The movers of one tier: of rows whose pixels are reversed, and of blocks. A pixel is moved as a unit, so only its size in bytes matters, which is
-// the index: 1, 2, 3, 4, 6 or 8. The others are null.
+// The movers of one tier: of rows whose pixels are reversed, and of blocks. A pixel is moved as a
+// unit, so only its size in bytes matters, which is the index: 1, 2, 3, 4, 6 or 8. The others are
+// null.
 struct RotationKernels {
   static constexpr int kMaxPixelBytes = 8;
 
