@@ -78,8 +78,9 @@ endif()
 
 # Sanitizers instrument everything, the tests included.
 set(OVRA_SANITIZER "" CACHE STRING "Value for -fsanitize=, or empty")
+set(OVRA_SANITIZER_OPTIONS -fno-sanitize-recover=all CACHE STRING "More options of sanitizers")
 if(OVRA_SANITIZER)
-  add_compile_options(-fsanitize=${OVRA_SANITIZER} -fno-sanitize-recover=all
+  add_compile_options(-fsanitize=${OVRA_SANITIZER} ${OVRA_SANITIZER_OPTIONS}
                       -fno-omit-frame-pointer)
   add_link_options(-fsanitize=${OVRA_SANITIZER})
 endif()

@@ -2,6 +2,9 @@
 #include "conformance/call.h"
 
 #include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -10,6 +13,14 @@
 
 namespace ovra_test {
 namespace {
+
+// How much a long run did is told at its end.
+struct CallCount {
+  ~CallCount() {
+    if (std::getenv("OVRA_ROUND") != nullptr) std::printf("calls: %u\n", count.load());
+  }
+  std::atomic<unsigned> count = 0;
+} call_count;
 
 size_t AlignmentBytes(OvraPixelFormatCode format) {
   return size_t{1} << (format >> 20 & 15);
@@ -148,6 +159,7 @@ void Call::Run(const Invocation& invocation) {
   for (const auto& buffer : buffers_)
     buffer->before.assign(buffer->memory.begin(), buffer->memory.end());
   const OvraStatus status = invoker_(invocation);
+  ++call_count.count;
   if (outcome_.status == OVRA_OK) outcome_.status = status;
   for (int shift = 0; shift < 32; shift += 8) {
     outcome_.output.push_back(static_cast<uint8_t>(static_cast<uint32_t>(status) >> shift));
@@ -155,14 +167,28 @@ void Call::Run(const Invocation& invocation) {
   for (const auto& buffer : buffers_) Check(*buffer, status);
 }
 
-OvraStatus Call::Convert(int32_t height, const std::function<OvraStatus(int32_t)>& convert) {
+OvraStatus Call::Convert(const Images& images, const Conversion& convert) {
+  const uint8_t* const source = images.source;
+  uint8_t* const destination = images.destination;
+  const auto height = static_cast<int32_t>(images.height);
   while (draw.MayErr() && draw.OneIn(2)) {
     const int32_t lower = draw.Int(1, height);
-    if (convert(lower) != OVRA_OK) break;
+    if (convert(source, destination, lower) != OVRA_OK) break;
     const auto other = static_cast<size_t>(draw.Int(0, std::size(kOperations) - 1));
     outcome_.complaint += MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
   }
-  return convert(height);
+  if (crowd_) {
+    const auto room = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& buffer) {
+      return buffer->memory.data() == destination;
+    });
+    crowd_([&] {
+      std::vector<uint8_t> own = (*room)->before;
+      ++call_count.count;
+      convert(source == destination ? own.data() : source, own.data(), height);
+      return own;
+    });
+  }
+  return convert(source, destination, height);
 }
 
 Outcome Call::Finish() {
@@ -212,8 +238,9 @@ void Call::Check(const Buffer& buffer, OvraStatus status) {
   }
 }
 
-Outcome MakeCall(const Operation& operation, const Draw& draw, const Call::Invoker& invoker) {
-  Call call(draw, invoker);
+Outcome MakeCall(const Operation& operation, const Draw& draw, const Call::Invoker& invoker,
+                 const Call::Crowd& crowd) {
+  Call call(draw, invoker, crowd);
   operation.call(call);
   return call.Finish();
 }

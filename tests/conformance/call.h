@@ -75,6 +75,12 @@ enum class Padding {
   kWritten,  // it belongs to the result
 };
 
+// What stands where a context will be put. A failed _Init nulls it; the release would crash on it.
+template <class Context>
+Context* NotYet() {
+  return reinterpret_cast<Context*>(uintptr_t{64});
+}
+
 // What calling an operation came to.
 struct Outcome {
   std::vector<uint8_t> output;  // the statuses, then all destinations
@@ -88,8 +94,10 @@ class Call {
  public:
   using Invocation = std::function<OvraStatus()>;
   using Invoker = std::function<OvraStatus(const Invocation&)>;
+  using Crowd = std::function<void(const std::function<std::vector<uint8_t>()>&)>;
 
-  Call(Draw drawn, Invoker invoker) : draw(drawn), invoker_(std::move(invoker)) {}
+  Call(Draw drawn, Invoker invoker, Crowd crowd)
+      : draw(drawn), invoker_(std::move(invoker)), crowd_(std::move(crowd)) {}
 
   Draw draw;
 
@@ -142,9 +150,11 @@ class Call {
 
   void Run(const Invocation& invocation);
 
-  // What a Run does with its context: `convert` takes the image's height. Where the draw may err,
-  // lower images go before, and calls of other operations between.
-  OvraStatus Convert(int32_t height, const std::function<OvraStatus(int32_t height)>& convert);
+  // What a Run does with its context: `convert` takes the images and their height. Where the draw
+  // may err, lower images go before, and calls of other operations between; where a Crowd was given,
+  // it uses the context at the same time, with the same source and destinations of its own.
+  using Conversion = std::function<OvraStatus(const uint8_t*, uint8_t*, int32_t)>;
+  OvraStatus Convert(const Images& images, const Conversion& convert);
 
   // For what else must hold of the result after a Run that succeeded.
   bool HasSucceeded() const { return outcome_.status == OVRA_OK; }
@@ -170,6 +180,7 @@ class Call {
   void Check(const Buffer& buffer, OvraStatus status);
 
   Invoker invoker_;
+  Crowd crowd_;
   std::vector<std::unique_ptr<Buffer>> buffers_;
   Outcome outcome_;
 };
@@ -179,9 +190,11 @@ struct Operation {
   void (*call)(Call& call);
 };
 
-// Draws and makes one call. `invoker` calls what it is given, in whatever circumstances.
+// Draws and makes one call. `invoker` calls what it is given, in whatever circumstances; `crowd`
+// gets what uses the call's context and answers with the destination, for as many threads as it likes.
 Outcome MakeCall(
     const Operation& operation, const Draw& draw,
-    const Call::Invoker& invoker = [](const Call::Invocation& run) { return run(); });
+    const Call::Invoker& invoker = [](const Call::Invocation& run) { return run(); },
+    const Call::Crowd& crowd = nullptr);
 
 }  // namespace ovra_test

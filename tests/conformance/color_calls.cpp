@@ -86,6 +86,8 @@ double DrawNumber(Draw& draw, int32_t magnitude) {
   return draw.Int(-65536, 65536) / 65536.0 * magnitude;
 }
 
+constexpr OvraStatus kLeft = -1;  // a handle after its release
+
 // Runs a conversion in one call, or by a handle.
 template <class Parameters, class SingleStep, class Init, class Convert, class Free>
 void RunConversion(Call& call, const Images& i, const Parameters* parameters,
@@ -96,22 +98,24 @@ void RunConversion(Call& call, const Images& i, const Parameters* parameters,
       return single_step(i.source, i.destination, i.in.width, i.in.height, i.in.format,
                          i.out.format, parameters);
     }
-    uintptr_t handle = 0;
+    uintptr_t handle = 1;  // not one; 0 after a failure
     OvraStatus status = init(i.in.format, i.out.format, parameters, &handle);
     if (status == OVRA_OK) {
-      const auto with = [&](Convert* function, int32_t rows) {
-        return function(i.source, i.destination, i.in.width, rows, i.in.format, i.out.format,
-                        handle);
+      const auto with = [&](Convert* function) {
+        return [&i, function, handle](auto* source, auto* destination, int32_t rows) {
+          return function(source, destination, i.in.width, rows, i.in.format, i.out.format, handle);
+        };
       };
       if (call.draw.Errs()) {  // a handle given to another family
         for (Convert* const other :
              {OvraConvColorCube, OvraConvColor1DTbl, OvraConvColorCoef, OvraConvColorMtx}) {
-          if (other != convert) with(other, i.in.height);
+          if (other != convert) with(other)(i.source, i.destination, i.in.height);
         }
       }
-      status = call.Convert(i.in.height, [&](int32_t rows) { return with(convert, rows); });
+      const auto height = static_cast<uint32_t>(i.in.height);
+      status = call.Convert({i.source, i.destination, 0, height}, with(convert));
     }
-    free(&handle);
+    if (free(&handle); handle != 0) return kLeft;
     return status;
   });
 }

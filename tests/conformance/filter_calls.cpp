@@ -120,13 +120,12 @@ void YUsm(Call& call) {
                                 shape.format, taps, weights, response.amount, response.level,
                                 response.difference);
     }
-    OvraYUsmContext* context = nullptr;
+    OvraYUsmContext* context = NotYet<OvraYUsmContext>();
     OvraStatus status = OvraYUsm_Init(shape.format, taps, weights, response.amount, response.level,
                                       response.difference, &context);
     if (status == OVRA_OK) {
-      status = call.Convert(shape.height, [&](int32_t rows) {
-        return OvraYUsm(images.source, images.destination, images.width, Unsigned(rows),
-                        shape.format, context);
+      status = call.Convert(images, [&](auto* source, auto* destination, int32_t rows) {
+        return OvraYUsm(source, destination, images.width, Unsigned(rows), shape.format, context);
       });
     }
     OvraYUsm_Free(&context);
@@ -163,9 +162,9 @@ void YUsmDouble(Call& call) {
                             response1.amount, response1.level, response1.difference,
                             response2.amount, response2.level, response2.difference, &context);
     if (status == OVRA_OK) {
-      status = call.Convert(shape.height, [&](int32_t rows) {
-        return OvraYUsmDouble(images.source, images.destination, images.width, Unsigned(rows),
-                              shape.format, context);
+      status = call.Convert(images, [&](auto* source, auto* destination, int32_t rows) {
+        return OvraYUsmDouble(source, destination, images.width, Unsigned(rows), shape.format,
+                              context);
       });
     }
     OvraYUsmDouble_Free(&context);

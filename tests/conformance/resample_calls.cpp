@@ -44,6 +44,7 @@ struct Images {
 // A source of at least `least` pixels each way, and a region of it that may begin before it.
 Images DrawImages(Call& call, int32_t least, int32_t most) {
   Draw& draw = call.draw;
+  least = std::max(least, 1);  // taps may be a mistake
   const OvraPixelFormatCode format = call.Format(
       {OVRA_MODEL_GREY, OVRA_MODEL_RGB, OVRA_MODEL_YCC, OVRA_MODEL_TRIPLE_5, OVRA_MODEL_CMYK}, 16);
   Images images = {};
@@ -232,7 +233,7 @@ OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeCo
 void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
   const Draw cuts(call.draw.Bits(), {}, call.draw.MayErr());
   call.Run([&] {
-    OvraBandResizeContext* context = nullptr;
+    OvraBandResizeContext* context = NotYet<OvraBandResizeContext>();
     OvraStatus status = init(i.source_shape.width, i.source_shape.height, i.destination_shape.width,
                              i.destination_shape.height, i.source_shape.format, i.region.x,
                              i.region.y, i.region.width, i.region.height, kernel..., &context);

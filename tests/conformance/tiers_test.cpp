@@ -3,9 +3,12 @@
 // allocations that fail.
 #include <gtest/gtest.h>
 
+#include <cfenv>
+
 #include "conformance/operations.h"
 #include "support/failing_malloc.h"
 #include "support/forced_tier.h"
+#include "support/rounds.h"
 
 namespace {
 
@@ -15,15 +18,17 @@ using ovra_test::FailAllocation;
 using ovra_test::FailAllocationsFrom;
 using ovra_test::ForcedTier;
 using ovra_test::Outcome;
+using ovra_test::SeedsOf;
 
 constexpr uint32_t kSeeds = 240;
 
 class Conformance : public testing::TestWithParam<ovra_test::Operation> {};
 
 TEST_P(Conformance, TiersAgree) {
-  for (uint32_t seed = 0; seed < 2 * kSeeds; ++seed) {
+  const auto [begin, end] = SeedsOf(2 * kSeeds);
+  for (uint32_t seed = begin; seed < end; ++seed) {
     SCOPED_TRACE(seed);
-    const Draw draw(seed, {}, seed >= kSeeds);
+    const Draw draw(seed, {}, seed >= begin + kSeeds);
     std::vector<uint8_t> expected;
     for (const KernelTier tier : ovra_test::AllTiers()) {
       const ForcedTier forced(tier);
@@ -35,12 +40,14 @@ TEST_P(Conformance, TiersAgree) {
   }
 }
 
-// Fails the allocation with this number. False when the call asked for fewer.
-bool FailOne(const ovra_test::Operation& operation, uint32_t seed, int number) {
+// Fails the allocation with this number (FailAllocation), or all from there on. False when the call
+// asked for fewer.
+template <class Failing>
+bool Fails(const ovra_test::Operation& operation, uint32_t seed, int number) {
   bool has_failed = false;
   int left = 0;
   const Outcome outcome = MakeCall(operation, Draw(seed), [&](const auto& run) {
-    const FailAllocation failing(number);
+    const Failing failing(number);
     const OvraStatus status = run();
     has_failed = FailAllocationsFrom::Requested() >= number;
     left = FailAllocationsFrom::Outstanding();
@@ -57,12 +64,53 @@ bool FailOne(const ovra_test::Operation& operation, uint32_t seed, int number) {
 TEST_P(Conformance, EveryAllocationMayFail) {
   constexpr uint32_t kEvery = 6;
   constexpr int kMost = 24;  // some operations allocate for every row
-  for (uint32_t seed = 0; seed < kSeeds && !HasFailure(); seed += kEvery) {
+  const auto [begin, end] = SeedsOf(kSeeds);
+  for (uint32_t seed = begin; seed < end && !HasFailure(); seed += kEvery) {
     SCOPED_TRACE(seed);
-    for (const KernelTier tier : {KernelTier::kPlain, ovra_test::AllTiers().back()}) {
+    const Outcome expected = MakeCall(GetParam(), Draw(seed));
+    for (const KernelTier tier : ovra_test::AllTiers()) {
       const ForcedTier forced(tier);
       int number = 1;
-      while (number <= kMost && FailOne(GetParam(), seed, number)) ++number;
+      while (number <= kMost && Fails<FailAllocation>(GetParam(), seed, number)) {
+        Fails<FailAllocationsFrom>(GetParam(), seed, number++);
+      }
+      EXPECT_TRUE(MakeCall(GetParam(), Draw(seed)).output == expected.output) << "the call after";
+    }
+  }
+}
+
+// Hosts leave any precision in force on the x87, which changes nothing. Rounding to another side than
+// the nearest may change results, of all tiers alike, and does no harm.
+TEST_P(Conformance, AnyFloatingPointEnvironment) {
+  constexpr uint32_t kEvery = 8;
+  std::fenv_t usual;
+  ASSERT_EQ(std::fegetenv(&usual), 0);
+  for (uint32_t seed = 0; seed < kSeeds; seed += kEvery) {
+    SCOPED_TRACE(seed);
+    const Outcome expected = MakeCall(GetParam(), Draw(seed));
+    for (const uint16_t x87 : {0x007F, 0x027F, 0x037F}) {  // 24, 53 and 64 bits
+      const auto set = [x87](const auto& run) {
+        __asm__ volatile("fldcw %0" : : "m"(x87));
+        return run();
+      };
+      const Outcome outcome = MakeCall(GetParam(), Draw(seed), set);
+      std::fesetenv(&usual);
+      EXPECT_TRUE(outcome.output == expected.output) << "x87 " << x87;
+    }
+    for (const int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
+      std::vector<uint8_t> plain;
+      for (const KernelTier tier : ovra_test::AllTiers()) {
+        const ForcedTier forced(tier);
+        const Outcome outcome = MakeCall(GetParam(), Draw(seed), [rounding](const auto& run) {
+          std::fesetround(rounding);
+          return run();
+        });
+        std::fesetenv(&usual);
+        EXPECT_EQ(outcome.complaint, "");
+        EXPECT_EQ(outcome.status, expected.status);
+        if (tier == KernelTier::kPlain) plain = outcome.output;
+        EXPECT_TRUE(outcome.output == plain) << "rounding " << rounding;
+      }
     }
   }
 }

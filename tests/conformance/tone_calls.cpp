@@ -71,13 +71,13 @@ void Tone(Call& call, const ToneExports& form) {
   const uint16_t* const curve = DrawToneCurve(call, is_12_bits ? 12 : 10);
   const Call::Images images = call.SourceAndDestination(shape, call.draw.OneIn(4));
   call.Run([&] {
-    void* context = nullptr;
+    void* context = NotYet<void>();
     OvraStatus status =
         (is_12_bits ? form.init_12 : form.init)(shape.format, &params, curve, &context);
     if (status == OVRA_OK) {
-      status = call.Convert(static_cast<int32_t>(images.height), [&](int32_t rows) {
-        return form.run(images.source, images.destination, images.width,
-                        static_cast<uint32_t>(rows), shape.format, context);
+      status = call.Convert(images, [&](auto* source, auto* destination, int32_t rows) {
+        return form.run(source, destination, images.width, static_cast<uint32_t>(rows),
+                        shape.format, context);
       });
     }
     form.free(&context);

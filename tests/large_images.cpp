@@ -1,0 +1,373 @@
+// SPDX-License-Identifier: MIT
+// Images beyond 2 and 4 GiB by real calls. One block of memory stands again and again in the address
+// space, as the tiles of an image that repeats itself from top to bottom; so does the destination.
+// What an operation leaves in the one block is compared with a small image of a few tiles. Prints how
+// many cases and calls there were, and answers 1 where one was wrong.
+#include <sys/mman.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <functional>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "ovra/ovra.h"
+#include "support/failing_malloc.h"
+
+namespace {
+
+// 4096 pixels of 3 bytes, or 2048 of 6; a tile is whole pages, and begins in the grid of any pyramid.
+constexpr int32_t kTileRows = 64;
+constexpr size_t kRowBytes = size_t{12} << 10;
+constexpr size_t kTileBytes = kRowBytes * kTileRows;
+
+// A block of memory `tiles` times in a row. The pages behind it cannot be touched.
+class Tiles {
+ public:
+  explicit Tiles(size_t tiles) : bytes_(tiles * kTileBytes) {
+    const int file = memfd_create("tile", 0);
+    void* const room = mmap(nullptr, bytes_ + kTileBytes, PROT_NONE,
+                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    if (file < 0 || ftruncate(file, kTileBytes) != 0 || room == MAP_FAILED) std::abort();
+    data_ = static_cast<uint8_t*>(room);
+    for (size_t at = 0; at < bytes_; at += kTileBytes) {
+      if (mmap(data_ + at, kTileBytes, PROT_READ | PROT_WRITE,
+               MAP_SHARED | MAP_FIXED | MAP_POPULATE, file, 0) == MAP_FAILED) {
+        std::abort();
+      }
+    }
+    close(file);
+  }
+  ~Tiles() { munmap(data_, bytes_ + kTileBytes); }
+  Tiles(const Tiles&) = delete;
+  Tiles& operator=(const Tiles&) = delete;
+
+  uint8_t* data() { return data_; }
+
+ private:
+  uint8_t* data_;
+  size_t bytes_;
+};
+
+struct Image {
+  const uint8_t* source;
+  uint8_t* destination;
+  int32_t width;
+  int32_t height;
+  OvraPixelFormatCode format;
+
+  uint32_t Width() const { return static_cast<uint32_t>(width); }
+  uint32_t Height() const { return static_cast<uint32_t>(height); }
+};
+
+using Operation = std::function<OvraStatus(const Image&)>;
+
+struct Case {
+  const char* name;
+  OvraPixelFormatCode format;
+  Operation call;
+};
+
+constexpr OvraPixelFormatCode kRgb = 0x120;
+constexpr OvraPixelFormatCode kRgb12 = 0x124;
+
+int cases = 0;
+int calls = 0;
+int failures = 0;
+
+void Expect(bool holds, const Case& c, const std::string& what) {
+  ++cases;
+  if (holds) return;
+  std::printf("FAILED: %s: %s\n", c.name, what.c_str());
+  ++failures;
+}
+
+int32_t ColumnsOfARow(const Case& c) {
+  return static_cast<int32_t>(kRowBytes) / (c.format == kRgb ? 3 : 6);
+}
+
+void FillTile(uint8_t* tile) {
+  for (size_t i = 0; i < kTileBytes; ++i) {
+    tile[i] = static_cast<uint8_t>((i % kRowBytes / 7 + i / kRowBytes * 5) & 15);
+  }
+}
+
+// The block of the destination after an image of so many tiles.
+std::vector<uint8_t> BlockAfter(const Case& c, int32_t tiles) {
+  Tiles source(static_cast<size_t>(tiles));
+  Tiles destination(static_cast<size_t>(tiles));
+  FillTile(source.data());
+  ++calls;
+  const OvraStatus status =
+      c.call({source.data(), destination.data(), ColumnsOfARow(c), tiles * kTileRows, c.format});
+  Expect(status == OVRA_OK, c, "status " + std::to_string(status));
+  return {destination.data(), destination.data() + kTileBytes};
+}
+
+// The last tile stays: it sees the same rows whatever the height is.
+void CompareWithTiles(const Case& c) {
+  constexpr int32_t kFew = 21;     // as much of a quarter's rows as the block holds, and more
+  constexpr int32_t kMany = 6005;  // 4.40 GiB; like kFew modulo 16
+  Expect(BlockAfter(c, kMany) == BlockAfter(c, kFew), c, "another result than of few tiles");
+}
+
+// Thin images, which end at pages that cannot be touched, and rows that are too long. Any status
+// will do.
+void TryThinOnes(const Case& c) {
+  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+  constexpr int32_t kLong = 60000;
+  const struct { int32_t width, height; } sizes[] = {{kLong, 1}, {1, kLong}, {kMost, 1}};
+  for (const auto& size : sizes) {
+    const size_t pixel = c.format == kRgb ? 4 : 6;  // with the padding of a bitmap
+    const size_t bytes = pixel * static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
+    const size_t tiles = bytes / kTileBytes + 1;
+    Tiles source(tiles);
+    Tiles destination(tiles);
+    FillTile(source.data());
+    const size_t before = tiles * kTileBytes - bytes;
+    ++calls;
+    const OvraStatus status = c.call(
+        {source.data() + before, destination.data() + before, size.width, size.height, c.format});
+    const bool is_given = status == OVRA_OK || OvraStatusText(status) != nullptr;
+    Expect(is_given, c, std::to_string(size.width) + " x " + std::to_string(size.height));
+  }
+}
+
+// A quarter turn cannot be laid over itself: the destination is 4.4 GiB of memory.
+void TurnLargeImage() {
+  const Case c = {"rotate, quarter turn", kRgb, {}};
+  constexpr int32_t kTiles = 6001;
+  constexpr int32_t kHeight = kTiles * kTileRows;
+  const int32_t width = ColumnsOfARow(c);
+  Tiles source(kTiles);
+  FillTile(source.data());
+  const size_t bytes = kTiles * kTileBytes;
+  void* const room = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
+                          MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  if (room == MAP_FAILED) std::abort();
+  auto* const turned = static_cast<uint8_t*>(room);
+  ++calls;
+  Expect(OvraRotateImage(source.data(), turned, width, kHeight, kRgb, OVRA_ROTATE_TRANSPOSE) ==
+             OVRA_OK,
+         c, "status");
+  bool is_right = true;
+  constexpr size_t kPeriod = size_t{3} * kTileRows;
+  for (int32_t x = 0; x < width; ++x) {
+    const uint8_t* const row = turned + static_cast<size_t>(x) * 3 * kHeight;
+    for (size_t y = 0; y < kTileRows; ++y) {
+      const uint8_t* const pixel = source.data() + y * kRowBytes + static_cast<size_t>(x) * 3;
+      is_right = is_right && std::memcmp(row + 3 * y, pixel, 3) == 0;
+    }
+    is_right = is_right && std::memcmp(row, row + kPeriod, size_t{3} * kHeight - kPeriod) == 0;
+  }
+  Expect(is_right, c, "pixels");
+  munmap(room, bytes);
+}
+
+OvraStatus Resize(const Image& i, int32_t divisor) {
+  return OvraResizeImage(i.source, i.width, i.height, i.destination, std::max(i.width / divisor, 1),
+                         std::max(i.height / divisor, 1), i.format);
+}
+
+// A rectangle near the lower end.
+OvraStatus Trim(const Image& i, int32_t angle) {
+  return OvraFreeTrimming(i.source, i.width, i.height, i.destination, 500, 500, i.format, 40,
+                          i.height - 300, angle, nullptr);
+}
+
+OvraStatus SoftFocus(const Image& i) {
+  const auto side = static_cast<int32_t>(std::min(i.Width(), i.Height()));
+  const OvraSoftFocusParams params = {12 * 2503 / side, 1, 0.1, {}, 0.7};
+  return OvraSoftFocus(i.source, i.destination, i.Width(), i.Height(), &params);
+}
+
+template <auto kInit, auto kRun, auto kFree>
+OvraStatus Tone(const Image& i) {
+  const OvraHyperToneParams params = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 3, 0};
+  void* context = nullptr;
+  OvraStatus status = kInit(i.format, &params, nullptr, &context);
+  if (status == OVRA_OK) {
+    status = kRun(i.source, i.destination, i.Width(), i.Height(), i.format, context);
+  }
+  kFree(&context);
+  return status;
+}
+
+OvraStatus MultiFrequency(const Image& i) {
+  OvraMultiFrequencyParams params = {3, 1.0F, 0.5F, 0, {}};
+  for (OvraMultiFrequencyBand& band : params.band) band = {2, 0, 0, 1};
+  return OvraMultiFrequency(i.source, i.destination, i.Width(), i.Height(), i.format, &params);
+}
+
+const std::vector<int16_t> kEven(OVRA_DIFFERENCE_TABLE_SIZE, 128);
+const int32_t kBlur[] = {32, 64, 32};
+
+OvraStatus YUsm(const Image& i) {
+  return OvraYUsmSingleStep(i.source, i.destination, i.Width(), i.Height(), i.format, 3, kBlur,
+                            2.0F, kEven.data(), kEven.data());
+}
+
+OvraStatus YUsmDouble(const Image& i) {
+  return OvraYUsmDoubleSingleStep(i.source, i.destination, i.Width(), i.Height(), i.format, 3,
+                                  kBlur, 3, kBlur, 2.0F, kEven.data(), kEven.data(), 1.5F,
+                                  kEven.data(), kEven.data());
+}
+
+OvraStatus Tables(const Image& i) {
+  static const std::vector<uint16_t> table(4096, 77);
+  const OvraChannelTableSet tables = {{table.data(), table.data(), table.data()}};
+  return OvraConvColor1DTblSingleStep(i.source, i.destination, i.width, i.height, i.format,
+                                      i.format, &tables);
+}
+
+OvraStatus Polynomials(const Image& i) {
+  const OvraChannelPolynomial polynomials[] = {{9, 0.5, 0, 0}, {3, 1, 0, 0}, {0, 0, 0.01, 0}};
+  return OvraConvColorCoefSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
+                                     polynomials);
+}
+
+OvraStatus Matrix(const Image& i) {
+  const OvraColorMatrix matrix = {{{0.9, 0.1, 0, 3, 0.001}, {0, 1.1}, {0.2, 0, 0.8}}, 0};
+  return OvraConvColorMtxSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
+                                    &matrix);
+}
+
+OvraStatus Cube(const Image& i) {
+  const uint16_t grid[] = {0, 255};
+  uint16_t lattice[24];
+  for (uint16_t k = 0; k < 24; ++k) lattice[k] = static_cast<uint16_t>(k * 11);
+  const OvraColorCube cube = {2, grid, 2, grid, 2, grid, lattice};
+  return OvraConvColorCubeSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
+                                     &cube);
+}
+
+// The lower tiles of the canvas.
+OvraStatus Extrapolate(const Image& i) {
+  const uint16_t fill[] = {1, 2, 3};
+  return OvraExtrapolateImage(i.source, i.Width(), i.Height() - i.Height() / 5, i.destination,
+                              i.Width(), i.Height(), i.format, 0, i.height / 5, fill);
+}
+
+OvraStatus Composite(const Image& i) {
+  return OvraCompositeImage(i.destination, i.width, i.height, i.format, i.source, i.width, i.height,
+                            i.format, 3, 2, 0);
+}
+
+OvraStatus CompositeByMask(const Image& i) {
+  return OvraCompositeImageWithMaskBlending(i.destination, i.width, i.height, i.source, i.source,
+                                            i.width, i.height, i.format, 0, 0, 1);
+}
+
+OvraStatus BitmapRows(const Image& i) {
+  OvraRaw2Dib(i.source, i.destination, i.Width(), i.Height());
+  return OVRA_OK;
+}
+
+OvraStatus RawRows(const Image& i) {
+  OvraDib2Raw(i.source, i.destination, i.Width(), i.Height());
+  return OVRA_OK;
+}
+
+template <int32_t kMode>
+OvraStatus Rotate(const Image& i) {
+  return OvraRotateImage(i.source, i.destination, i.width, i.height, i.format, kMode);
+}
+
+const Case kCases[] = {
+    {"resize 1:1", kRgb, [](const Image& i) { return Resize(i, 1); }},
+    {"resize 1:2", kRgb, [](const Image& i) { return Resize(i, 2); }},
+    {"resize 1:4", kRgb12, [](const Image& i) { return Resize(i, 4); }},
+    {"rotate, copy", kRgb, Rotate<OVRA_ROTATE_NONE>},
+    {"rotate, half turn", kRgb, Rotate<OVRA_ROTATE_HALF>},
+    {"rotate, mirror", kRgb12, Rotate<OVRA_ROTATE_MIRROR>},
+    {"rotate, flip", kRgb, Rotate<OVRA_ROTATE_FLIP>},
+    {"extrapolate", kRgb, Extrapolate},
+    {"free trimming", kRgb, [](const Image& i) { return Trim(i, 77); }},
+    {"free trimming, no turn", kRgb, [](const Image& i) { return Trim(i, 0); }},
+    {"composite", kRgb, Composite},
+    {"composite, mask", kRgb, CompositeByMask},
+    {"raw to DIB", kRgb, BitmapRows},
+    {"DIB to raw", kRgb, RawRows},
+    {"luminance mask", kRgb, YUsm},
+    {"double mask", kRgb, YUsmDouble},
+    {"edge filter", kRgb,
+     [](const Image& i) {
+       return OvraEFilterImage(i.source, i.destination, i.Width(), i.Height(), i.format);
+     }},
+    {"soft focus", kRgb, SoftFocus},
+    {"multi-frequency", kRgb, MultiFrequency},
+    {"tone", kRgb12, Tone<OvraHyperTone_Init_12, OvraHyperTone, OvraHyperTone_Free>},
+    {"tone, light", kRgb12,
+     Tone<OvraHyperToneLight_Init_12, OvraHyperToneLight, OvraHyperToneLight_Free>},
+    {"tone, hybrid", kRgb12,
+     Tone<OvraHybridHyperTone_Init_12, OvraHybridHyperTone, OvraHybridHyperTone_Free>},
+    {"tone, hybrid light", kRgb12,
+     Tone<OvraHybridHyperToneLight_Init_12, OvraHybridHyperToneLight,
+          OvraHybridHyperToneLight_Free>},
+    {"cube", kRgb, Cube},
+    {"channel tables", kRgb, Tables},
+    {"polynomials", kRgb12, Polynomials},
+    {"matrix", kRgb, Matrix},
+};
+
+struct Cost {
+  size_t bytes;
+  double seconds;  // of the processor
+};
+
+Cost CostOf(const Case& c, int32_t width, int32_t height) {
+  std::vector<uint8_t> source(size_t{6} * static_cast<size_t>(width) * static_cast<size_t>(height),
+                              9);
+  std::vector<uint8_t> destination(source.size() + kTileBytes);
+  const std::clock_t begin = std::clock();
+  const ovra_test::FailAllocationsFrom none(std::numeric_limits<int>::max());
+  c.call({source.data(), destination.data(), width, height, c.format});
+  return {ovra_test::FailAllocationsFrom::RequestedBytes(),
+          static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC};
+}
+
+// Rows of a table: the bytes that a call asks for in all, and its time by the source's pixels.
+void PrintCosts() {
+  std::printf(
+      "| Call | 1000 x 1000 | 2000 x 1000 | 1000 x 2000 | ns a pixel |\n"
+      "| --- | ---: | ---: | ---: | ---: |\n");
+  for (const Case& c : kCases) {
+    double least = std::numeric_limits<double>::max();
+    for (int turn = 0; turn < 5; ++turn) least = std::min(least, CostOf(c, 2000, 1000).seconds);
+    std::printf("| %s | %zu | %zu | %zu | %.2f |\n", c.name, CostOf(c, 1000, 1000).bytes,
+                CostOf(c, 2000, 1000).bytes, CostOf(c, 1000, 2000).bytes, least * 1e9 / 2e6);
+  }
+}
+
+}  // namespace
+
+// With --costs: a table of memory and time. With words: the cases whose names hold one of them.
+int main(int argc, char** argv) {
+  if (argc == 2 && std::string(argv[1]) == "--costs") return PrintCosts(), 0;
+  constexpr rlim_t kAddressSpace = rlim_t{44} << 30;  // what asks for more gets none
+  const rlimit limit = {kAddressSpace, kAddressSpace};
+  setrlimit(RLIMIT_AS, &limit);
+  const auto is_wanted = [&](const char* name) {
+    return argc == 1 ||
+           std::any_of(argv + 1, argv + argc, [&](auto* word) { return std::strstr(name, word); });
+  };
+  for (const Case& c : kCases) {
+    if (!is_wanted(c.name)) continue;
+    const auto begin = std::chrono::steady_clock::now();
+    CompareWithTiles(c);
+    TryThinOnes(c);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    std::printf("%-24s %6.1f s\n", c.name, seconds.count());
+    std::fflush(stdout);
+  }
+  if (is_wanted("rotate, quarter turn")) TurnLargeImage();
+  std::printf("cases: %d\ncalls: %d\n", cases, calls);
+  return failures == 0 ? 0 : 1;
+}
