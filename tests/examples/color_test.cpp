@@ -347,70 +347,51 @@ TEST(ColorMatrix, DefinesNumbersBeyondRange) {
 
 // --- Handles ---------------------------------------------------------------------------------
 
-// The three kinds of handles. Each of them makes all samples 5, and outlives what it was made of.
-struct Family {
-  const char* name;
-  OvraStatus null_status;
-  std::function<OvraStatus(uintptr_t* handle)> init;
-  decltype(&OvraConvColorCube) convert;
-  decltype(&OvraConvColorCube_Free) release;
-
-  OvraStatus Convert(uintptr_t handle, uint8_t* pixel) const {
-    const uint8_t source[3] = {1, 2, 3};
-    return convert(source, pixel, 1, 1, Format(8), Format(8), handle);
-  }
-};
-
-const Family kFamilies[] = {
-    {"cube", OVRA_ERROR_CUBE_NULL,
-     [](uintptr_t* handle) {
-       Cube cube = {{EvenGrid(2, 255), EvenGrid(2, 255), EvenGrid(2, 255)}, Words(24, 5)};
-       const OvraColorCube record = cube.Record();
-       return OvraConvColorCube_Init(Format(8), Format(8), &record, handle);
-     },
-     OvraConvColorCube, OvraConvColorCube_Free},
-    {"polynomials", OVRA_ERROR_TABLE_NULL,
-     [](uintptr_t* handle) {
-       const OvraChannelPolynomial polynomials[] = {{5, 0, 0, 0}, {5, 0, 0, 0}, {5, 0, 0, 0}};
-       return OvraConvColorCoef_Init(Format(8), Format(8), polynomials, handle);
-     },
-     OvraConvColor1DTbl, OvraConvColorCoef_Free},
-    {"matrix", OVRA_ERROR_MATRIX_NULL,
-     [](uintptr_t* handle) {
-       OvraColorMatrix matrix = {};
-       for (auto& row : matrix.rows) row[3] = 5;
-       return OvraConvColorMtx_Init(Format(8), Format(8), &matrix, handle);
-     },
-     OvraConvColorMtx, OvraConvColorMtx_Free},
-};
-
-// `word` given to a family that did not make it.
-void ExpectRefused(const Family& family, uintptr_t word) {
-  uint8_t pixel[3] = {7, 7, 7};
-  uintptr_t handle = word;
-  EXPECT_EQ(family.Convert(word, pixel), family.null_status) << family.name;
-  EXPECT_EQ(pixel[0], 7) << family.name;
-  EXPECT_EQ(family.release(&handle), family.null_status) << family.name;
-  EXPECT_EQ(handle, word) << family.name;
-}
-
+// Two runs of each handle make all samples 5, after what it was made of is gone.
 TEST(ColorHandle, OfAnotherFamilyAndWordsThatAreNoAddressAreRefused) {
-  for (const Family& owner : kFamilies) {
-    uintptr_t handle = 0;
-    ASSERT_EQ(owner.init(&handle), OVRA_OK);
-    for (const Family& other : kFamilies) {
-      if (&other != &owner) ExpectRefused(other, handle);
-      for (const uintptr_t word : {uintptr_t{1}, uintptr_t{0xFFF0}, handle + 1, handle + 4}) {
-        ExpectRefused(other, word);
+  struct {
+    OvraStatus null;
+    decltype(&OvraConvColorCube) convert;
+    decltype(&OvraConvColorCube_Free) release;
+    uintptr_t handle;
+  } families[] = {{OVRA_ERROR_CUBE_NULL, OvraConvColorCube, OvraConvColorCube_Free, 0},
+                  {OVRA_ERROR_TABLE_NULL, OvraConvColor1DTbl, OvraConvColorCoef_Free, 0},
+                  {OVRA_ERROR_MATRIX_NULL, OvraConvColorMtx, OvraConvColorMtx_Free, 0}};
+  {
+    Cube cube = {{Words{0, 255}, Words{0, 255}, Words{0, 255}}, Words(24, 5)};
+    const OvraColorCube record = cube.Record();
+    const OvraChannelPolynomial polynomials[] = {{5, 0, 0, 0}, {5, 0, 0, 0}, {5, 0, 0, 0}};
+    OvraColorMatrix matrix = {};
+    for (auto& row : matrix.rows) row[3] = 5;
+    const auto init = [](auto* init_family, const auto* parameters, auto& family) {
+      ASSERT_EQ(init_family(Format(8), Format(8), parameters, &family.handle), OVRA_OK);
+    };
+    init(OvraConvColorCube_Init, &record, families[0]);
+    init(OvraConvColorCoef_Init, polynomials, families[1]);
+    init(OvraConvColorMtx_Init, &matrix, families[2]);
+  }
+  const auto expect = [](auto& family, uintptr_t word, OvraStatus status, uint8_t sample) {
+    const uint8_t source[] = {1, 2, 3};
+    Bytes pixel(3, 7);
+    EXPECT_EQ(family.convert(source, pixel.data(), 1, 1, Format(8), Format(8), word), status);
+    EXPECT_EQ(pixel, Bytes(3, sample));
+  };
+  for (auto& family : families) {
+    for (const auto& owner : families) {
+      for (uintptr_t word :
+           {owner.handle, owner.handle + 1, owner.handle + 4, uintptr_t{1}, uintptr_t{0xFFF0}}) {
+        if (word == family.handle) continue;
+        const uintptr_t before = word;
+        expect(family, word, family.null, 7);
+        EXPECT_EQ(family.release(&word), family.null);
+        EXPECT_EQ(word, before);
       }
     }
-    for (int run = 0; run < 2; ++run) {
-      Bytes pixel(3, 7);
-      EXPECT_EQ(owner.Convert(handle, pixel.data()), OVRA_OK) << owner.name;
-      EXPECT_EQ(pixel, Bytes(3, 5)) << owner.name;
-    }
-    EXPECT_EQ(owner.release(&handle), OVRA_OK) << owner.name;
-    EXPECT_EQ(handle, 0U) << owner.name;
+  }
+  for (auto& family : families) {
+    for (int run = 0; run < 2; ++run) expect(family, family.handle, OVRA_OK, 5);
+    EXPECT_EQ(family.release(&family.handle), OVRA_OK);
+    EXPECT_EQ(family.handle, 0U);
   }
 }
 
