@@ -22,7 +22,7 @@ class ScopedExtendedPrecision {
 
  private:
   static constexpr uint16_t kFullPrecision = 0x0300;  // precision control field
-  uint16_t saved_;
+  uint16_t saved_ = 0;
 };
 
 }  // namespace ovra
