@@ -161,6 +161,29 @@ template <class V>
   channels[3] = V::template UnpackHigh<64>(high_first, high_second);
 }
 
+// Reads pixels of four words: 8 of them for each lane, 64 bytes that stand one after the other.
+template <class V>
+[[gnu::always_inline]] inline void SplitFourChannelWords(const void* pixels,
+                                                         typename V::Reg (&channels)[4]) {
+  const auto* const bytes = static_cast<const uint8_t*>(pixels);
+  typename V::Reg in[4];
+  for (int i = 0; i < 4; ++i) in[i] = V::LoadLanes(bytes + 16 * i, bytes + 64 + 16 * i);
+  typename V::Reg four[2]
+                      [2];  // of the even and the odd pixels, the lower channels and the upper ones
+  for (int odd = 0; odd < 2; ++odd) {
+    const auto first = odd == 0 ? V::template UnpackLow<16>(in[0], in[2])
+                                : V::template UnpackHigh<16>(in[0], in[2]);
+    const auto second = odd == 0 ? V::template UnpackLow<16>(in[1], in[3])
+                                 : V::template UnpackHigh<16>(in[1], in[3]);
+    four[odd][0] = V::template UnpackLow<16>(first, second);
+    four[odd][1] = V::template UnpackHigh<16>(first, second);
+  }
+  for (int i = 0; i < 2; ++i) {
+    channels[2 * i] = V::template UnpackLow<16>(four[0][i], four[1][i]);
+    channels[2 * i + 1] = V::template UnpackHigh<16>(four[0][i], four[1][i]);
+  }
+}
+
 // Writes pixels of four words: 8 of them for each lane, 64 bytes that stand one after the other.
 template <class V>
 [[gnu::always_inline]] inline void JoinFourChannels(const typename V::Reg (&channels)[4],

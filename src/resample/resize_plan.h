@@ -71,11 +71,17 @@ struct ResizePlan {
   std::ptrdiff_t DestinationStride() const { return RowStride(shape.destination.width, format); }
 };
 
-// When the engine takes the memory that unusual tap counts need beside the ring.
+// When the engine takes the memory that unusual tap counts need beside the ring, and whether source
+// rows stay where they are while others are taken.
 enum class RowMemory {
   kRowByRow,  // as the resize of whole pictures does: a row may be left out for want of memory
   kAtOnce,
+  kAtOnceForBands,  // whose rows go away
 };
+
+constexpr bool RowsStay(RowMemory memory) {
+  return memory != RowMemory::kAtOnceForBands;
+}
 
 // The engine's taps cover reductions down to this ratio. Beyond it, factors that follow from the
 // sizes lead to the strong reduction, and explicit ones are refused.

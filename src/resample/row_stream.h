@@ -15,7 +15,7 @@
 namespace ovra {
 
 // A maker of rows has these operations, as EngineRows, ReductionRows and CopiedRows do. All rows
-// are numbered in memory order. It keeps no pointer to a row.
+// are numbered in memory order. It keeps no pointer to a row but where RowsStay.
 //
 //   Status Prepare(plan, memory, tier)  takes all memory; the plan's table is read later, too
 //   void Restart()                      begins a new picture

@@ -24,7 +24,7 @@ ContextPtr<BandResizeContext> MakeBandContext(const ResizeShape& shape, PixelFor
 // The last step of both forms: the rows of a plan, and the context is the caller's.
 Status HandOut(const ResizePlan& plan, KernelTier tier, ContextPtr<BandResizeContext> made,
                BandResizeContext** context) {
-  const Status status = made->rows.Prepare(plan, RowMemory::kAtOnce, tier);
+  const Status status = made->rows.Prepare(plan, RowMemory::kAtOnceForBands, tier);
   if (status == OVRA_OK) *context = made.release();
   return status;
 }

@@ -11,6 +11,8 @@
 namespace ovra {
 namespace {
 
+constexpr int32_t kCacheLine = 64;
+
 class NextRow {
  public:
   // Of the row `stride` bytes after `row` what comes before byte `begin` is needed first.
@@ -20,7 +22,6 @@ class NextRow {
 
   // To be called with rising numbers.
   void AskUpToByte(std::ptrdiff_t byte) {
-    constexpr uintptr_t kCacheLine = 64;
     const uintptr_t end = row_ + static_cast<uintptr_t>(byte);
     for (; next_ < end; next_ += kCacheLine) PrefetchLine(next_);
   }

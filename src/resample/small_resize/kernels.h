@@ -67,10 +67,71 @@ struct ReductionKernelsOf {
   }
 };
 
+// 8-bit samples, all rows at hand. A row's weight is high * 2^low_bits + low: high parts meet pairs of
+// rows in 16-bit multiply-adds, low ones in 8-bit ones whose sums stay within 16 bits for some pairs.
+inline constexpr int32_t kMaxByteRows = 64;
+inline constexpr int32_t kMinByteLowBits = 3;
+inline constexpr int32_t kMaxByteLowBits = 7;
+
+struct WeighedByteRows {
+  int32_t pairs;
+  int32_t pairs_at_once;  // whose low parts sum to 16 bits
+  int32_t low_bits;
+  int32_t high[kMaxByteRows / 2];  // of a pair, the first in the lower 16 bits
+  int32_t low[kMaxByteRows / 2];   // likewise in 8 bits, twice
+  const uint8_t* rows[kMaxByteRows];
+};
+
+// Where the source goes on: to be asked for while the processor multiplies.
+struct SourceAhead {
+  const uint8_t* begin;
+  std::ptrdiff_t bytes;
+};
+
+// The rounded sums with kReductionIntermediateBits, less this, are signed words: the kernel's gain
+// leaves them between -0.45 and 1.45 times the range of samples.
+inline constexpr int32_t kByteIntermediateOffset = 1 << 14;
+
+using WeighByteRows = void(const WeighedByteRows& rows, std::ptrdiff_t samples,
+                           const SourceAhead& ahead, int16_t* intermediate);
+
+// Takes the channels of an intermediate row apart.
+using SplitIntermediate = void(const int16_t* intermediate, std::ptrdiff_t pixels, int16_t* planes,
+                               std::ptrdiff_t spacing);
+
+// The columns, in parts of so many low bits, which sums of 512 products keep within 32 bits.
+inline constexpr int32_t kByteColumnLowBits = 8;
+inline constexpr std::ptrdiff_t kMaxByteColumnTaps = 512;
+inline constexpr std::ptrdiff_t kByteColumnStep = 16;    // taps
+inline constexpr std::ptrdiff_t kByteColumnsAtOnce = 4;  // of one channel
+inline constexpr int32_t kByteColumnShift =
+    kReductionWeightBits + kReductionIntermediateBits - kByteColumnLowBits;
+inline constexpr int32_t kByteColumnRounding = 1 << (kByteColumnShift - 1);
+
+struct ByteReductionColumns {
+  const int16_t* planes;  // may be read as far as a column's taps reach
+  std::ptrdiff_t plane_spacing;
+  const int32_t* first;    // pixel under the first tap of each column
+  const int16_t* weights;  // of each column the high parts, then the low ones
+  std::ptrdiff_t taps;     // of every column: a multiple of kByteColumnStep
+  const int32_t* offsets;  // of each column's sum of high parts: rounding, and what samples lack
+  int32_t columns;
+};
+
+using WeighByteColumns = void(const ByteReductionColumns& job, uint8_t* destination);
+
+struct ByteReductionKernels {
+  std::ptrdiff_t min_samples;  // of a row
+  WeighByteRows* weigh_rows;
+  SplitIntermediate* split[2];         // for three and four channels
+  WeighByteColumns* weigh_columns[3];  // for one, three and four channels
+};
+
 // The kernels of one tier.
 struct ReductionKernels {
   ReductionKernelsOf<uint8_t> of_bytes;
   ReductionKernelsOf<uint16_t> of_words;
+  ByteReductionKernels bytes;  // all 0 in a tier without
 
   // Inlined always: a tier may not leave a copy of it to others.
   template <class Sample>

@@ -55,6 +55,6 @@ constexpr ReductionKernelsOf<Sample> kKernels = {
 
 }  // namespace
 
-const ReductionKernels kReductionPlain = {kKernels<uint8_t>, kKernels<uint16_t>};
+const ReductionKernels kReductionPlain = {kKernels<uint8_t>, kKernels<uint16_t>, {}};
 
 }  // namespace ovra

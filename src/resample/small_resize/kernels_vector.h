@@ -9,6 +9,7 @@
 #pragma once
 
 #include "core/vector_ops.h"
+#include "resample/small_resize/byte_reduction_vector.h"
 #include "resample/small_resize/kernels.h"
 
 namespace ovra {
@@ -309,7 +310,8 @@ constexpr ReductionKernelsOf<Sample> kKernelsOf = {
     {GreyColumns<V, Sample>, PixelColumns<V, Sample, 3>, PixelColumns<V, Sample, 4>}};
 
 template <class V>
-constexpr ReductionKernels kReductionOf = {kKernelsOf<V, uint8_t>, kKernelsOf<V, uint16_t>};
+constexpr ReductionKernels kReductionOf = {kKernelsOf<V, uint8_t>, kKernelsOf<V, uint16_t>,
+                                           kByteReductionOf<V>};
 
 }  // namespace
 }  // namespace ovra

@@ -13,8 +13,7 @@ constexpr int32_t kOpenRows = 5;
 }  // namespace
 
 template <class Sample>
-Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory /*memory*/,
-                                      KernelTier tier) {
+Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, KernelTier tier) {
   const ResizeShape& shape = plan.shape;
   const ResizeRegion& region = shape.region;
   kernels_ = &ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2).template Of<Sample>();
@@ -26,8 +25,18 @@ Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory /*memory
                          region.height, plan.factors.vertical},
                         plan.kernel.table);
   destination_height_ = shape.destination.height;
-  if (!AllocateColumns(plan) || !AllocateRows()) return OVRA_ERROR_NO_MEMORY;
+  source_stride_ = plan.SourceStride();
+  if (!AllocateColumns(plan)) return OVRA_ERROR_NO_MEMORY;
   FillColumns();
+  if constexpr (sizeof(Sample) == 1) {
+    const ByteReductionKernels& byte_kernels =
+        ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2).bytes;
+    if (!byte_reduction_.Prepare(column_job_, plan.format.channels, byte_kernels)) {
+      return OVRA_ERROR_NO_MEMORY;
+    }
+    rows_stay_ = RowsStay(memory) && byte_reduction_.Usable();
+  }
+  if (!AllocateRows()) return OVRA_ERROR_NO_MEMORY;
   Restart();
   return OVRA_OK;
 }
@@ -64,11 +73,12 @@ template <class Sample>
 bool ReductionRows<Sample>::AllocateRows() {
   const auto samples = static_cast<uint64_t>(samples_);
   const int32_t taps = rows_.MaxTaps();
+  rows_to_keep_ = taps <= kMaxKeptRows ? taps : kKeptRows;
   if (!row_weights_.Allocate(static_cast<uint64_t>(taps)) || !intermediate_.Allocate(samples) ||
-      !kept_.Allocate(samples, static_cast<uint64_t>(std::min(taps, kKeptRows)))) {
+      (!rows_stay_ && !kept_.Allocate(samples, static_cast<uint64_t>(rows_to_keep_)))) {
     return false;
   }
-  return taps <= kKeptRows || sums_.Allocate(samples + kSpareReductionSums, kOpenRows);
+  return taps <= rows_to_keep_ || sums_.Allocate(samples + kSpareReductionSums, kOpenRows);
 }
 
 template <class Sample>
@@ -97,14 +107,19 @@ void ReductionRows<Sample>::Restart() {
 template <class Sample>
 void ReductionRows<Sample>::Take(const uint8_t* row) {
   const int32_t number = taken_++;
+  source_end_ = row + source_stride_;
   if (next_destination_ == destination_height_ || number < rows_.First(next_destination_)) {
     return;  // no kernel reaches it
   }
-  if (window_rows_ == kept_.Slots()) SumKeptRows();
+  if (window_rows_ == rows_to_keep_) SumKeptRows();
   if (window_rows_ == 0) window_first_ = number;
-  Sample* const kept = kept_.Row(number);
-  std::copy_n(reinterpret_cast<const Sample*>(row) + first_sample_, samples_, kept);
-  window_[window_rows_++] = kept;
+  const Sample* const samples = reinterpret_cast<const Sample*>(row) + first_sample_;
+  if (rows_stay_) {
+    window_[window_rows_++] = samples;
+  } else {
+    std::copy_n(samples, samples_, kept_.Row(number));
+    window_[window_rows_++] = kept_.Row(number);
+  }
 }
 
 // Rows of the kernel that are not kept have been summed.
@@ -123,12 +138,31 @@ typename ReductionRows<Sample>::Part ReductionRows<Sample>::PartOf(int32_t desti
 
 template <class Sample>
 void ReductionRows<Sample>::Write(uint8_t* destination) {
-  const Part part = PartOf(next_destination_);
-  kernels_->weigh_rows(part.rows, samples_, part.begins ? nullptr : sums_.Row(next_destination_),
-                       part.weight_sum, intermediate_.data());
-  weigh_columns_(intermediate_.data(), column_job_, reinterpret_cast<Sample*>(destination));
+  Weigh(PartOf(next_destination_), reinterpret_cast<Sample*>(destination));
   ++next_destination_;
   if (next_destination_ < destination_height_) DropRowsBefore(rows_.First(next_destination_));
+}
+
+template <class Sample>
+void ReductionRows<Sample>::Weigh(const Part& part, Sample* destination) {
+  if constexpr (sizeof(Sample) == 1) {
+    if (part.begins && byte_reduction_.Fits(part.rows)) {
+      return byte_reduction_.Write(Ahead(), destination);
+    }
+  }
+  kernels_->weigh_rows(part.rows, samples_, part.begins ? nullptr : sums_.Row(next_destination_),
+                       part.weight_sum, intermediate_.data());
+  weigh_columns_(intermediate_.data(), column_job_, destination);
+}
+
+// The rows that the next destination row waits for, as if they followed those taken.
+template <class Sample>
+SourceAhead ReductionRows<Sample>::Ahead() const {
+  const int32_t next = next_destination_ + 1;
+  if (next >= destination_height_) return {source_end_, 0};
+  constexpr int64_t kMostBytes = 256 * 1024;  // more would not be in the cache any longer
+  const int64_t bytes = int64_t{rows_.Last(next) + 1 - taken_} * source_stride_;
+  return {source_end_, static_cast<std::ptrdiff_t>(std::min(bytes, kMostBytes))};
 }
 
 template <class Sample>

@@ -11,13 +11,14 @@
 #include "core/status.h"
 #include "core/work_memory.h"
 #include "resample/resize_plan.h"
+#include "resample/small_resize/byte_reduction.h"
 #include "resample/small_resize/kernels.h"
 #include "resample/small_resize/reduction_axis.h"
 
 namespace ovra {
 
 // Rows are copied as they are taken, one after the other as processors like to read, until no kernel
-// reaches them any more. Where the kernel covers more rows than are kept, those are added to the sums
+// reaches them any more; kernels that ask for rows side by side in time read them where they are. Where the kernel covers more rows than are kept, those are added to the sums
 // of the destination rows that are open: never more than five at once, since the kernel reaches two
 // destination rows to either side.
 template <class Sample>
@@ -31,8 +32,10 @@ class ReductionRows {
   void Write(uint8_t* destination);
 
  private:
-  // At fewer rows the sums are read and written too often, and more cost memory.
+  // At fewer rows the sums are read and written too often, and more cost memory. Bytes cost little:
+  // the rows of all but very strong reductions are kept.
   static constexpr int32_t kKeptRows = 24;
+  static constexpr int32_t kMaxKeptRows = sizeof(Sample) == 1 ? kMaxByteRows : kKeptRows;
 
   // The rows of a destination row's kernel that are kept.
   struct Part {
@@ -45,6 +48,8 @@ class ReductionRows {
   [[nodiscard]] bool AllocateRows();
   void FillColumns();
   Part PartOf(int32_t destination_row);
+  void Weigh(const Part& part, Sample* destination);
+  SourceAhead Ahead() const;
   void DropRowsBefore(int32_t row);
   void SumKeptRows();
 
@@ -63,11 +68,16 @@ class ReductionRows {
   std::ptrdiff_t first_sample_ = 0;  // of a source row that any column reads
   std::ptrdiff_t samples_ = 0;       // from there on
 
+  ByteReduction byte_reduction_;
   WorkMemory<int32_t> row_weights_;  // of one destination row
   WorkMemory<int32_t> intermediate_;
-  RowRing<Sample> kept_;
-  const Sample* window_[kKeptRows] = {};  // the rows that are kept, from the first one on
-  RowRing<int64_t> sums_;                 // of open destination rows
+  RowRing<Sample> kept_;                     // unless rows stay
+  const Sample* window_[kMaxKeptRows] = {};  // the rows that are kept, from the first one on
+  RowRing<int64_t> sums_;                    // of open destination rows
+  int32_t rows_to_keep_ = 0;
+  const uint8_t* source_end_ = nullptr;  // of the last row taken: not to be read
+  std::ptrdiff_t source_stride_ = 0;
+  bool rows_stay_ = false;  // where they are, as long as they are needed
   int32_t taken_ = 0;
   int32_t next_destination_ = 0;
   int32_t window_first_ = 0;  // the source row of window_[0]

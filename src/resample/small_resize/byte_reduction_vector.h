@@ -1,0 +1,214 @@
+// SPDX-License-Identifier: MIT
+// The vector forms of the reduction of 8-bit samples in 16-bit multiplications.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "core/channel_shuffles.h"
+#include "core/vector_ops.h"
+#include "resample/resize/next_row.h"
+#include "resample/small_resize/kernels.h"
+
+namespace ovra {
+namespace {
+
+// The sums of a register of bytes: 32-bit ones of the high parts, 16-bit ones of the low parts, which
+// join the 32-bit ones now and then. Elements stand as unpacking leaves them.
+template <class V>
+struct ByteRowSums {
+  using Reg = typename V::Reg;
+  static constexpr std::ptrdiff_t kSamples = V::kBytes;
+  static constexpr int kShift = kReductionWeightBits - kReductionIntermediateBits;
+
+  Reg high[4];
+  Reg low[4];
+  Reg low_words[2];
+
+  ByteRowSums() {
+    constexpr int32_t kRounding = 1 << (kShift - 1);
+    for (int i = 0; i < 4; ++i) {
+      high[i] = V::Zero();
+      low[i] = V::Set32(kRounding - (kByteIntermediateOffset << kShift));
+    }
+    low_words[0] = low_words[1] = V::Zero();
+  }
+
+  void Add(const uint8_t* first, const uint8_t* second, Reg high_weights, Reg low_weights) {
+    const Reg a = V::Load(first);
+    const Reg b = V::Load(second);
+    AddHalf(0, V::template UnpackLow<8>(a, b), high_weights, low_weights);
+    AddHalf(1, V::template UnpackHigh<8>(a, b), high_weights, low_weights);
+  }
+
+  void Carry() {
+    for (int half = 0; half < 2; ++half) {
+      const Reg words = low_words[half];
+      low[2 * half] =
+          V::Add32(low[2 * half], V::ShiftRight32(V::template UnpackLow<16>(words, words), 16));
+      low[2 * half + 1] = V::Add32(low[2 * half + 1],
+                                   V::ShiftRight32(V::template UnpackHigh<16>(words, words), 16));
+      low_words[half] = V::Zero();
+    }
+  }
+
+  void Store(int low_bits, int16_t* out) const {
+    Reg sums[4];
+    for (int i = 0; i < 4; ++i) {
+      sums[i] = V::ShiftRight32(V::Add32(V::ShiftLeft32(high[i], low_bits), low[i]), kShift);
+    }
+    V::StoreLanes(out, out + 16, V::PackS32(sums[0], sums[1]));
+    V::StoreLanes(out + 8, out + 24, V::PackS32(sums[2], sums[3]));
+  }
+
+ private:
+  void AddHalf(int half, Reg pairs, Reg high_weights, Reg low_weights) {
+    const Reg zero = V::Zero();
+    Reg* const sums = high + 2 * half;
+    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<8>(pairs, zero), high_weights));
+    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<8>(pairs, zero), high_weights));
+    low_words[half] = V::Add16(low_words[half], V::MulAddU8S8(pairs, low_weights));
+  }
+};
+
+// So many rows side by side are more than processors foresee: they are asked for this far ahead.
+constexpr std::ptrdiff_t kAhead = 192;
+
+template <class V>
+void WeighByteRowsVector(const WeighedByteRows& rows, std::ptrdiff_t samples,
+                         const SourceAhead& ahead, int16_t* intermediate) {
+  const std::ptrdiff_t last = samples - V::kBytes;  // the block there overlaps the one before
+  const std::ptrdiff_t ahead_step = ahead.bytes / (samples / V::kBytes) + 1;
+  std::ptrdiff_t ahead_end = 0;
+  NextRow next_rows(ahead.begin, 0, 0);
+  for (std::ptrdiff_t i = 0;; i = i + V::kBytes < last ? i + V::kBytes : last) {
+    next_rows.AskUpToByte(ahead_end += ahead_step);
+    ByteRowSums<V> sums;
+    for (int32_t p = 0; p < rows.pairs;) {
+      const int32_t next = p + rows.pairs_at_once;
+      for (const int32_t end = next < rows.pairs ? next : rows.pairs; p < end; ++p) {
+        const uint8_t* const first = rows.rows[2 * p] + i;
+        const uint8_t* const second = rows.rows[2 * p + 1] + i;
+        PrefetchLine(reinterpret_cast<uintptr_t>(first + kAhead));
+        PrefetchLine(reinterpret_cast<uintptr_t>(second + kAhead));
+        sums.Add(first, second, V::Set32(rows.high[p]), V::Set32(rows.low[p]));
+      }
+      sums.Carry();
+    }
+    sums.Store(rows.low_bits, intermediate + i);
+    if (i == last) break;
+  }
+}
+
+template <class V>
+void SplitThreeIntermediate(const int16_t* intermediate, std::ptrdiff_t pixels, int16_t* planes,
+                            std::ptrdiff_t spacing) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+  CoverRow(pixels, kStep, [=](std::ptrdiff_t i) {
+    typename V::Reg channels[3];
+    SplitThreeChannels<V, 16>(intermediate + 3 * i, channels);
+    for (int c = 0; c < 3; ++c) V::Store(planes + c * spacing + i, channels[c]);
+  });
+}
+
+template <class V>
+void SplitFourIntermediate(const int16_t* intermediate, std::ptrdiff_t pixels, int16_t* planes,
+                           std::ptrdiff_t spacing) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+  CoverRow(pixels, kStep, [=](std::ptrdiff_t i) {
+    typename V::Reg channels[4];
+    SplitFourChannelWords<V>(intermediate + 4 * i, channels);
+    for (int c = 0; c < 4; ++c) V::Store(planes + c * spacing + i, channels[c]);
+  });
+}
+
+// The sums of the elements of four registers.
+template <class V>
+Sse::Reg SumsOfFour(const typename V::Reg (&a)[4]) {
+  const auto sums = V::AddAcross32(V::AddAcross32(a[0], a[1]), V::AddAcross32(a[2], a[3]));
+  if constexpr (V::kLanes == 1) {
+    return sums;
+  } else {
+    return Sse::Add32(V::Lane(sums, 0), V::Lane(sums, 1));
+  }
+}
+
+// Four sums of products: those of a pixel's channels, or of four columns.
+template <class V>
+struct FourColumnSums {
+  typename V::Reg high[4];
+  typename V::Reg low[4];
+
+  void Make(int i, const int16_t* samples, const int16_t* weights, std::ptrdiff_t taps) {
+    constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+    auto high_sum = V::Zero();
+    auto low_sum = V::Zero();
+    for (std::ptrdiff_t t = 0; t < taps; t += kStep) {
+      const auto words = V::Load(samples + t);
+      high_sum = V::Add32(high_sum, V::MulAdd16(words, V::Load(weights + t)));
+      low_sum = V::Add32(low_sum, V::MulAdd16(words, V::Load(weights + taps + t)));
+    }
+    high[i] = high_sum;
+    low[i] = low_sum;
+  }
+
+  // As bytes, in the lowest 32 bits.
+  Sse::Reg Bytes(Sse::Reg offsets) const {
+    const Sse::Reg carried = Sse::ShiftRight32(SumsOfFour<V>(low), kByteColumnLowBits);
+    const Sse::Reg sums = Sse::Add32(Sse::Add32(SumsOfFour<V>(high), offsets), carried);
+    const Sse::Reg words = Sse::PackS32(Sse::ShiftRight32(sums, kByteColumnShift), Sse::Zero());
+    return Sse::PackU16(words, words);
+  }
+};
+
+template <class V>
+void WeighGreyByteColumns(const ByteReductionColumns& job, uint8_t* destination) {
+  const auto four_bytes = [&job](int32_t column) {
+    FourColumnSums<V> sums;
+    for (int i = 0; i < kByteColumnsAtOnce; ++i) {
+      sums.Make(i, job.planes + job.first[column + i], job.weights + (column + i) * 2 * job.taps,
+                job.taps);
+    }
+    return sums.Bytes(Sse::Load(job.offsets + column));
+  };
+  int32_t column = 0;
+  for (; column + kByteColumnsAtOnce <= job.columns; column += kByteColumnsAtOnce) {
+    Sse::StoreFirst<4>(destination + column, four_bytes(column));
+  }
+  if (column == job.columns) return;
+  uint8_t bytes[kByteColumnsAtOnce];
+  Sse::StoreFirst<4>(bytes, four_bytes(column));
+  for (int i = 0; column + i < job.columns; ++i) destination[column + i] = bytes[i];
+}
+
+// Three channels are written as four, but for the last pixel.
+template <class V, int kChannels>
+void WeighPixelByteColumns(const ByteReductionColumns& job, uint8_t* destination) {
+  FourColumnSums<V> sums;
+  sums.high[3] = sums.low[3] = V::Zero();
+  for (std::ptrdiff_t column = 0; column < job.columns; ++column) {
+    for (int c = 0; c < kChannels; ++c) {
+      sums.Make(c, job.planes + c * job.plane_spacing + job.first[column],
+                job.weights + column * 2 * job.taps, job.taps);
+    }
+    const Sse::Reg bytes = sums.Bytes(Sse::Set32(job.offsets[column]));
+    uint8_t* const out = destination + column * kChannels;
+    if (kChannels == 4 || column + 1 < job.columns) {
+      Sse::StoreFirst<4>(out, bytes);
+    } else {
+      uint8_t last[4];
+      Sse::StoreFirst<4>(last, bytes);
+      for (int c = 0; c < kChannels; ++c) out[c] = last[c];
+    }
+  }
+}
+
+template <class V>
+constexpr ByteReductionKernels kByteReductionOf = {
+    4 * V::kBytes / 2,
+    WeighByteRowsVector<V>,
+    {SplitThreeIntermediate<V>, SplitFourIntermediate<V>},
+    {WeighGreyByteColumns<V>, WeighPixelByteColumns<V, 3>, WeighPixelByteColumns<V, 4>}};
+
+}  // namespace
+}  // namespace ovra
