@@ -49,6 +49,11 @@ bool ParseNumber(std::string_view word, double* number) {
   return error == std::errc() && stop == end && std::abs(*number) <= kMaxNumber;
 }
 
+struct Domain {
+  Triple min = {0, 0, 0};
+  Triple max = {1, 1, 1};
+};
+
 class Parser {
  public:
   explicit Parser(const std::string& name) : name_(name) {}
@@ -96,11 +101,6 @@ class Parser {
     }
     cube_.rows.assign(middle, rows_.end());
   }
-
-  struct Domain {
-    Triple min = {0, 0, 0};
-    Triple max = {1, 1, 1};
-  };
 
   void SetDomain(CubeFile* table, const std::optional<Domain>& domain) const {
     if (!domain) return;

@@ -150,10 +150,7 @@ class JpegReader : public RowReader {
     } catch (const Error& error) {
       file_.Refuse(error.what());
     }
-    notes_.push_back(
-        cmyk_->profile().empty()
-            ? "is CMYK without a profile; its colors are made RGB as if inks were ideal"
-            : "is CMYK; its colors are made sRGB by its profile");
+    notes_.push_back(cmyk_->note());
     header_.metadata.profile = cmyk_->profile();
     inks_.resize(size_t{4} * static_cast<size_t>(header_.width));
   }

@@ -105,6 +105,11 @@ CmykConversion::CmykConversion(const Blob& profile, bool no_ink_is_255)
 
 CmykConversion::~CmykConversion() = default;
 
+std::string CmykConversion::note() const {
+  return transform_ ? "is CMYK; its colors are made sRGB by its profile"
+                    : "is CMYK without a profile; its colors are made RGB as if inks were ideal";
+}
+
 void CmykConversion::ConvertRow(const uint8_t* inks, uint8_t* rgb, int32_t pixels) const {
   if (transform_) {
     cmsDoTransform(transform_->handle, inks, rgb, static_cast<cmsUInt32Number>(pixels));

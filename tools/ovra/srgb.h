@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "image_io.h"
 
@@ -38,6 +39,9 @@ class CmykConversion {
   ~CmykConversion();
 
   void ConvertRow(const uint8_t* inks, uint8_t* rgb, int32_t pixels) const;
+
+  // What the user should know.
+  std::string note() const;
 
   // The profile of converted rows; empty where there was none.
   const Blob& profile() const { return profile_; }

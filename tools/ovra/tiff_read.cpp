@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <utility>
 #include <vector>
 
 #include "error.h"
+#include "srgb.h"
 #include "tiff_session.h"
 
 namespace ovra_host {
@@ -23,11 +25,14 @@ struct Layout {
   bool has_alpha = false;
   bool associated_alpha = false;  // colours are already multiplied by alpha
 
-  // Samples as they are wanted here, pixel by pixel.
+  bool IsCmyk() const { return photometric == PHOTOMETRIC_SEPARATED && channels == 4; }
+
+  // Samples as they are wanted here, or four inks, pixel by pixel.
   bool Direct() const {
     const bool grey = photometric == PHOTOMETRIC_MINISBLACK && channels == 1;
     const bool color = photometric == PHOTOMETRIC_RGB && (channels == 3 || channels == 4);
-    return (bits == 8 || bits == 16) && planar == PLANARCONFIG_CONTIG && (grey || color);
+    const bool inks = IsCmyk() && bits == 8;
+    return (bits == 8 || bits == 16) && planar == PLANARCONFIG_CONTIG && (grey || color || inks);
   }
 };
 
@@ -66,23 +71,30 @@ class TiffReader : public RowReader {
       header_.format = FileFormat(8, layout_.has_alpha ? 4 : 3);
       return;
     }
-    header_.format = FileFormat(layout_.bits, layout_.channels);
+    header_.format = FileFormat(layout_.bits, layout_.IsCmyk() ? 3 : layout_.channels);
+    if (layout_.IsCmyk()) ConvertInks();
     const bool tiled = TIFFIsTiled(tiff()) != 0;
-    if (!tiled && TIFFScanlineSize64(tiff()) != header_.row_bytes()) {
+    if (!tiled && TIFFScanlineSize64(tiff()) != StoredRowBytes()) {
       file_.Refuse("TIFF: its row sizes do not agree");
     }
     if (tiled) PrepareTiles();
   }
 
   void ReadRow(uint8_t* row) override {
+    if (!cmyk_) return ReadStoredRow(row);
+    ReadStoredRow(inks_.data());
+    cmyk_->ConvertRow(inks_.data(), row, header_.width);
+  }
+
+ private:
+  void ReadStoredRow(uint8_t* row) {
     const uint32_t y = next_row_++;
     if (!layout_.Direct() && band_.bytes.empty()) ReadConverted();
     if (tile_.empty() && band_.bytes.empty()) {
       if (TIFFReadScanline(tiff(), row, y, 0) < 0) RefuseWithMessage();
     } else {
       if (y >= band_.end) ReadTiles();
-      std::memcpy(row, band_.bytes.data() + header_.row_bytes() * (y - band_.first),
-                  header_.row_bytes());
+      std::memcpy(row, band_.bytes.data() + StoredRowBytes() * (y - band_.first), StoredRowBytes());
     }
     if (!layout_.Direct() || !layout_.associated_alpha || header_.channels() != 4) return;
     if (header_.depth_bits() == 8) {
@@ -92,7 +104,6 @@ class TiffReader : public RowReader {
     }
   }
 
- private:
   TIFF* tiff() const { return session_.get(); }
 
   [[noreturn]] void RefuseWithMessage() const { file_.Refuse(session_.message()); }
@@ -148,7 +159,7 @@ class TiffReader : public RowReader {
     const auto tile_height = session_.Field<uint32_t>(TIFFTAG_TILELENGTH);
     file_.CheckClaim(tile_width, tile_height, PixelBytes());
     const uint64_t tile_bytes = uint64_t{tile_width} * tile_height * PixelBytes();
-    const uint64_t band_bytes = uint64_t{header_.row_bytes()} * tile_height;
+    const uint64_t band_bytes = uint64_t{StoredRowBytes()} * tile_height;
     if (TIFFTileSize64(tiff()) != tile_bytes) file_.Refuse("TIFF: its tile sizes do not agree");
     if (std::max(tile_bytes, band_bytes) > static_cast<uint64_t>(kMaxImageBytes)) {
       file_.Refuse("TIFF: its tiles are too large");
@@ -168,10 +179,25 @@ class TiffReader : public RowReader {
       if (TIFFReadTile(tiff(), tile_.data(), left, band_.first, 0, 0) < 0) RefuseWithMessage();
       const size_t bytes = std::min(tile_width, layout_.width - left) * PixelBytes();
       for (uint32_t y = 0; y < band_.end - band_.first; ++y) {
-        std::memcpy(band_.bytes.data() + y * header_.row_bytes() + left * PixelBytes(),
+        std::memcpy(band_.bytes.data() + y * StoredRowBytes() + left * PixelBytes(),
                     tile_.data() + y * tile_row_bytes, bytes);
       }
     }
+  }
+
+  // Rows as the file has them, or as libtiff makes them of what is converted whole.
+  size_t StoredRowBytes() const { return cmyk_ ? inks_.size() : header_.row_bytes(); }
+
+  void ConvertInks() {
+    constexpr bool kNoInkIs255 = false;
+    try {
+      cmyk_.emplace(header_.metadata.profile, kNoInkIs255);
+    } catch (const Error& error) {
+      file_.Refuse(error.what());
+    }
+    notes_.push_back(cmyk_->note());
+    header_.metadata.profile = cmyk_->profile();
+    inks_.resize(size_t{4} * layout_.width);
   }
 
   size_t PixelBytes() const { return size_t{layout_.bits} / 8 * layout_.channels; }
@@ -212,6 +238,8 @@ class TiffReader : public RowReader {
   InputFile file_;
   TiffSession session_;
   Layout layout_;
+  std::optional<CmykConversion> cmyk_;
+  std::vector<uint8_t> inks_;
   std::vector<uint8_t> tile_;
   Band band_;
   uint32_t next_row_ = 0;
