@@ -75,7 +75,7 @@ typedef struct OvraColorCube {
 //                                    ask for another input depth class or channel count may get the
 //                                    status by which that variant refuses the handle's formats
 //   OVRA_ERROR_NO_MEMORY             the tables could not be allocated: 64 bytes a cell (128 where
-//                                    coefficients of deep input need it) and 12 an input code; or
+//                                    coefficients of deep input need it) and up to 12 an input code; or
 //                                    the lattice has 2^31 cells or more
 
 // Prepares conversions through `cube` and stores a handle in *handle_out, which is 0 until then and

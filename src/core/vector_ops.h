@@ -104,6 +104,8 @@ struct Sse {
   static Reg Set32(int32_t v) { return _mm_set1_epi32(v); }
   static Reg SetLanes(Sse::Reg first, Sse::Reg /*second*/) { return first; }
   static Sse::Reg Lane(Reg a, int /*lane*/) { return a; }
+  // The sum of the lanes of a, then that of the lanes of b.
+  static Reg AddLanes32(Reg a, Reg /*b*/) { return a; }
   static Reg SwapLanes(Reg a) { return a; }
 
   static Reg And(Reg a, Reg b) { return _mm_and_si128(a, b); }
@@ -362,6 +364,9 @@ struct Avx2 {
   }
   static Sse::Reg Lane(Reg a, int lane) {
     return lane == 0 ? _mm256_castsi256_si128(a) : _mm256_extracti128_si256(a, 1);
+  }
+  static Reg AddLanes32(Reg a, Reg b) {
+    return Add32(_mm256_blend_epi32(a, b, 0xF0), _mm256_permute2x128_si256(a, b, 0x21));
   }
   static Reg SwapLanes(Reg a) { return _mm256_permute2x128_si256(a, a, 1); }
 

@@ -29,7 +29,45 @@ struct ChannelTables : TaggedContext<0x7AB1E300> {
   FormatPair formats;
   DecodedFormatPair decoded;
   WorkMemory<uint16_t> table[kChannels];  // an entry for every value of the input depth
+  WorkMemory<uint8_t> bytes[kChannels];   // the same, for a destination of bytes
+  WorkMemory<PlacedTables<uint32_t>> placed_bytes;
+  WorkMemory<PlacedTables<uint64_t>> placed_words;
+
+  // The place in the order of channels of the sample that stands k-th in a pixel.
+  int ChannelOf(int k) const {
+    return decoded.input.color_model == OVRA_MODEL_BGR ? kChannels - 1 - k : k;
+  }
 };
+
+template <class Word>
+bool PlaceEntries(const ChannelTables& context, WorkMemory<PlacedTables<Word>>* placed) {
+  constexpr int kSampleBits = 8 * sizeof(Word) / 4;
+  if (!placed->Allocate(1)) return false;
+  for (int i = 0; i < kPlacedSamples; ++i) {
+    const uint16_t* const entries = context.table[context.ChannelOf(i % kChannels)].data();
+    for (int v = 0; v < 256; ++v) {
+      (*placed)[0][i][v] = static_cast<Word>(entries[v]) << kSampleBits * (i % 4);
+    }
+  }
+  return true;
+}
+
+// Makes the tables beside `table` that kernels want for these depths.
+bool MakeNarrowTables(ChannelTables* context) {
+  const auto& [input, output] = context->decoded;
+  if (output.depth_bits == 8) {
+    const uint32_t entries = input.MaxSample() + 1;
+    for (int k = 0; k < kChannels; ++k) {
+      if (!context->bytes[k].Allocate(entries)) return false;
+      for (uint32_t v = 0; v < entries; ++v) {
+        context->bytes[k][v] = static_cast<uint8_t>(context->table[k][v]);
+      }
+    }
+  }
+  if (input.depth_bits > 8) return true;
+  return output.depth_bits == 8 ? PlaceEntries(*context, &context->placed_bytes)
+                                : PlaceEntries(*context, &context->placed_words);
+}
 
 // Makes the tables whose entries are entry(channel, value, greatest entry).
 template <class Entry>
@@ -47,6 +85,7 @@ Status MakeTables(const FormatPair& formats, const Entry& entry, ContextPtr<Chan
     if (!table.Allocate(uint64_t{last} + 1)) return OVRA_ERROR_NO_MEMORY;
     for (uint32_t v = 0; v <= last; ++v) table[v] = entry(k, v, decoded.output.MaxSample());
   }
+  if (!MakeNarrowTables(context.get())) return OVRA_ERROR_NO_MEMORY;
   *made = std::move(context);
   return OVRA_OK;
 }
@@ -81,23 +120,19 @@ Status MakeTables(const FormatPair& formats, const ChannelPolynomial* coefficien
 
 SampleTables PrepareTables(const ChannelTables& context) {
   SampleTables tables = {};
-  const auto& [input, output] = context.decoded;
-  const bool reversed = input.color_model == OVRA_MODEL_BGR;
   for (int k = 0; k < kChannels; ++k) {
-    tables.table[k] = context.table[reversed ? kChannels - 1 - k : k].data();
+    tables.table[k] = context.table[context.ChannelOf(k)].data();
+    tables.bytes[k] = context.bytes[context.ChannelOf(k)].data();
   }
-  tables.last = input.MaxSample();
-  if (input.depth_bits == 8 && output.depth_bits == 8) {
-    for (int k = 0; k < kChannels; ++k) {
-      for (int v = 0; v < 256; ++v) tables.bytes[k][v] = static_cast<uint8_t>(tables.table[k][v]);
-    }
-  }
+  tables.last = context.decoded.input.MaxSample();
+  tables.placed_bytes = context.placed_bytes.data();
+  tables.placed_words = context.placed_words.data();
   return tables;
 }
 
 void Convert(const ImagePair& images, const ChannelTables& context, KernelTier tier) {
   const ChannelTablesKernels& kernels =
-      ForTier(tier, kChannelTablesPlain, kChannelTablesPlain, kChannelTablesAvx2);
+      ForTier(tier, kChannelTablesPlain, kChannelTablesSse, kChannelTablesAvx2);
   const auto& [input, output] = context.decoded;
   MapChannelsRun* const map = kernels.map[input.depth_bits > 8][output.depth_bits > 8];
   const SampleTables tables = PrepareTables(context);

@@ -6,12 +6,22 @@
 
 namespace ovra {
 
+// Four samples of bytes are looked up in words that hold each entry in its sample's place, so that the
+// words are joined and stored as one. Four pixels are twelve samples: as often the channels and the
+// places meet.
+inline constexpr int kPlacedSamples = 12;
+template <class Word>
+using PlacedTables = Word[kPlacedSamples][256];
+
 // The tables of one conversion, by sample position in the pixel.
 struct SampleTables {
   const uint16_t* table[3];
   uint32_t last;  // greatest index; samples above it count as it
-  // Bytes to bytes only: the same tables with entries of one byte.
-  alignas(16) uint8_t bytes[3][256];
+  // The same entries as bytes, where the destination has bytes. Aligned to 16 bytes.
+  const uint8_t* bytes[3];
+  // From bytes only, the one that the destination's samples ask for.
+  const PlacedTables<uint32_t>* placed_bytes;
+  const PlacedTables<uint64_t>* placed_words;
 };
 
 // Converts a run of pixels: every sample becomes the entry of its position's table, in the same
@@ -24,10 +34,9 @@ struct ChannelTablesKernels {
   MapChannelsRun* map[2][2];  // [deep source][deep destination]
 };
 
-// A table in the first-level cache answers about a sample a cycle, which 128-bit shuffles do not
-// reach for bytes, and neither shuffles nor gathers of 256 bits for wider entries. So AVX2 has a form
-// of its own for bytes to bytes, SSE none.
+// The plain form is bound by loads and stores, which the others have fewer of.
 extern const ChannelTablesKernels kChannelTablesPlain;
+extern const ChannelTablesKernels kChannelTablesSse;
 extern const ChannelTablesKernels kChannelTablesAvx2;
 
 }  // namespace ovra

@@ -3,6 +3,7 @@
 
 namespace ovra {
 
-const ChannelTablesKernels kChannelTablesAvx2 = kChannelTablesOf<Avx2>;
+const ChannelTablesKernels kChannelTablesAvx2 = {
+    {{MapBytes<Avx2>, MapPlaced<uint64_t>}, {MapDeep<uint8_t>, MapDeep<uint16_t>}}};
 
 }  // namespace ovra

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Bytes to bytes by shuffles, for registers of any width. Included by the kernel file of AVX2, from
-// which on it is faster than the plain form.
+// which on that is as fast as loads.
 #pragma once
 
 #include "color/channel_tables/kernels.h"
+#include "color/channel_tables/kernels_scalar.h"
 #include "core/vector_ops.h"
 
 namespace ovra {
@@ -64,39 +65,41 @@ typename V::Reg Interleave(typename V::Reg a, typename V::Reg b, typename V::Reg
                     V::LoadAligned(kTakeC.bytes));
 }
 
+// As many pixels as a register has bytes.
+template <class V>
+void MapBytesByShuffles(const uint8_t* in, uint8_t* out, const SampleTables& tables) {
+  static_assert(V::kBytes % 3 == 2,
+                "the order in which channels begin registers is that of 32 bytes");
+  const auto a = V::Load(in);
+  const auto b = V::Load(in + V::kBytes);
+  const auto c = V::Load(in + 2 * V::kBytes);
+  // The three registers begin with channels 0, 2 and 1. So the bytes of one channel lie in places
+  // of their own: they gather in one register without moving, and go back in the same way.
+  const auto channel0 = TableLookUp<V>::Run(tables.bytes[0], Interleave<V>(a, b, c));
+  const auto channel1 = TableLookUp<V>::Run(tables.bytes[1], Interleave<V>(c, a, b));
+  const auto channel2 = TableLookUp<V>::Run(tables.bytes[2], Interleave<V>(b, c, a));
+  V::Store(out, Interleave<V>(channel0, channel1, channel2));
+  V::Store(out + V::kBytes, Interleave<V>(channel2, channel0, channel1));
+  V::Store(out + 2 * V::kBytes, Interleave<V>(channel1, channel2, channel0));
+}
+
+// Shuffles and loads keep different parts of a processor busy: both at a time do more than either.
 template <class V>
 void MapBytes(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
               const SampleTables& tables) {
-  static_assert(V::kBytes % 3 == 2,
-                "the order in which channels begin registers is that of 32 bytes");
+  constexpr std::ptrdiff_t kLookedUp = 12;  // pixels beside those of a register
+  constexpr std::ptrdiff_t kStep = V::kBytes + kLookedUp;
   std::ptrdiff_t i = 0;
-  for (; i + V::kBytes <= pixels; i += V::kBytes) {
+  for (; i + kStep <= pixels; i += kStep) {
     const uint8_t* const in = source + 3 * i;
     uint8_t* const out = destination + 3 * i;
-    const auto a = V::Load(in);
-    const auto b = V::Load(in + V::kBytes);
-    const auto c = V::Load(in + 2 * V::kBytes);
-    // The three registers begin with channels 0, 2 and 1. So the bytes of one channel lie in places
-    // of their own: they gather in one register without moving, and go back in the same way.
-    const auto channel0 = TableLookUp<V>::Run(tables.bytes[0], Interleave<V>(a, b, c));
-    const auto channel1 = TableLookUp<V>::Run(tables.bytes[1], Interleave<V>(c, a, b));
-    const auto channel2 = TableLookUp<V>::Run(tables.bytes[2], Interleave<V>(b, c, a));
-    V::Store(out, Interleave<V>(channel0, channel1, channel2));
-    V::Store(out + V::kBytes, Interleave<V>(channel2, channel0, channel1));
-    V::Store(out + 2 * V::kBytes, Interleave<V>(channel1, channel2, channel0));
+    MapBytesByShuffles<V>(in, out, tables);
+    for (std::ptrdiff_t k = V::kBytes; k < kStep; k += kPlacedPixels) {
+      MapFourPixels<uint32_t>(in + 3 * k, out + 3 * k, *tables.placed_bytes);
+    }
   }
-  kChannelTablesPlain.map[0][0](source + 3 * i, destination + 3 * i, pixels - i, tables);
+  MapPlaced<uint32_t>(source + 3 * i, destination + 3 * i, pixels - i, tables);
 }
-
-template <bool kDeepSource, bool kDeepDestination>
-void AsPlain(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
-             const SampleTables& tables) {
-  kChannelTablesPlain.map[kDeepSource][kDeepDestination](source, destination, pixels, tables);
-}
-
-template <class V>
-constexpr ChannelTablesKernels kChannelTablesOf = {
-    {{MapBytes<V>, AsPlain<false, true>}, {AsPlain<true, false>, AsPlain<true, true>}}};
 
 }  // namespace
 }  // namespace ovra

@@ -81,6 +81,52 @@ void PreparePairs(bool deep_input, FixedMatrix* fixed) {
   }
 }
 
+// Parts of a weight that are multiplied by bytes: 32 times the high one and the low one.
+struct WeightParts {
+  static constexpr int32_t kUnit = 32;
+  int32_t high;
+  int32_t low;
+
+  explicit WeightParts(int32_t weight)
+      : high((weight + kUnit / 2) >> 5), low(weight - kUnit * high) {}
+};
+
+// For input and output of bytes, with the weights of one output channel. Multiply-adds of two bytes
+// saturate, so that neither may leave 16 bits, and the whole sum is rounded and offset in them.
+bool FitsBytes(const FixedMatrix& fixed, int k) {
+  constexpr int32_t kMaxWeight = 2048;  // whose low part fits a byte by far
+  constexpr int32_t kLowSum = 3 * 255 * WeightParts::kUnit / 2 / WeightParts::kUnit + 1;
+  constexpr int32_t kMaxPair = 32767 / 255;
+  constexpr int32_t kMaxOffset = 1024;
+  if (fixed.offset[k] > kMaxOffset || fixed.offset[k] < -kMaxOffset) return false;
+  int32_t least = 16 * fixed.offset[k] + 8 - kLowSum;
+  int32_t greatest = 16 * fixed.offset[k] + 8 + kLowSum;
+  int32_t pair = 0;
+  for (int j = 0; j < kChannels; ++j) {
+    const int32_t weight = fixed.weight[j][k];
+    if (weight > kMaxWeight || weight < -kMaxWeight) return false;
+    const int32_t high = WeightParts(weight).high;
+    (high < 0 ? least : greatest) += 255 * high;
+    if (j < 2) pair += high < 0 ? -high : high;
+  }
+  return pair <= kMaxPair && least >= -32768 && greatest <= 32767;
+}
+
+void PrepareBytes(FixedMatrix* fixed) {
+  fixed->fits_bytes = FitsBytes(*fixed, 0) && FitsBytes(*fixed, 1) && FitsBytes(*fixed, 2);
+  if (!fixed->fits_bytes) return;
+  for (int i = 0; i < FixedMatrix::kByteSamples; ++i) {
+    const int k = i % kChannels;
+    for (int j = 0; j < kChannels; ++j) {
+      const WeightParts parts(fixed->weight[j][k]);
+      const int at = 2 * i + j % 2;  // x[2] stands first, as x[0]
+      (j < 2 ? fixed->high01 : fixed->high2)[at] = static_cast<int8_t>(parts.high);
+      (j < 2 ? fixed->low01 : fixed->low2)[at] = static_cast<int8_t>(parts.low);
+    }
+    fixed->byte_sum[i] = static_cast<int16_t>(16 * fixed->offset[k] + 8);
+  }
+}
+
 FixedMatrix MakeFixedMatrix(const ColorMatrix& matrix, const DecodedFormatPair& formats) {
   FixedMatrix fixed = {};
   fixed.shift = FixedShift(formats.input.depth_bits);
@@ -94,6 +140,7 @@ FixedMatrix MakeFixedMatrix(const ColorMatrix& matrix, const DecodedFormatPair& 
     fixed.offset[i] = TruncateToInt32(matrix.rows[k][kConstantTerm]);
   }
   PreparePairs(formats.input.depth_bits > 8, &fixed);
+  if (formats.input.depth_bits == 8 && formats.output.depth_bits == 8) PrepareBytes(&fixed);
   return fixed;
 }
 
@@ -108,16 +155,18 @@ DoubleMatrix MakeDoubleMatrix(const ColorMatrix& matrix, const DecodedFormatPair
   return exact;
 }
 
-// `kernels` are indexed by the depths of the formats.
+// The one of the kernels that is for the depths of the formats.
 template <class Matrix>
-void ConvertRuns(const ImagePair& images, const DecodedFormatPair& formats, const Matrix& matrix,
-                 ConvertMatrixRun<Matrix>* const (&kernels)[2][2]) {
-  ConvertMatrixRun<Matrix>* const convert =
-      kernels[formats.input.depth_bits > 8][formats.output.depth_bits > 8];
-  ForEachRun(images, formats,
-             [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
-               convert(source, destination, pixels, matrix);
-             });
+ConvertMatrixRun<Matrix>* DepthsOf(const DecodedFormatPair& formats,
+                                   ConvertMatrixRun<Matrix>* const (&kernels)[2][2]) {
+  return kernels[formats.input.depth_bits > 8][formats.output.depth_bits > 8];
+}
+
+ConvertMatrixRun<FixedMatrix>* SelectFixed(const FixedMatrix& matrix,
+                                           const DecodedFormatPair& formats,
+                                           const ColorMatrixKernels& kernels) {
+  if (matrix.fits_bytes) return kernels.fixed_bytes;
+  return DepthsOf(formats, matrix.fits_pairs ? kernels.fixed_pairs : kernels.fixed);
 }
 
 Status MakeMatrixContext(const FormatPair& formats, const ColorMatrix& matrix,
@@ -140,11 +189,18 @@ void Convert(const ImagePair& images, const ColorMatrixContext& context, KernelT
   // One arithmetic for the whole matrix, also for rows without second-order terms.
   if (HasSecondOrderTerm(context.matrix)) {
     const DoubleMatrix matrix = MakeDoubleMatrix(context.matrix, context.decoded);
-    ConvertRuns(images, context.decoded, matrix, kernels.exact);
+    ConvertMatrixRun<DoubleMatrix>* const convert = DepthsOf(context.decoded, kernels.exact);
+    ForEachRun(images, context.decoded,
+               [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+                 convert(source, destination, pixels, matrix);
+               });
   } else {
     const FixedMatrix matrix = MakeFixedMatrix(context.matrix, context.decoded);
-    ConvertRuns(images, context.decoded, matrix,
-                matrix.fits_pairs ? kernels.fixed_pairs : kernels.fixed);
+    ConvertMatrixRun<FixedMatrix>* const convert = SelectFixed(matrix, context.decoded, kernels);
+    ForEachRun(images, context.decoded,
+               [&](const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels) {
+                 convert(source, destination, pixels, matrix);
+               });
   }
 }
 

@@ -28,6 +28,19 @@ struct FixedMatrix {
   alignas(16) Samples weights01;
   alignas(16) Samples weight2;
   alignas(16) Samples pair_sum;
+
+  // From bytes to bytes, where weights of 16-bit sums fit bytes: a weight is 32 times `high` and `low`,
+  //   (sum of high * x + (sum of low * x >> 5) + byte_sum) >> 4
+  // is the result, and nothing leaves 16 bits. What belongs to an output channel stands there for each
+  // of the output samples of eight pixels; bytes are weights of x[0] and x[1], or of x[2] and nothing.
+  static constexpr int kByteSamples = 24;
+  using BytePairs = int8_t[2 * kByteSamples];
+  bool fits_bytes;
+  alignas(16) BytePairs high01;
+  alignas(16) BytePairs high2;
+  alignas(16) BytePairs low01;
+  alignas(16) BytePairs low2;
+  alignas(16) int16_t byte_sum[kByteSamples];
 };
 
 // All ten terms in double precision, in the order in which they are stored:
@@ -51,6 +64,7 @@ using ConvertMatrixRun = void(const uint8_t* source, uint8_t* destination, std::
 struct ColorMatrixKernels {
   ConvertMatrixRun<FixedMatrix>* fixed[2][2];
   ConvertMatrixRun<FixedMatrix>* fixed_pairs[2][2];  // for matrices that fit
+  ConvertMatrixRun<FixedMatrix>* fixed_bytes;        // bytes to bytes, for those that fit there
   ConvertMatrixRun<DoubleMatrix>* exact[2][2];
 };
 

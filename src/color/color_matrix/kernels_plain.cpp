@@ -51,6 +51,7 @@ const ColorMatrixKernels kColorMatrixPlain = {
                      Convert<FixedMatrix, uint8_t, uint16_t>},
                     {Convert<FixedMatrix, uint16_t, uint8_t>,
                      Convert<FixedMatrix, uint16_t, uint16_t>}},
+    .fixed_bytes = Convert<FixedMatrix, uint8_t, uint8_t>,
     .exact = {{Convert<DoubleMatrix, uint8_t, uint8_t>, Convert<DoubleMatrix, uint8_t, uint16_t>},
               {Convert<DoubleMatrix, uint16_t, uint8_t>,
                Convert<DoubleMatrix, uint16_t, uint16_t>}},

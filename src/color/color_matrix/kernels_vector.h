@@ -178,34 +178,115 @@ std::ptrdiff_t ConvertFixedSteps(const In* source, Out* destination, std::ptrdif
   return i;
 }
 
+// Sums of 16 bits by multiply-adds of bytes: a register a lane holds eight output samples, and three of
+// them, which make eight pixels, find their input in the 16 bytes that start at 0, 4 and 8.
+template <int kLow, int kHigh>
+struct PickBytes {
+  alignas(kLaneBytes) int8_t order[kThirds][kLaneBytes] = {};
+
+  constexpr PickBytes() {
+    for (int third = 0; third < kThirds; ++third) {
+      for (int i = 0; i < kLaneBytes; ++i) {
+        const int pixel = (8 * third + i / 2) / 3;
+        const int channel = i % 2 == 0 ? kLow : kHigh;
+        const int byte = 3 * pixel + channel - 4 * third;
+        order[third][i] = static_cast<int8_t>(channel < 0 ? -1 : byte);
+      }
+    }
+  }
+};
+
+template <class V>
+class ByteSums {
+  using Reg = typename V::Reg;
+
+ public:
+  ByteSums(const FixedMatrix& matrix, int third)
+      : pick01_(V::LoadToAllLanes(kPick01.order[third])),
+        pick2_(V::LoadToAllLanes(kPick2.order[third])),
+        high01_(V::LoadToAllLanes(matrix.high01 + kLaneBytes * third)),
+        high2_(V::LoadToAllLanes(matrix.high2 + kLaneBytes * third)),
+        low01_(V::LoadToAllLanes(matrix.low01 + kLaneBytes * third)),
+        low2_(V::LoadToAllLanes(matrix.low2 + kLaneBytes * third)),
+        sum_(V::LoadToAllLanes(matrix.byte_sum + kLaneBytes / 2 * third)) {}
+
+  Reg operator()(Reg samples) const {
+    const Reg x01 = V::Shuffle8(samples, pick01_);
+    const Reg x2 = V::Shuffle8(samples, pick2_);
+    const Reg low = V::Add16(V::MulAddU8S8(x01, low01_), V::MulAddU8S8(x2, low2_));
+    const Reg high = V::Add16(V::MulAddU8S8(x01, high01_), V::MulAddU8S8(x2, high2_));
+    const Reg sum = V::Add16(V::Add16(high, sum_), V::ShiftRight16(low, 5));
+    return V::ShiftRight16(sum, 4);
+  }
+
+ private:
+  static constexpr PickBytes<0, 1> kPick01{};
+  static constexpr PickBytes<2, -1> kPick2{};
+  Reg pick01_, pick2_;
+  Reg high01_, high2_;
+  Reg low01_, low2_;
+  Reg sum_;
+};
+
+// Two registers a third share what is loaded for it.
+template <class V>
+std::ptrdiff_t ConvertByteSteps(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                                const FixedMatrix& matrix) {
+  std::ptrdiff_t i = 0;
+  for (; i + kStepPixels<V> <= pixels; i += kStepPixels<V>) {
+    const uint8_t* const in = source + 3 * i;
+    uint8_t* const out = destination + 3 * i;
+    typename V::Reg words[2 * kThirds];
+    for (int third = 0; third < kThirds; ++third) {
+      const ByteSums<V> sums(matrix, third);
+      words[third] = sums(LoadGroups<V>(in + 4 * third));
+      words[third + kThirds] = sums(LoadGroups<V>(in + 4 * third + FixedMatrix::kByteSamples));
+    }
+    for (int r = 0; r < kThirds; ++r) {
+      StoreGroups<V>(out + kLaneBytes * r, V::PackU16(words[2 * r], words[2 * r + 1]));
+    }
+  }
+  return i;
+}
+
+// Answers the number of pixels done, as many as whole steps have.
+template <class In, class Out>
+using ConvertSteps = std::ptrdiff_t(const In* source, Out* destination, std::ptrdiff_t pixels,
+                                    const FixedMatrix& matrix);
+
 // What is left of a run goes through a step of its own, beside which there is room to read.
-template <class V, class Sums, class In, class Out>
+template <class V, class In, class Out, ConvertSteps<In, Out> kSteps>
 void ConvertFixed(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                   const FixedMatrix& matrix) {
   constexpr std::ptrdiff_t kPixelBytesIn = 3 * sizeof(In);
   constexpr std::ptrdiff_t kPixelBytesOut = 3 * sizeof(Out);
-  std::ptrdiff_t i = ConvertFixedSteps<V, Sums>(
-      reinterpret_cast<const In*>(source), reinterpret_cast<Out*>(destination), pixels, matrix);
+  std::ptrdiff_t i = kSteps(reinterpret_cast<const In*>(source),
+                            reinterpret_cast<Out*>(destination), pixels, matrix);
   while (i < pixels) {
     constexpr int kPixels = kStepPixels<V> + kReadBeyond;
     const std::ptrdiff_t left = pixels - i < kStepPixels<V> ? pixels - i : kStepPixels<V>;
     In in[3 * kPixels] = {};
     Out out[3 * kPixels];
     std::memcpy(in, source + kPixelBytesIn * i, static_cast<size_t>(kPixelBytesIn * left));
-    ConvertFixedSteps<V, Sums>(in, out, kPixels, matrix);
+    kSteps(in, out, kPixels, matrix);
     std::memcpy(destination + kPixelBytesOut * i, out, static_cast<size_t>(kPixelBytesOut * left));
     i += left;
   }
 }
 
 template <class V, class In, class Out>
-constexpr ConvertMatrixRun<FixedMatrix>* kFixed = ConvertFixed<V, WideSums<V, In>, In, Out>;
+constexpr ConvertMatrixRun<FixedMatrix>* kFixed =
+    ConvertFixed<V, In, Out, ConvertFixedSteps<V, WideSums<V, In>, In, Out>>;
 template <class V, class In, class Out>
-constexpr ConvertMatrixRun<FixedMatrix>* kFixedPairs = ConvertFixed<V, PairSums<V, In>, In, Out>;
+constexpr ConvertMatrixRun<FixedMatrix>* kFixedPairs =
+    ConvertFixed<V, In, Out, ConvertFixedSteps<V, PairSums<V, In>, In, Out>>;
+template <class V>
+constexpr ConvertMatrixRun<FixedMatrix>* kFixedBytes =
+    ConvertFixed<V, uint8_t, uint8_t, ConvertByteSteps<V>>;
 
 // Double precision -------------------------------------------------------------------------------
 //
-// Four pixels a step, one in each element of as many registers as four doubles take.
+// Pixels go in groups of four, one in each element of as many registers as four doubles take.
 
 // The samples of four pixels by channel, as 32-bit integers.
 struct Planes {
@@ -266,46 +347,105 @@ inline void StorePlanes(const Planes& planes, uint16_t* destination) {
   Sse::StoreFirst<8>(destination + 8, pixels(1));
 }
 
+// Strips of pixels are converted to doubles, then summed, then packed: each by itself has more to do at a
+// time than one pixel's way through all of it.
 template <class V, class In, class Out>
 struct Exact {
   static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                   const DoubleMatrix& matrix) {
     const auto* const in = reinterpret_cast<const In*>(source);
     auto* const out = reinterpret_cast<Out*>(destination);
+    Strip strip;
     std::ptrdiff_t i = 0;
-    for (; i + kGroupPixels <= pixels; i += kGroupPixels) {
-      StorePlanes(Convert(LoadPlanes(in + 3 * i), matrix), out + 3 * i);
+    while (i + kStep <= pixels) {
+      const std::ptrdiff_t left = (pixels - i) / kStep * kStep;
+      const std::ptrdiff_t count = left < kStripPixels ? left : kStripPixels;
+      for (std::ptrdiff_t k = 0; k < count; k += kGroupPixels) Widen(in + 3 * (i + k), k, &strip);
+      for (std::ptrdiff_t k = 0; k < count; k += kStep) Convert(matrix, k, &strip);
+      for (std::ptrdiff_t k = 0; k < count; k += kGroupPixels) {
+        StorePlanes({{Sse::LoadAligned(strip.out[0] + k), Sse::LoadAligned(strip.out[1] + k),
+                      Sse::LoadAligned(strip.out[2] + k)}},
+                    out + 3 * (i + k));
+      }
+      i += count;
     }
     kColorMatrixPlain.exact[kDeep<In>][kDeep<Out>](
         source + 3 * i * sizeof(In), destination + 3 * i * sizeof(Out), pixels - i, matrix);
   }
 
  private:
-  static Planes Convert(const Planes& samples, const DoubleMatrix& matrix) {
-    using Doubles = typename V::Doubles;
-    constexpr int kRegisters = kGroupPixels / V::kDoubles;
-    const Doubles zero = V::SetDoubles(0);
-    const Doubles half = V::SetDoubles(0.5);
-    const Doubles max = V::SetDoubles(matrix.max);
+  using Doubles = typename V::Doubles;
+  static constexpr int kRegisters = 2;  // a channel, which share the loads of the weights
+  static constexpr int kGroupRegisters = kGroupPixels / V::kDoubles;
+  static constexpr std::ptrdiff_t kStep = kRegisters * V::kDoubles;
+  static constexpr std::ptrdiff_t kStripPixels = 64;
+
+  struct Strip {
+    alignas(32) double in[3][kStripPixels];
+    alignas(32) int32_t out[3][kStripPixels];
+  };
+
+  static void Widen(const In* source, std::ptrdiff_t k, Strip* strip) {
+    const Planes planes = LoadPlanes(source);
+    for (int channel = 0; channel < 3; ++channel) {
+      Doubles group[kGroupRegisters];
+      V::ToDoubles(planes.channel[channel], group);
+      for (int r = 0; r < kGroupRegisters; ++r) {
+        V::StoreDoublesAligned(strip->in[channel] + k + V::kDoubles * r, group[r]);
+      }
+    }
+  }
+
+  static void Convert(const DoubleMatrix& matrix, std::ptrdiff_t k, Strip* strip) {
     Doubles x[3][kRegisters];
-    Doubles out[3][kRegisters];
-    for (int k = 0; k < 3; ++k) V::ToDoubles(samples.channel[k], x[k]);
+    for (int channel = 0; channel < 3; ++channel) {
+      for (int r = 0; r < kRegisters; ++r) {
+        x[channel][r] = V::LoadDoublesAligned(strip->in[channel] + k + V::kDoubles * r);
+      }
+    }
+    Doubles sums[3][kRegisters];
+    Sum(x, matrix, sums);
+    for (int channel = 0; channel < 3; ++channel) {
+      for (int r = 0; r < kRegisters; r += kGroupRegisters) {
+        Doubles group[kGroupRegisters];
+        for (int g = 0; g < kGroupRegisters; ++g) group[g] = sums[channel][r + g];
+        Sse::StoreAligned(strip->out[channel] + k + V::kDoubles * r, V::Truncate(group));
+      }
+    }
+  }
+
+  // Products of samples are integers below 2^32, which doubles hold exactly. The loop over the terms
+  // stays one: its body are six independent sums, while the compiler would finish one after the other.
+  static void Sum(const Doubles (&x)[3][kRegisters], const DoubleMatrix& matrix,
+                  Doubles (&sums)[3][kRegisters]) {
+    Doubles terms[10][kRegisters];
     for (int r = 0; r < kRegisters; ++r) {
-      // Products of samples are integers below 2^32, which doubles hold exactly.
       const Doubles a = x[0][r];
       const Doubles b = x[1][r];
       const Doubles c = x[2][r];
-      const Doubles terms[] = {a, b, c, V::SetDoubles(1), a * a, b * b, c * c, b * a, c * b, c * a};
+      const Doubles all[] = {a, b, c, V::SetDoubles(1), a * a, b * b, c * c, b * a, c * b, c * a};
+      for (int t = 0; t < 10; ++t) terms[t][r] = all[t];
+    }
+    for (int k = 0; k < 3; ++k) {
+      const Doubles weight = V::LoadDoublesAligned(matrix.weight[k][0]);
+      for (int r = 0; r < kRegisters; ++r) sums[k][r] = terms[0][r] * weight;
+    }
+#pragma GCC unroll 1
+    for (int t = 1; t < 10; ++t) {
       for (int k = 0; k < 3; ++k) {
-        Doubles sum = terms[0] * V::LoadDoublesAligned(matrix.weight[k][0]);
-        for (int t = 1; t < 10; ++t) {
-          sum = sum + terms[t] * V::LoadDoublesAligned(matrix.weight[k][t]);
-        }
-        // The maximum answers its second operand when the first is no number.
-        out[k][r] = V::MinDoubles(V::MaxDoubles(sum + half, zero), max);
+        const Doubles weight = V::LoadDoublesAligned(matrix.weight[k][t]);
+        for (int r = 0; r < kRegisters; ++r) sums[k][r] = sums[k][r] + terms[t][r] * weight;
       }
     }
-    return {{V::Truncate(out[0]), V::Truncate(out[1]), V::Truncate(out[2])}};
+    // The minimum answers its second operand when that is no number. Neither such sums nor negative
+    // ones need more: the one truncates to the least integer, and packing limits both to 0.
+    const Doubles half = V::SetDoubles(0.5);
+    const Doubles max = V::SetDoubles(matrix.max);
+    for (int k = 0; k < 3; ++k) {
+      for (int r = 0; r < kRegisters; ++r) {
+        sums[k][r] = V::MinDoubles(max, sums[k][r] + half);
+      }
+    }
   }
 };
 
@@ -315,6 +455,7 @@ constexpr ColorMatrixKernels kColorMatrixOf = {
               {kFixed<V, uint16_t, uint8_t>, kFixed<V, uint16_t, uint16_t>}},
     .fixed_pairs = {{kFixedPairs<V, uint8_t, uint8_t>, kFixedPairs<V, uint8_t, uint16_t>},
                     {kFixedPairs<V, uint16_t, uint8_t>, kFixedPairs<V, uint16_t, uint16_t>}},
+    .fixed_bytes = kFixedBytes<V>,
     .exact = {{Exact<V, uint8_t, uint8_t>::Run, Exact<V, uint8_t, uint16_t>::Run},
               {Exact<V, uint16_t, uint8_t>::Run, Exact<V, uint16_t, uint16_t>::Run}},
 };

@@ -50,11 +50,11 @@ void FillStrip(const Input* source, std::ptrdiff_t pixels, std::ptrdiff_t step,
   }
 }
 
-// The cells and the weights of one step. Each element of `weights` holds the weights of two
-// neighbouring slots.
+// The cells and the weights of one step: of each pixel all eight weights together, those of a lane's
+// first pixel, of the next lane's first, of the second ones.
 template <class V>
 struct StepWeights {
-  typename V::Reg weights[kCubeSlots / 2];
+  alignas(32) uint16_t weights[kStepPixels<V>][kCubeSlots];
   alignas(32) uint32_t cells[kStepPixels<V>];
 };
 
@@ -79,53 +79,83 @@ StepWeights<V> Weigh(const Strip& strip, std::ptrdiff_t first, const CubeTables&
   const auto pair = [](Reg low, Reg high) { return V::Or(low, V::ShiftLeft32(high, 16)); };
   const auto [x, y, z] = fractions;
   const Reg xy = product(y, x);
+  // Each element holds the weights of two neighbouring slots; then those of a pixel are brought together.
+  const Reg pairs[4] = {pair(V::Set32(kOne), product(xy, z)), pair(xy, product(z, y)),
+                        pair(product(z, x), x), pair(y, z)};
+  const Reg low01 = V::template UnpackLow<32>(pairs[0], pairs[1]);
+  const Reg low23 = V::template UnpackLow<32>(pairs[2], pairs[3]);
+  const Reg high01 = V::template UnpackHigh<32>(pairs[0], pairs[1]);
+  const Reg high23 = V::template UnpackHigh<32>(pairs[2], pairs[3]);
   StepWeights<V> result;
-  result.weights[0] = pair(V::Set32(kOne), product(xy, z));
-  result.weights[1] = pair(xy, product(z, y));
-  result.weights[2] = pair(product(z, x), x);
-  result.weights[3] = pair(y, z);
+  V::StoreAligned(result.weights[0], V::template UnpackLow<64>(low01, low23));
+  V::StoreAligned(result.weights[V::kLanes], V::template UnpackHigh<64>(low01, low23));
+  V::StoreAligned(result.weights[2 * V::kLanes], V::template UnpackLow<64>(high01, high23));
+  V::StoreAligned(result.weights[3 * V::kLanes], V::template UnpackHigh<64>(high01, high23));
   V::StoreAligned(result.cells, cells);
   return result;
 }
 
-// 16 bytes of the cell of pixel `kPixel` of each lane, from the place in cell 0.
-template <class V, int kPixel, class Coefficient>
-typename V::Reg LoadCells(const Coefficient* place, const uint32_t* cells) {
-  constexpr size_t kEntries = kCubeCellEntries;
-  constexpr int kLastLane = 4 * (V::kLanes - 1);
-  return V::LoadLanesAligned(place + cells[kPixel] * kEntries,
-                             place + cells[kPixel + kLastLane] * kEntries);
+// A cell in registers: a lane holds the four channels of a slot, or of a pair of slots where these are
+// narrow.
+template <class V, class Coefficient>
+struct CellLayout {
+  static constexpr int kLaneSlots = sizeof(Coefficient) == 2 ? 2 : 1;
+  static constexpr int kRegisters = kCubeSlots / kLaneSlots / V::kLanes;
+
+  // Shuffles that bring the weight of a lane's slots into all its elements.
+  alignas(32) int8_t spread[kRegisters][V::kBytes] = {};
+
+  constexpr CellLayout() {
+    constexpr int kLaneBytes = 16;
+    constexpr int kUsed = 2 * kLaneSlots;  // bytes of an element; a single weight is widened
+    for (int i = 0; i < kRegisters * static_cast<int>(V::kBytes); ++i) {
+      const int first = i / kLaneBytes * kUsed;
+      const bool used = i % 4 < kUsed;
+      spread[i / V::kBytes][i % V::kBytes] = static_cast<int8_t>(used ? first + i % 4 : -1);
+    }
+  }
+};
+
+template <class V>
+typename V::Reg Products(const int16_t* coefficients, typename V::Reg weights) {
+  return V::MulAdd16(V::LoadAligned(coefficients), weights);
 }
 
-// Adds the products of one pair of slots, for pixel `kPixel` of each lane, to the sums of the four
-// channels.
-template <class V, int kPixel>
-typename V::Reg AddPair(typename V::Reg sums, const int16_t* coefficients,
-                        const StepWeights<V>& step, int pair) {
-  const auto weights = V::template Spread32<kPixel>(step.weights[pair]);
-  const auto both = LoadCells<V, kPixel>(coefficients + pair * 2 * kCubeCellChannels, step.cells);
-  return V::Add32(sums, V::MulAdd16(both, weights));
+template <class V>
+typename V::Reg Products(const int32_t* coefficients, typename V::Reg weights) {
+  return V::MulLow32(V::LoadAligned(coefficients), weights);
 }
 
-template <class V, int kPixel>
-typename V::Reg AddPair(typename V::Reg sums, const int32_t* coefficients,
-                        const StepWeights<V>& step, int pair) {
-  const auto weights = V::template Spread32<kPixel>(step.weights[pair]);
-  const int32_t* const low_slot = coefficients + pair * 2 * kCubeCellChannels;
-  const auto low = LoadCells<V, kPixel>(low_slot, step.cells);
-  const auto high = LoadCells<V, kPixel>(low_slot + kCubeCellChannels, step.cells);
-  sums = V::Add32(sums, V::MulLow32(low, V::And(weights, V::Set32(0xFFFF))));
-  return V::Add32(sums, V::MulLow32(high, V::ShiftRightU32(weights, 16)));
+// The sums of one pixel's products, those of each lane's slots by themselves.
+template <class V, class Coefficient>
+typename V::Reg SumProducts(const Coefficient* cell, const uint16_t* pixel_weights) {
+  using Layout = CellLayout<V, Coefficient>;
+  static constexpr Layout kLayout;
+  constexpr int kEntries = kCubeCellEntries / Layout::kRegisters;
+  const auto weights = V::LoadToAllLanes(pixel_weights);
+  const auto spread = [&](int i) {
+    return V::Shuffle8(weights, V::LoadAligned(kLayout.spread[i]));
+  };
+  auto sums = Products<V>(cell, spread(0));
+  for (int i = 1; i < Layout::kRegisters; ++i) {
+    sums = V::Add32(sums, Products<V>(cell + i * kEntries, spread(i)));
+  }
+  return sums;
 }
 
 // The four channels of pixel `kPixel` of each lane, not yet clamped.
 template <class V, class Coefficient, int kPixel>
 typename V::Reg Interpolate(const Coefficient* coefficients, const StepWeights<V>& step) {
-  typename V::Reg sums = V::Set32(1 << (kCubeFractionBits - 1));
-  for (int pair = 0; pair < kCubeSlots / 2; ++pair) {
-    sums = AddPair<V, kPixel>(sums, coefficients, step, pair);
-  }
-  return V::ShiftRight32(sums, kCubeFractionBits);
+  constexpr int kLastLane = V::kLanes - 1;
+  const auto sums = [&](int lane) {
+    const uint32_t cell = step.cells[kPixel + 4 * lane];
+    return SumProducts<V>(coefficients + size_t{cell} * kCubeCellEntries,
+                          step.weights[V::kLanes * kPixel + lane]);
+  };
+  const auto first = sums(0);
+  const auto sum = kLastLane == 0 ? first : V::AddLanes32(first, sums(kLastLane));
+  const auto rounded = V::Add32(sum, V::Set32(1 << (kCubeFractionBits - 1)));
+  return V::ShiftRight32(rounded, kCubeFractionBits);
 }
 
 // Clamps four pixels a lane and writes them channel by channel, lane 0 first. With three channels
@@ -184,26 +214,30 @@ struct CubeConversion {
  private:
   static void ConvertStrip(const Strip& strip, std::ptrdiff_t pixels, const CubeTables& tables,
                            Output* destination) {
+    // All weights come first: by the time that they are read their stores have left the pipeline.
+    StepWeights<V> steps[kStripPixels / kStepPixels<V>];
+    for (std::ptrdiff_t i = 0; i < pixels; i += kStepPixels<V>) {
+      steps[i / kStepPixels<V>] = Weigh<V>(strip, i, tables);
+    }
     // The garbage behind a step must lie within the strip: what follows the strip may be input
     // that is still to be read, or not ours.
     constexpr std::ptrdiff_t kGarbagePixels = 2;
     std::ptrdiff_t i = 0;
     for (; i + kStepPixels<V> + kGarbagePixels <= pixels; i += kStepPixels<V>) {
-      ConvertStep(strip, i, tables, destination + kChannels * i);
+      ConvertStep(steps[i / kStepPixels<V>], tables, destination + kChannels * i);
     }
     for (; i < pixels; i += kStepPixels<V>) {
       Output step[kChannels * (kStepPixels<V> + kGarbagePixels)];
-      ConvertStep(strip, i, tables, step);
+      ConvertStep(steps[i / kStepPixels<V>], tables, step);
       const std::ptrdiff_t left = pixels - i < kStepPixels<V> ? pixels - i : kStepPixels<V>;
       std::memcpy(destination + kChannels * i, step,
                   static_cast<size_t>(kChannels * left) * sizeof(Output));
     }
   }
 
-  static void ConvertStep(const Strip& strip, std::ptrdiff_t first, const CubeTables& tables,
+  static void ConvertStep(const StepWeights<V>& step, const CubeTables& tables,
                           Output* destination) {
     const auto* coefficients = static_cast<const Coefficient*>(tables.coefficients);
-    const StepWeights<V> step = Weigh<V>(strip, first, tables);
     const typename V::Reg pixels[4] = {Interpolate<V, Coefficient, 0>(coefficients, step),
                                        Interpolate<V, Coefficient, 1>(coefficients, step),
                                        Interpolate<V, Coefficient, 2>(coefficients, step),

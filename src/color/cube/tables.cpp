@@ -139,6 +139,21 @@ void FillPositions(const uint16_t* grid, uint32_t count, uint32_t codes, CubePos
   for (; code < codes; ++code) positions[code] = position(count - 2, kOne);
 }
 
+// The first coordinate whose axis has the same grid. Axes share positions where they can: those of
+// 16-bit codes take a quarter of a megabyte, which competes for the cache.
+int FirstAlike(const Axes& axes, const CubeLayout& layout, int coordinate) {
+  const int axis = AxisOf(coordinate, layout);
+  for (int k = 0; k < coordinate; ++k) {
+    const int other = AxisOf(k, layout);
+    const bool same_count = axes.counts[other] == axes.counts[axis];
+    if (same_count &&
+        std::equal(axes.grids[axis], axes.grids[axis] + axes.counts[axis], axes.grids[other])) {
+      return k;
+    }
+  }
+  return coordinate;
+}
+
 }  // namespace
 
 Status CubeMemory::BuildCoefficients(const OvraColorCube& cube, const CubeLayout& layout) {
@@ -163,8 +178,12 @@ Status CubeMemory::BuildAxes(const OvraColorCube& cube, const CubeLayout& layout
   const uint32_t cell_strides[3] = {(cube.count1 - 1) * (cube.count2 - 1), cube.count2 - 1, 1};
   for (int k = 0; k < 3; ++k) {
     const int axis = AxisOf(k, layout);
-    if (!positions_[k].Allocate(codes)) return OVRA_ERROR_NO_MEMORY;
-    FillPositions(axes.grids[axis], axes.counts[axis], codes, positions_[k].data());
+    const int like = FirstAlike(axes, layout, k);
+    if (like == k) {
+      if (!positions_[k].Allocate(codes)) return OVRA_ERROR_NO_MEMORY;
+      FillPositions(axes.grids[axis], axes.counts[axis], codes, positions_[k].data());
+    }
+    positions_of_[k] = positions_[like].data();
     cell_strides_[k] = cell_strides[axis];
     samples_[k] = static_cast<uint32_t>(layout.reversed_samples ? 2 - k : k);
   }
@@ -182,7 +201,7 @@ Status CubeMemory::Build(const OvraColorCube& cube, const CubeLayout& layout) {
 CubeTables CubeMemory::Tables(int32_t max_output) const {
   CubeTables tables;
   for (int k = 0; k < 3; ++k) {
-    tables.axes[k] = {positions_[k].data(), cell_strides_[k], samples_[k]};
+    tables.axes[k] = {positions_of_[k], cell_strides_[k], samples_[k]};
   }
   tables.coefficients = narrow_.data();
   if (HasWideCoefficients()) tables.coefficients = wide_.data();

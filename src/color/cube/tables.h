@@ -38,6 +38,7 @@ class CubeMemory {
   WorkMemory<int16_t> narrow_;
   WorkMemory<int32_t> wide_;  // in place of narrow_
   WorkMemory<CubePosition> positions_[3];
+  const CubePosition* positions_of_[3] = {};  // which of them each coordinate uses
   uint32_t cell_strides_[3] = {};
   uint32_t samples_[3] = {};
   uint32_t max_input_ = 0;
