@@ -376,8 +376,8 @@ typedef struct OvraMultiFrequencyParams {
 //                      in the brightness, and its sum with the change is limited to it.
 // params               read only
 //
-// Work memory: a sixth of a byte a pixel (in pictures narrower or lower than 2^band_count up to 2 bytes
-// a pixel), 64 bytes times the width and up to 50 KB.
+// Work memory: at most 1.4 bytes a pixel (in pictures narrower or lower than 2^band_count 4 bytes a
+// pixel), 64 bytes times the width and 50 KB; less a pixel in large pictures.
 //
 // Returns, the first that applies:
 //   OVRA_ERROR_YUSM_NULL                  source, destination or params is null
