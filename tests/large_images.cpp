@@ -178,7 +178,7 @@ OvraStatus Resize(const Image& i, int32_t divisor) {
 
 // A rectangle near the lower end.
 OvraStatus Trim(const Image& i, int32_t angle) {
-  return OvraFreeTrimming(i.source, i.width, i.height, i.destination, 500, 500, i.format, 40,
+  return OvraFreeTrimming(i.source, i.width, i.height, i.destination, 200, 200, i.format, 40,
                           i.height - 300, angle, nullptr);
 }
 
@@ -248,11 +248,12 @@ OvraStatus Cube(const Image& i) {
                                      &cube);
 }
 
-// The lower tiles of the canvas.
+// The lower rows of a canvas that is a tile higher.
 OvraStatus Extrapolate(const Image& i) {
   const uint16_t fill[] = {1, 2, 3};
-  return OvraExtrapolateImage(i.source, i.Width(), i.Height() - i.Height() / 5, i.destination,
-                              i.Width(), i.Height(), i.format, 0, i.height / 5, fill);
+  const int32_t above = std::min(i.height - 1, kTileRows);
+  return OvraExtrapolateImage(i.source, i.Width(), i.Height() - static_cast<uint32_t>(above),
+                              i.destination, i.Width(), i.Height(), i.format, 0, above, fill);
 }
 
 OvraStatus Composite(const Image& i) {

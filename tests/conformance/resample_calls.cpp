@@ -238,7 +238,8 @@ void RunBands(Call& call, const Images& i, auto* init, auto... kernel) {
                              i.destination_shape.height, i.source_shape.format, i.region.x,
                              i.region.y, i.region.width, i.region.height, kernel..., &context);
     Draw draw = cuts;
-    for (const int32_t rows : {draw.Int(0, i.source_shape.height - 1), i.source_shape.height}) {
+    for (const int32_t rows :
+         {draw.Int(0, std::max(i.source_shape.height, 1) - 1), i.source_shape.height}) {
       if (status == OVRA_OK) status = PushBands(i, draw, rows, context);
     }
     OvraBandResize_Free(&context);

@@ -4,11 +4,16 @@
 #include <gtest/gtest.h>
 
 #include <cfenv>
+#include <fstream>
+#include <string>
+#include <vector>
 
 #include "conformance/operations.h"
 #include "support/failing_malloc.h"
 #include "support/forced_tier.h"
 #include "support/rounds.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
 namespace {
 
@@ -113,6 +118,20 @@ TEST_P(Conformance, AnyFloatingPointEnvironment) {
       }
     }
   }
+}
+
+// What the fuzzer kept, in hexadecimal: it ends the program where something is wrong.
+TEST(Corpus, IsReplayed) {
+  std::ifstream file(OVRA_CALLS_CORPUS);
+  size_t inputs = 0;
+  for (std::string line; std::getline(file, line); ++inputs) {
+    std::vector<uint8_t> bytes;
+    for (size_t i = 0; i < line.size(); i += 2) {
+      bytes.push_back(static_cast<uint8_t>(std::stoul(line.substr(i, 2), nullptr, 16)));
+    }
+    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+  }
+  EXPECT_GT(inputs, 100U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Calls, Conformance, testing::ValuesIn(ovra_test::kOperations),
