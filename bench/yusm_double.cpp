@@ -31,10 +31,9 @@ void RegisterMask(const std::string& name, int32_t width, int32_t height) {
 
 }  // namespace
 
-// A picture just below the limit of the whole-plane form, and one that streams.
 void RegisterYUsmDouble() {
-  RegisterMask("whole_planes", 2048, 1536);
-  RegisterMask("streaming", kWidth, kHeight);
+  RegisterMask("3MP", 2048, 1536);
+  RegisterMask("24MP", kWidth, kHeight);
 }
 
 }  // namespace ovra_bench

@@ -14,6 +14,7 @@
 #include "core/row_copy/kernels.h"
 #include "core/work_memory.h"
 #include "geometry/rotation/kernels.h"
+#include "ovra/filter.h"
 #include "ovra/resample.h"
 #include "support/forced_tier.h"
 #include "support/guarded_buffer.h"
@@ -171,6 +172,33 @@ TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
         ASSERT_EQ(moved[static_cast<size_t>(i + 1)], source[static_cast<size_t>(i % pixel_bytes)]);
       }
       ASSERT_EQ(moved[0], ovra_test::GuardedBuffer::kFill);
+    }
+  }
+}
+
+// Curves that are the same everywhere have forms of their own, which random curves hardly meet.
+TEST(YUsmDouble, EvenCurvesAreThoseOfThePlainKernels) {
+  constexpr uint32_t kWidth = 67, kHeight = 12;
+  constexpr int32_t kCoarse[] = {20, 44, 44, 20}, kFine[] = {1, 2, 2};
+  std::mt19937 random(1);
+  std::vector<uint8_t> source(size_t{3} * kWidth * kHeight);
+  for (uint8_t& sample : source) sample = random() % 2 * 255;
+  for (const float amount : {0.0F, 0.4F, 1.0F, 3.7F, -2.3F, 9.0F, 1e6F}) {
+    for (const int16_t entry : {128, 77, -32768}) {
+      const std::vector<int16_t> level(OVRA_LEVEL_TABLE_SIZE, entry);
+      const std::vector<int16_t> difference(OVRA_DIFFERENCE_TABLE_SIZE, 128);
+      std::vector<uint8_t> plain;
+      for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
+        const ovra_test::ForcedTier forced(tier);
+        std::vector<uint8_t> sharpened(source.size());
+        ASSERT_EQ(
+            OvraYUsmDoubleSingleStep(source.data(), sharpened.data(), kWidth, kHeight, 0x120, 4,
+                                     kCoarse, 3, kFine, amount, level.data(), difference.data(),
+                                     1 - amount, level.data(), difference.data()),
+            OVRA_OK);
+        if (plain.empty()) plain = sharpened;
+        EXPECT_EQ(sharpened, plain) << ovra_test::TierName(tier) << ' ' << amount << ' ' << entry;
+      }
     }
   }
 }

@@ -191,9 +191,8 @@ OVRA_API OvraStatus OVRA_CALL OvraYUsmSingleStep(const uint8_t* source, uint8_t*
 // OVRA_ERROR_YUSM_DOUBLE_FORMAT.
 //
 // source and destination hold 3 * width * height bytes and may be the same buffer; they must not
-// overlap otherwise. width and height are in pixels. Work memory: up to 2139 x 1536 pixels (or
-// 1536 x 2139) 8 bytes a pixel, beyond that about 4 * (tap_count1 + tap_count2) bytes times the
-// width. Calls may run in parallel, also with one context.
+// overlap otherwise. width and height are in pixels. Work memory: about
+// 4 * (tap_count1 + tap_count2) bytes times the width. Calls may run in parallel, also with one context.
 
 // The greatest tap count that a context holds.
 enum { OVRA_YUSM_DOUBLE_MAX_TAPS = 25 };

@@ -135,34 +135,6 @@ TEST(YUsmDouble, FlatImagesAndNeutralParametersChangeNothing) {
   }
 }
 
-// Two pictures on both sides of the limit between the forms, the larger with one column more: away
-// from that column they are the same.
-TEST(YUsmDouble, BothSidesOfTheSizeLimitAgree) {
-  constexpr uint32_t kHeight = 5;
-  constexpr uint32_t kSmall = 2139;
-  const int32_t weights[] = {7, 7, 7, 7, 7};
-  const Bytes noise = Noise(3 * (kSmall + 1) * kHeight);
-  const auto masked = [&](uint32_t width) {
-    Bytes image;
-    for (uint32_t row = 0; row < kHeight; ++row) {
-      const auto begin = noise.begin() + 3 * (kSmall + 1) * row;
-      image.insert(image.end(), begin, begin + 3 * width);
-    }
-    EXPECT_EQ(OvraYUsmDoubleSingleStep(image.data(), image.data(), width, kHeight, kRgb, 5, weights,
-                                       3, weights, 2.0F, kNeutral.data(), kNeutral.data(), 3.0F,
-                                       kNeutral.data(), kNeutral.data()),
-              OVRA_OK);
-    return image;
-  };
-  const Bytes small = masked(kSmall);
-  const Bytes large = masked(kSmall + 1);
-  for (uint32_t row = 0; row < kHeight; ++row) {
-    const auto begin = small.begin() + 3 * kSmall * row;
-    EXPECT_TRUE(std::equal(begin, begin + 3 * (kSmall - 2), large.begin() + 3 * (kSmall + 1) * row))
-        << row;
-  }
-}
-
 Bytes Smoothed(const Bytes& in, uint32_t width, uint32_t height) {
   Bytes out(in.size());
   EXPECT_EQ(OvraEFilterImage(in.data(), out.data(), width, height, kRgb), OVRA_OK);

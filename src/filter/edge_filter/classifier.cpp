@@ -36,7 +36,7 @@ class RowBlur {
   }
 
  private:
-  PlaneFilter filter_;
+  SeparablePlaneFilter filter_;
   RowRing<int16_t> filtered_;  // horizontally
   WorkMemory<int16_t> blurred_;
 };

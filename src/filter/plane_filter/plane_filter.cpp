@@ -20,14 +20,6 @@ bool IsThreeTaps(const PlaneKernel& kernel) {
   return kernel.taps == 3 && w[0] == 32 && w[1] == 64 && w[2] == 32;
 }
 
-// The rows of a plane that stand next to one another.
-struct PlaneRows {
-  const int16_t* Row(std::ptrdiff_t j) const { return samples + j * width; }
-
-  const int16_t* samples;
-  std::ptrdiff_t width;
-};
-
 }  // namespace
 
 void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs) {
@@ -47,8 +39,8 @@ CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier)
   return kernel.sum == kPlaneUnitSum ? kernels.shift : kernels.divide;
 }
 
-bool PlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,
-                          KernelTier tier) {
+bool SeparablePlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,
+                                   KernelTier tier) {
   const uint64_t pairs = (uint64_t{tap_count} + 1) / 2;
   if (!line_.Allocate(uint64_t{width} + tap_count) || !shifts_.Allocate(tap_count) ||
       !rows_.Allocate(tap_count) || !weight_pairs_.Allocate(pairs)) {
@@ -64,29 +56,12 @@ bool PlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* wei
   return true;
 }
 
-void PlaneFilter::FilterRow(const int16_t* input, int16_t* output) {
+void SeparablePlaneFilter::FilterRow(const int16_t* input, int16_t* output) {
   if (width_ == 0) return;
   int16_t* const middle = std::fill_n(line_.data(), Before(), input[0]);
   int16_t* const end = std::copy_n(input, width_, middle);
   std::fill_n(end, After(), input[width_ - 1]);
   combine_(shifts_.data(), kernel_, output, width_);
-}
-
-Status SeparablePlaneFilter(const int16_t* input, int16_t* output, uint32_t width, uint32_t height,
-                            uint32_t tap_count, const int32_t* weights, int16_t* scratch,
-                            KernelTier tier) {
-  PlaneFilter filter;
-  if (!filter.Prepare(width, tap_count, weights, tier)) return OVRA_ERROR_NO_MEMORY;
-  const auto row_samples = static_cast<std::ptrdiff_t>(width);
-  const auto rows = static_cast<std::ptrdiff_t>(height);
-  for (std::ptrdiff_t y = 0; y < rows; ++y) {
-    filter.FilterRow(input + y * row_samples, scratch + y * row_samples);
-  }
-  const PlaneRows filtered = {scratch, row_samples};
-  for (std::ptrdiff_t y = 0; y < rows; ++y) {
-    filter.CombineRows(filtered, rows, y, output + y * row_samples);
-  }
-  return OVRA_OK;
 }
 
 }  // namespace ovra

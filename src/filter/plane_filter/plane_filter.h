@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Separable filter over planes of signed 16-bit samples, as a whole or row by row.
+// Separable filter over planes of signed 16-bit samples, row by row.
 #pragma once
 
 #include <algorithm>
@@ -7,7 +7,6 @@
 #include <cstdint>
 
 #include "core/cpu.h"
-#include "core/status.h"
 #include "core/work_memory.h"
 #include "filter/plane_filter/kernels.h"
 
@@ -30,7 +29,7 @@ CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier)
 //   to zero or less            0
 //
 // The sum of the weights is a 32-bit word too.
-class PlaneFilter {
+class SeparablePlaneFilter {
  public:
   // False when there is no memory. The weights belong to the caller and must outlive the filter; a
   // tap count of 0 is a kernel that sums to 0.
@@ -64,12 +63,5 @@ class PlaneFilter {
   WorkMemory<const int16_t*> rows_;
   WorkMemory<int32_t> weight_pairs_;
 };
-
-// Filters a whole plane horizontally, then vertically. All three planes hold width * height
-// samples; `output` may be `input`. OVRA_ERROR_NO_MEMORY when a few rows of work memory cannot be
-// had; nothing is written then.
-Status SeparablePlaneFilter(const int16_t* input, int16_t* output, uint32_t width, uint32_t height,
-                            uint32_t tap_count, const int32_t* weights, int16_t* scratch,
-                            KernelTier tier);
 
 }  // namespace ovra

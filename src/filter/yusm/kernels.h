@@ -14,6 +14,8 @@ struct YUsmTables {
   const int32_t* correction;  // 2048 entries, by luminance - blurred + kNoDifference
   const int32_t* level;       // 1024 entries, by luminance
   int32_t shift;              // of their product: 16 or 14
+  // The deltas by difference, where the level is the same everywhere; else null.
+  const int16_t* level_deltas;
 };
 
 inline constexpr int32_t kNoDifference = 1024;
@@ -27,6 +29,7 @@ using FindDeltasRow = void(const int16_t* luminance, const int16_t* blurred, int
 struct YUsmKernels {
   CombineRowsKernel* limited;       // the sums, shifted as kPlaneUnitSum, limited to the luminance
   CombineRowsKernel* smooth_twice;  // 32, 64, 32 twice over five rows, truncated in between
+  CombineRowsKernel* five_taps;     // 8, 32, 48, 32, 8 over samples of 0..kMaxLuminance
   FindDeltasRow* find_deltas;
 };
 

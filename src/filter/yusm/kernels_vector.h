@@ -39,9 +39,44 @@ void SmoothTwice(const int16_t* const* rows, const PlaneKernel& kernel, int16_t*
   }
 }
 
+// As 1, 4, 6, 4, 1 sixteenths: sums of 16 bits, and none beyond the luminance.
+template <class V>
+void FiveTaps(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+              std::ptrdiff_t width) {
+  const auto block = [&](std::ptrdiff_t x) {
+    const auto outer = V::Add16(V::Load(rows[0] + x), V::Load(rows[4] + x));
+    const auto inner = V::Add16(V::Load(rows[1] + x), V::Load(rows[3] + x));
+    const auto middle = V::Load(rows[2] + x);
+    const auto fours = V::ShiftLeft16(V::Add16(inner, middle), 2);
+    const auto rest = V::Add16(outer, V::Add16(middle, middle));
+    V::Store(output + x, V::ShiftRight16(V::Add16(fours, rest), 4));
+  };
+  if (!CoverSamples<V>(width, block)) {
+    NarrowerThan<V>(kYUsmPlain, kYUsmSse).five_taps(rows, kernel, output, width);
+  }
+}
+
+// One look-up a pixel: the difference alone decides.
+template <class V>
+void FindLevelDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
+                     std::ptrdiff_t columns, const YUsmTables& tables) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+  std::ptrdiff_t x = 0;
+  for (; x + kStep <= columns; x += kStep) {
+    const auto difference = V::Sub16(V::Load(luminance + x), V::Load(blurred + x));
+    const auto entry = V::Add16(difference, V::Set16(kNoDifference));
+    V::Store(deltas + x, V::Gather16(tables.level_deltas, entry));
+  }
+  NarrowerThan<V>(kYUsmPlain, kYUsmSse)
+      .find_deltas(luminance + x, blurred + x, deltas + x, columns - x, tables);
+}
+
 template <class V>
 void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
                 std::ptrdiff_t columns, const YUsmTables& tables) {
+  if (tables.level_deltas != nullptr) {
+    return FindLevelDeltas<V>(luminance, blurred, deltas, columns, tables);
+  }
   constexpr std::ptrdiff_t kStep = V::kBytes / 4;
   const int32_t* const no_difference = tables.correction + kNoDifference;
   std::ptrdiff_t x = 0;
@@ -59,7 +94,7 @@ void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* delta
 }
 
 template <class V>
-constexpr YUsmKernels kYUsmOf = {CombineRowsLimited<V>, SmoothTwice<V>, FindDeltas<V>};
+constexpr YUsmKernels kYUsmOf = {CombineRowsLimited<V>, SmoothTwice<V>, FiveTaps<V>, FindDeltas<V>};
 
 }  // namespace
 }  // namespace ovra

@@ -52,6 +52,30 @@ Status BuildContext(const PixelFormat& format, const YUsmParameters& parameters,
   return OVRA_OK;
 }
 
+// The deltas of every difference, where the level does not matter.
+class LevelDeltas {
+ public:
+  LevelDeltas(const YUsmContext& context, int32_t shift) {
+    const int32_t* const level = context.level_table;
+    is_level_ = std::all_of(level, level + OVRA_LEVEL_TABLE_SIZE,
+                            [level](int32_t entry) { return entry == level[0]; });
+    if (!is_level_) return;
+    for (size_t i = 0; i < OVRA_DIFFERENCE_TABLE_SIZE; ++i) {
+      const uint32_t product =
+          static_cast<uint32_t>(context.correction_table[i]) * static_cast<uint32_t>(level[0]);
+      deltas_[i] = static_cast<int16_t>(static_cast<int32_t>(product) >> shift);
+    }
+  }
+  LevelDeltas(const LevelDeltas&) = delete;
+  LevelDeltas& operator=(const LevelDeltas&) = delete;
+
+  const int16_t* Get() const { return is_level_ ? deltas_ : nullptr; }
+
+ private:
+  bool is_level_;
+  int16_t deltas_[OVRA_DIFFERENCE_TABLE_SIZE];
+};
+
 // What blurs along a row and across rows. The weights (32, 64, 32) need no limit, and
 // (8, 32, 48, 32, 8) are the former twice along a row, but one sum across.
 struct BlurKernels {
@@ -66,8 +90,9 @@ struct BlurKernels {
         ForTier(tier, kPlaneFilterPlain, kPlaneFilterSse, kPlaneFilterAvx2);
     const YUsmKernels& mask = ForTier(tier, kYUsmPlain, kYUsmSse, kYUsmAvx2);
     const bool three_taps = has(kThreeTapWeights);
-    along = three_taps ? plane.three_taps : has(kFiveTapWeights) ? mask.smooth_twice : plane.shift;
-    across = three_taps ? plane.three_taps : mask.limited;
+    const bool five_taps = has(kFiveTapWeights);
+    along = three_taps ? plane.three_taps : five_taps ? mask.smooth_twice : plane.shift;
+    across = three_taps ? plane.three_taps : five_taps ? mask.five_taps : mask.limited;
   }
 
   CombineRowsKernel* along;
@@ -94,7 +119,9 @@ class YUsmRun {
         after_(taps_ >> 1),
         before_(taps_ - 1 - after_),
         depth_bits_(static_cast<int32_t>(format.depth_bits)),
-        tables_{context.correction_table, context.level_table, depth_bits_ == 8 ? 16 : 14},
+        shift_(depth_bits_ == 8 ? 16 : 14),
+        level_deltas_(context, shift_),
+        tables_{context.correction_table, context.level_table, shift_, level_deltas_.Get()},
         weights_(context),
         blur_kernels_(weights_.kernel, tier),
         find_deltas_(ForTier(tier, kYUsmPlain, kYUsmSse, kYUsmAvx2).find_deltas),
@@ -170,6 +197,8 @@ class YUsmRun {
   const int32_t after_;   // taps right of and below the pixel
   const int32_t before_;  // left of and above it: one less for even counts
   const int32_t depth_bits_;
+  const int32_t shift_;
+  const LevelDeltas level_deltas_;
   const YUsmTables tables_;
   const Weights weights_;
   const BlurKernels blur_kernels_;

@@ -14,9 +14,21 @@ struct YUsmBandTables {
   int32_t difference[OVRA_DIFFERENCE_TABLE_SIZE];  // in units of 1 / 128
 };
 
+// The strength of a band whose tables are the same everywhere: as its table entries' product, but
+// in parts of 16 bits. The lower counts signed.
+struct YUsmEvenBand {
+  int16_t whole;
+  int16_t fraction;
+};
+
 struct YUsmDoubleTables {
   YUsmBandTables coarse;
   YUsmBandTables fine;
+  // Whether the tables of both bands are the same everywhere, and the blurs stay within the
+  // luminance's range: then no sum of a delta needs more than 16 bits.
+  bool is_even;
+  YUsmEvenBand even_coarse;
+  YUsmEvenBand even_fine;
 };
 
 // The deltas of a row's 8-bit samples, from its luminance (0..1023) and that blurred coarsely and

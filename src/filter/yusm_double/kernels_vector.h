@@ -22,8 +22,35 @@ typename V::Reg ScaledBand(const YUsmBandTables& tables, typename V::Reg luminan
 }
 
 template <class V>
+typename V::Reg ScaledEvenBand(const YUsmEvenBand& strength, typename V::Reg band) {
+  return V::Add16(V::MulLow16(band, V::Set16(strength.whole)),
+                  V::MulHigh16(band, V::Set16(strength.fraction)));
+}
+
+// Without a look-up.
+template <class V>
+void FindEvenDeltas(const int16_t* luminance, const int16_t* coarse_blur, const int16_t* fine_blur,
+                    int16_t* deltas, std::ptrdiff_t columns, const YUsmDoubleTables& tables) {
+  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+  std::ptrdiff_t x = 0;
+  for (; x + kStep <= columns; x += kStep) {
+    const auto y = V::Load(luminance + x);
+    const auto coarse = V::Load(coarse_blur + x);
+    const auto fine = V::Load(fine_blur + x);
+    const auto bands = V::Add16(ScaledEvenBand<V>(tables.even_coarse, V::Sub16(fine, coarse)),
+                                ScaledEvenBand<V>(tables.even_fine, V::Sub16(y, fine)));
+    V::Store(deltas + x, V::ShiftRight16(V::Add16(V::Sub16(coarse, y), bands), 2));
+  }
+  NarrowerThan<V>(kYUsmDoublePlain, kYUsmDoubleSse)
+      .find_deltas(luminance + x, coarse_blur + x, fine_blur + x, deltas + x, columns - x, tables);
+}
+
+template <class V>
 void FindDeltas(const int16_t* luminance, const int16_t* coarse_blur, const int16_t* fine_blur,
                 int16_t* deltas, std::ptrdiff_t columns, const YUsmDoubleTables& tables) {
+  if (tables.is_even) {
+    return FindEvenDeltas<V>(luminance, coarse_blur, fine_blur, deltas, columns, tables);
+  }
   constexpr std::ptrdiff_t kStep = V::kBytes / 4;
   std::ptrdiff_t x = 0;
   for (; x + kStep <= columns; x += kStep) {

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The two forms of the double unsharp mask.
+// The rows of the double unsharp mask.
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <limits>
 
 #include "core/row_ring.h"
@@ -28,7 +29,46 @@ void FillBandTables(const YUsmBand& band, YUsmBandTables* tables) {
   std::copy_n(band.difference_table, OVRA_DIFFERENCE_TABLE_SIZE, tables->difference);
 }
 
-// The steps between pixels and luminance, which both forms share.
+bool IsEven(const YUsmBandTables& tables) {
+  const auto is_even = [](const auto& table) {
+    return std::all_of(std::begin(table), std::end(table),
+                       [&table](int32_t entry) { return entry == table[0]; });
+  };
+  return is_even(tables.level) && is_even(tables.difference);
+}
+
+// Whether every blurred sample is a mean of samples, for certain.
+bool IsMean(const YUsmBand& band) {
+  constexpr int64_t kMostOfAll = 1 << 20;  // times a luminance they are 31 bits
+  int64_t sum = 0;
+  for (uint32_t k = 0; k < band.tap_count; ++k) {
+    if (band.weights[k] < 0 || band.weights[k] > kMostOfAll) return false;
+    sum += band.weights[k];
+  }
+  return sum <= kMostOfAll;
+}
+
+// False where the strength is more than a few times the band.
+bool FindEvenBand(const YUsmBandTables& tables, YUsmEvenBand* even) {
+  constexpr int32_t kMostTimes = 8;
+  constexpr int32_t kOne = 1 << 16;
+  const int64_t strength = int64_t{tables.difference[0]} * tables.level[0] >> 8;
+  if (strength > kMostTimes * kOne || strength < -kMostTimes * kOne) return false;
+  even->fraction = static_cast<int16_t>(strength);
+  even->whole = static_cast<int16_t>((strength - even->fraction) / kOne);
+  return true;
+}
+
+void FillTables(const YUsmDoubleParameters& parameters, YUsmDoubleTables* tables) {
+  FillBandTables(parameters.coarse, &tables->coarse);
+  FillBandTables(parameters.fine, &tables->fine);
+  tables->is_even = IsMean(parameters.coarse) && IsMean(parameters.fine) &&
+                    IsEven(tables->coarse) && IsEven(tables->fine) &&
+                    FindEvenBand(tables->coarse, &tables->even_coarse) &&
+                    FindEvenBand(tables->fine, &tables->even_fine);
+}
+
+// The steps between pixels and luminance.
 class MaskRows {
  public:
   MaskRows(const uint8_t* source, uint8_t* destination, std::ptrdiff_t width, uint32_t color_model,
@@ -42,10 +82,9 @@ class MaskRows {
         find_deltas_(ForTier(tier, kYUsmDoublePlain, kYUsmDoubleSse, kYUsmDoubleAvx2).find_deltas) {
   }
 
-  // Rows stand next to one another: `rows` of them are one long row.
-  void Extract(std::ptrdiff_t row, std::ptrdiff_t rows, int16_t* luminance) const {
-    luminance_.extract(RowAt<uint8_t>(source_, kBytesPerPixel * width_, row), luminance,
-                       width_ * rows, kDepthBits);
+  void Extract(std::ptrdiff_t row, int16_t* luminance) const {
+    luminance_.extract(RowAt<uint8_t>(source_, kBytesPerPixel * width_, row), luminance, width_,
+                       kDepthBits);
   }
 
   // The deltas take the place of the coarse blur, of one row, which stays in the cache meanwhile.
@@ -65,34 +104,6 @@ class MaskRows {
   const LuminanceKernels::OfLayout luminance_;
   FindDoubleDeltasRow* const find_deltas_;
 };
-
-Status FilterWholePlanes(const MaskRows& rows, uint32_t width, uint32_t height,
-                         const YUsmDoubleParameters& parameters, KernelTier tier) {
-  const uint64_t pixels = uint64_t{width} * height;
-  WorkMemory<int16_t> luminance;
-  WorkMemory<int16_t> coarse_blur;
-  WorkMemory<int16_t> fine_blur;
-  WorkMemory<int16_t> scratch;
-  if (!luminance.Allocate(pixels) || !coarse_blur.Allocate(pixels) || !fine_blur.Allocate(pixels) ||
-      !scratch.Allocate(pixels)) {
-    return OVRA_ERROR_NO_MEMORY;
-  }
-  const auto row_samples = static_cast<std::ptrdiff_t>(width);
-  const auto row_count = static_cast<std::ptrdiff_t>(height);
-  rows.Extract(0, row_count, luminance.data());
-  const auto blur = [&](const YUsmBand& band, int16_t* output) {
-    return SeparablePlaneFilter(luminance.data(), output, width, height, band.tap_count,
-                                band.weights, scratch.data(), tier);
-  };
-  Status status = blur(parameters.fine, fine_blur.data());
-  if (status == OVRA_OK) status = blur(parameters.coarse, coarse_blur.data());
-  if (status != OVRA_OK) return status;
-  for (std::ptrdiff_t row = 0; row < row_count; ++row) {
-    const std::ptrdiff_t at = row * row_samples;
-    rows.Correct(row, luminance.data() + at, coarse_blur.data() + at, fine_blur.data() + at);
-  }
-  return OVRA_OK;
-}
 
 // One blur of the luminance, row by row from the top.
 class StreamedBlur {
@@ -118,15 +129,15 @@ class StreamedBlur {
   }
 
  private:
-  PlaneFilter filter_;
+  SeparablePlaneFilter filter_;
   RowRing<int16_t> filtered_;  // horizontally
   WorkMemory<int16_t> blurred_;
   std::ptrdiff_t height_ = 0;
   std::ptrdiff_t next_ = 0;  // the first row not yet filtered horizontally
 };
 
-Status FilterStreaming(const MaskRows& rows, uint32_t width, uint32_t height,
-                       const YUsmDoubleParameters& parameters, KernelTier tier) {
+Status FilterRows(const MaskRows& rows, uint32_t width, uint32_t height,
+                  const YUsmDoubleParameters& parameters, KernelTier tier) {
   const auto row_count = static_cast<std::ptrdiff_t>(height);
   StreamedBlur coarse;
   StreamedBlur fine;
@@ -142,7 +153,7 @@ Status FilterStreaming(const MaskRows& rows, uint32_t width, uint32_t height,
   std::ptrdiff_t next = 0;  // the first row not yet read
   for (std::ptrdiff_t row = 0; row < row_count; ++row) {
     for (; next < std::min(row_count, row + rows_ahead + 1); ++next) {
-      rows.Extract(next, 1, luminance.Row(next));
+      rows.Extract(next, luminance.Row(next));
     }
     const int16_t* const fine_blur = fine.Blur(row, luminance);
     int16_t* const coarse_blur = coarse.Blur(row, luminance);
@@ -153,29 +164,16 @@ Status FilterStreaming(const MaskRows& rows, uint32_t width, uint32_t height,
 
 }  // namespace
 
-YUsmDoubleForm ChooseYUsmDoubleForm(uint32_t width, uint32_t height) {
-  constexpr uint32_t kLongSide = 2139;
-  constexpr uint32_t kShortSide = 1536;
-  const bool is_small =
-      std::max(width, height) <= kLongSide && std::min(width, height) <= kShortSide;
-  return is_small ? YUsmDoubleForm::kWholePlanes : YUsmDoubleForm::kStreaming;
-}
-
 Status FilterYUsmDouble(const uint8_t* source, uint8_t* destination, uint32_t width,
                         uint32_t height, uint32_t color_model,
-                        const YUsmDoubleParameters& parameters, YUsmDoubleForm form,
-                        KernelTier tier) {
+                        const YUsmDoubleParameters& parameters, KernelTier tier) {
   if (width > kMaxSide || height > kMaxSide) return OVRA_ERROR_NO_MEMORY;
   WorkMemory<YUsmDoubleTables> tables;
   if (!tables.Allocate(1)) return OVRA_ERROR_NO_MEMORY;
-  FillBandTables(parameters.coarse, &tables[0].coarse);
-  FillBandTables(parameters.fine, &tables[0].fine);
+  FillTables(parameters, &tables[0]);
   const MaskRows rows(source, destination, static_cast<std::ptrdiff_t>(width), color_model,
                       tables[0], tier);
-  if (form == YUsmDoubleForm::kWholePlanes) {
-    return FilterWholePlanes(rows, width, height, parameters, tier);
-  }
-  return FilterStreaming(rows, width, height, parameters, tier);
+  return FilterRows(rows, width, height, parameters, tier);
 }
 
 }  // namespace ovra

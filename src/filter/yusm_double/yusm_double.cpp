@@ -73,8 +73,7 @@ Status RunYUsmDouble(const uint8_t* source, uint8_t* destination, uint32_t width
        context->difference_table2}};
   status = CheckSize(width, height, parameters);
   if (status != OVRA_OK) return status;
-  return FilterYUsmDouble(source, destination, width, height, color_model, parameters,
-                          ChooseYUsmDoubleForm(width, height), tier);
+  return FilterYUsmDouble(source, destination, width, height, color_model, parameters, tier);
 }
 
 Status RunYUsmDoubleSingleStep(const uint8_t* source, uint8_t* destination, uint32_t width,
@@ -88,8 +87,7 @@ Status RunYUsmDoubleSingleStep(const uint8_t* source, uint8_t* destination, uint
     return OVRA_ERROR_YUSM_DOUBLE_ARGUMENT;
   }
   if (width == 0 || height == 0) return OVRA_OK;
-  return FilterYUsmDouble(source, destination, width, height, color_model, parameters,
-                          ChooseYUsmDoubleForm(width, height), tier);
+  return FilterYUsmDouble(source, destination, width, height, color_model, parameters, tier);
 }
 
 }  // namespace ovra

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// The double unsharp mask inside, with its form and the tier of kernels as arguments.
+// The double unsharp mask inside, with the tier of kernels as an argument.
 #pragma once
 
 #include <cstdint>
@@ -41,19 +41,10 @@ struct YUsmDoubleParameters {
   YUsmBand fine;    // numbered 2
 };
 
-// Both forms give the same bytes.
-enum class YUsmDoubleForm {
-  kWholePlanes,  // small images: four planes of their size
-  kStreaming,    // larger ones: the rows that the kernels reach
-};
-
-YUsmDoubleForm ChooseYUsmDoubleForm(uint32_t width, uint32_t height);
-
 // Runs on images of checked sizes and colour model. OVRA_ERROR_NO_MEMORY is the only failure.
 Status FilterYUsmDouble(const uint8_t* source, uint8_t* destination, uint32_t width,
                         uint32_t height, uint32_t color_model,
-                        const YUsmDoubleParameters& parameters, YUsmDoubleForm form,
-                        KernelTier tier);
+                        const YUsmDoubleParameters& parameters, KernelTier tier);
 
 Status MakeYUsmDoubleContext(PixelFormatCode code, const YUsmDoubleParameters& parameters,
                              ContextPtr<YUsmDoubleContext>* context);
