@@ -201,8 +201,7 @@ class PngWriter : public RowWriter {
     if constexpr (std::endian::native == std::endian::little) png_set_swap(png_);
   }
 
-  // One filter and little search: of photographs that takes a third of the time of libpng's own
-  // choice, and the files are hardly larger.
+  // One filter and little search: most of the time goes into the search, and files are hardly larger.
   void SetCompression(std::optional<int> compression) {
     if (compression) return png_set_compression_level(png_, *compression);
     png_set_compression_level(png_, 1);
