@@ -63,7 +63,10 @@ class BandCounter {
     count_ += count_middling_(fine_.Row(y, height), coarse_.Row(y, height), width_);
   }
 
-  bool ExceedsAFifthOf(double pixels) const { return static_cast<double>(count_) / pixels > 0.2; }
+  // With so many pixels more that may count.
+  bool ExceedsAFifthOf(double pixels, uint64_t more) const {
+    return static_cast<double>(count_ + more) / pixels > 0.2;
+  }
 
  private:
   std::ptrdiff_t width_ = 0;
@@ -98,8 +101,10 @@ bool HasMiddlingDetail(const uint8_t* source, uint32_t width, uint32_t height, K
     if (y < kDelay) continue;
     first.CountRow(y - kDelay, rows);
     second.CountRow(y - kDelay, rows);
-    // The counts only grow.
-    if (first.ExceedsAFifthOf(pixels) || second.ExceedsAFifthOf(pixels)) return true;
+    // The counts only grow, and by no more than the pixels that are left.
+    if (first.ExceedsAFifthOf(pixels, 0) || second.ExceedsAFifthOf(pixels, 0)) return true;
+    const uint64_t left = uint64_t{width} * static_cast<uint64_t>(rows - 1 - (y - kDelay));
+    if (!first.ExceedsAFifthOf(pixels, left) && !second.ExceedsAFifthOf(pixels, left)) return false;
   }
   return false;
 }

@@ -89,48 +89,57 @@ typename V::Reg DivideByNeighbours(typename V::Reg a) {
   return V::Sub16(quotient, V::ShiftRight16(a, 15));
 }
 
-// Filters V::kBytes pixels from column x on, two registers of 16-bit samples a channel. The results
-// of each channel are one register of bytes.
+// Filters a register's 16-bit samples from column x on. Neighbours are taken two by two, so that the
+// bytes of their distances fill a register: both pull at the same pixels, whose sums stay in
+// registers. The pixel itself, in the middle, does not pull.
 template <class V, int kSegments>
-void FilterBlock(const EdgeNeighbours& neighbours, const EdgeLookup<V, kSegments>& look_up,
-                 std::ptrdiff_t x, typename V::Reg (&results)[3]) {
+void FilterSamples(const EdgeNeighbours& neighbours, const EdgeLookup<V, kSegments>& look_up,
+                   std::ptrdiff_t x, typename V::Reg (&values)[3]) {
   using Reg = typename V::Reg;
-  constexpr std::ptrdiff_t kSamples = V::kBytes / 2;
   const std::ptrdiff_t stride = neighbours.plane_stride;
-  Reg centre[3][2];
-  Reg pull[3][2];
+  Reg centre[3];
+  Reg pull[3];
   for (int c = 0; c < 3; ++c) {
-    for (int h = 0; h < 2; ++h) {
-      centre[c][h] = V::Load(neighbours.Centre() + c * stride + x + h * kSamples);
-      pull[c][h] = V::Zero();
-    }
+    centre[c] = V::Load(neighbours.Centre() + c * stride + x);
+    pull[c] = V::Zero();
   }
-  for (const int16_t* const samples : neighbours.samples) {
-    Reg difference[3][2];  // from the neighbour to the pixel; the factors are negative
-    Reg distance[2] = {V::Zero(), V::Zero()};
-    for (int c = 0; c < 3; ++c) {
-      for (int h = 0; h < 2; ++h) {
-        difference[c][h] = V::Sub16(centre[c][h], V::Load(samples + c * stride + x + h * kSamples));
-        distance[h] = V::Add16(distance[h], V::Abs16(difference[c][h]));
+  for (int k = 0; k < kEdgeNeighbours / 2; ++k) {
+    const int16_t* const samples[2] = {neighbours.samples[k],
+                                       neighbours.samples[kEdgeNeighbours - 1 - k]};
+    Reg difference[2][3];  // from the neighbour to the pixel; the factors are negative
+    Reg distance[2];
+    for (int n = 0; n < 2; ++n) {
+      for (int c = 0; c < 3; ++c) {
+        difference[n][c] = V::Sub16(centre[c], V::Load(samples[n] + c * stride + x));
       }
+      distance[n] = V::Add16(V::Add16(V::Abs16(difference[n][0]), V::Abs16(difference[n][1])),
+                             V::Abs16(difference[n][2]));
     }
     // Twice the distance saturates at 255, which the average with 0 rounds to 128: beyond the end
     // of both tables.
     static_assert(kEdgeSampleScale == 2);
     Reg factors[2];
     look_up(V::AverageU8(V::PackU16(distance[0], distance[1]), V::Zero()), factors);
-    for (int c = 0; c < 3; ++c) {
-      for (int h = 0; h < 2; ++h) {
-        pull[c][h] = V::Add16(pull[c][h], V::MulHigh16(difference[c][h], factors[h]));
+    for (int n = 0; n < 2; ++n) {
+      for (int c = 0; c < 3; ++c) {
+        pull[c] = V::Add16(pull[c], V::MulHigh16(difference[n][c], factors[n]));
       }
     }
   }
   for (int c = 0; c < 3; ++c) {
-    Reg value[2];
-    for (int h = 0; h < 2; ++h) {
-      value[h] = V::Add16(V::ShiftRight16(centre[c][h], 1), DivideByNeighbours<V>(pull[c][h]));
-    }
-    results[c] = V::InOrder(V::PackU16(value[0], value[1]));
+    values[c] = V::Add16(V::ShiftRight16(centre[c], 1), DivideByNeighbours<V>(pull[c]));
+  }
+}
+
+// V::kBytes pixels from column x on: one register of bytes a channel.
+template <class V, int kSegments>
+void FilterBlock(const EdgeNeighbours& neighbours, const EdgeLookup<V, kSegments>& look_up,
+                 std::ptrdiff_t x, typename V::Reg (&results)[3]) {
+  typename V::Reg values[2][3];
+  FilterSamples<V, kSegments>(neighbours, look_up, x, values[0]);
+  FilterSamples<V, kSegments>(neighbours, look_up, x + V::kBytes / 2, values[1]);
+  for (int c = 0; c < 3; ++c) {
+    results[c] = V::InOrder(V::PackU16(values[0][c], values[1][c]));
   }
 }
 

@@ -33,6 +33,7 @@ CombineRowsKernel CombineRowsZero;  // for weights that sum to zero or less, in 
 // The vector forms need weight_pairs.
 struct PlaneFilterKernels {
   CombineRowsKernel* shift;       // for weights that sum to kPlaneUnitSum
+  CombineRowsKernel* mirrored;    // the same, where IsMirroredMean and samples are below 2^14
   CombineRowsKernel* divide;      // to another positive number
   CombineRowsKernel* three_taps;  // for the weights 32, 64, 32
 };

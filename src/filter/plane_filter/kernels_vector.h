@@ -39,15 +39,22 @@ void CombineRowsThreeTaps(const int16_t* const* rows, const PlaneKernel& kernel,
 }
 
 // The weighted sums for one block, modulo 2^32: those of the lower half of each lane in sums[0].
-template <class V>
+// Rows of equal weights, the first and the last and so on, may be added first.
+template <class V, bool kMirrored = false>
 void WeightedSums(const int16_t* const* rows, const PlaneKernel& kernel, std::ptrdiff_t x,
                   typename V::Reg (&sums)[2]) {
   using Reg = typename V::Reg;
   sums[0] = V::Zero();
   sums[1] = V::Zero();
-  for (std::ptrdiff_t k = 0; k < kernel.taps; k += 2) {
-    const Reg a = V::Load(rows[k] + x);
-    const Reg b = k + 1 < kernel.taps ? V::Load(rows[k + 1] + x) : V::Zero();
+  const std::ptrdiff_t taps = kMirrored ? (kernel.taps + 1) / 2 : kernel.taps;
+  const auto row = [&](std::ptrdiff_t k) {
+    const std::ptrdiff_t other = kernel.taps - 1 - k;
+    const Reg samples = V::Load(rows[k] + x);
+    return kMirrored && other != k ? V::Add16(samples, V::Load(rows[other] + x)) : samples;
+  };
+  for (std::ptrdiff_t k = 0; k < taps; k += 2) {
+    const Reg a = row(k);
+    const Reg b = k + 1 < taps ? row(k + 1) : V::Zero();
     const Reg weights = V::Set32(kernel.weight_pairs[k / 2]);
     sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<16>(a, b), weights));
     sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<16>(a, b), weights));
@@ -61,12 +68,12 @@ typename V::Reg PackWrapped(typename V::Reg low, typename V::Reg high) {
                     V::ShiftRight32(V::ShiftLeft32(high, 16), 16));
 }
 
-template <class V>
+template <class V, bool kMirrored>
 void CombineRowsShift(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
                       std::ptrdiff_t width) {
   const auto block = [&](std::ptrdiff_t x) {
     typename V::Reg sums[2];
-    WeightedSums<V>(rows, kernel, x, sums);
+    WeightedSums<V, kMirrored>(rows, kernel, x, sums);
     // As PackWrapped, of the sums shifted down.
     for (auto& sum : sums) sum = V::ShiftRight32(V::ShiftLeft32(sum, 16 - kPlaneUnitBits), 16);
     V::Store(output + x, V::PackS32(sums[0], sums[1]));
@@ -111,7 +118,8 @@ void CombineRowsDivide(const int16_t* const* rows, const PlaneKernel& kernel, in
 }
 
 template <class V>
-constexpr PlaneFilterKernels kPlaneFilterOf = {CombineRowsShift<V>, CombineRowsDivide<V>,
+constexpr PlaneFilterKernels kPlaneFilterOf = {CombineRowsShift<V, false>,
+                                               CombineRowsShift<V, true>, CombineRowsDivide<V>,
                                                CombineRowsThreeTaps<V>};
 
 }  // namespace

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "filter/plane_filter/plane_filter.h"
 
+#include <iterator>
+#include <numeric>
+
 namespace ovra {
 namespace {
 
@@ -30,13 +33,21 @@ void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs) {
   }
 }
 
+bool IsMirroredMean(const PlaneKernel& kernel) {
+  const int32_t* const end = kernel.weights + kernel.taps;
+  return std::all_of(kernel.weights, end, [](int32_t w) { return w >= 0; }) &&
+         std::accumulate(kernel.weights, end, int64_t{0}) == kPlaneUnitSum &&
+         std::equal(kernel.weights, end, std::make_reverse_iterator(end));
+}
+
 CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier) {
   if (kernel.sum <= 0) return CombineRowsZero;
   const KernelTier usable = kernel.weight_pairs == nullptr ? KernelTier::kPlain : tier;
   const PlaneFilterKernels& kernels =
       ForTier(usable, kPlaneFilterPlain, kPlaneFilterSse, kPlaneFilterAvx2);
   if (IsThreeTaps(kernel)) return kernels.three_taps;
-  return kernel.sum == kPlaneUnitSum ? kernels.shift : kernels.divide;
+  if (kernel.sum != kPlaneUnitSum) return kernels.divide;
+  return IsMirroredMean(kernel) ? kernels.mirrored : kernels.shift;
 }
 
 bool SeparablePlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,

@@ -15,13 +15,17 @@ namespace ovra {
 // Writes PlaneKernel::weight_pairs for so many weights.
 void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs);
 
-// The kernel that applies these weights.
+// Whether the weights read the same from both ends, are not negative and sum to kPlaneUnitSum: then
+// no sample becomes greater.
+bool IsMirroredMean(const PlaneKernel& kernel);
+
+// The kernel that applies these weights to samples below 2^14 in magnitude.
 CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier);
 
 // One kernel made ready for rows of one width. Horizontal and vertical filtering are separate
 // steps, so that a caller may keep as many rows as it likes.
 //
-// Weight k belongs to the sample at offset k - Before(); samples beyond the ends of a row are those
+// Samples are below 2^14 in magnitude. Weight k belongs to the sample at offset k - Before(); samples beyond the ends of a row are those
 // at its ends. Sums are formed modulo 2^32 and give a sample, of which the low 16 bits are kept:
 //
 //   weights sum to 128         sum >> 7, rounding down

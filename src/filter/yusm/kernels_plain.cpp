@@ -41,6 +41,7 @@ void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* delta
 
 }  // namespace
 
-const YUsmKernels kYUsmPlain = {CombineRowsLimited, SmoothTwice, CombineRowsLimited, FindDeltas};
+const YUsmKernels kYUsmPlain = {CombineRowsLimited, CombineRowsLimited, SmoothTwice,
+                                CombineRowsLimited, FindDeltas};
 
 }  // namespace ovra

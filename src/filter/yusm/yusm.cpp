@@ -91,8 +91,14 @@ struct BlurKernels {
     const YUsmKernels& mask = ForTier(tier, kYUsmPlain, kYUsmSse, kYUsmAvx2);
     const bool three_taps = has(kThreeTapWeights);
     const bool five_taps = has(kFiveTapWeights);
-    along = three_taps ? plane.three_taps : five_taps ? mask.smooth_twice : plane.shift;
-    across = three_taps ? plane.three_taps : five_taps ? mask.five_taps : mask.limited;
+    const bool mirrored = IsMirroredMean(blur);
+    along = mirrored ? plane.mirrored : plane.shift;
+    across = mirrored ? mask.mirrored : mask.limited;
+    if (three_taps) along = across = plane.three_taps;
+    if (five_taps) {
+      along = mask.smooth_twice;
+      across = mask.five_taps;
+    }
   }
 
   CombineRowsKernel* along;
