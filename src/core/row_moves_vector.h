@@ -119,7 +119,8 @@ struct RowMover {
     const auto left = [row_bytes](std::ptrdiff_t place) { return row_bytes - place; };
     for (; left(x) == kBlockBytes || left(x) >= kBlockBytes + kStepBytes; x += kBlockBytes) {
       const uint8_t* const block = From(source, row_bytes, x, kBlockBytes);
-      Prefetch(block + next);
+      // A row's beginning is more than a processor foresees: asks for the next row's same bytes.
+      PrefetchAt(block, next, kBlockBytes);
       Move<kBlockBytes, kStreaming>(block, destination + x);
     }
     return x;
@@ -135,13 +136,6 @@ struct RowMover {
     if (x < end) {
       x = end - kStepBytes;
       Move<kStepBytes, false>(From(source, row_bytes, x, kStepBytes), destination + x);
-    }
-  }
-
-  // The same bytes of the next row: a row's beginning is more than a processor foresees.
-  static void Prefetch(const uint8_t* block) {
-    for (std::ptrdiff_t i = 0; i < kBlockBytes; i += kLineBytes) {
-      PrefetchLine(reinterpret_cast<uintptr_t>(block + i));
     }
   }
 

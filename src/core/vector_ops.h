@@ -307,6 +307,13 @@ inline void PrefetchLine(uintptr_t address) {
   _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 }
 
+// The same for the lines of `bytes` bytes that stand `distance` from these.
+inline void PrefetchAt(const void* here, std::ptrdiff_t distance, std::ptrdiff_t bytes) {
+  constexpr uintptr_t kLineBytes = 64;
+  const uintptr_t there = reinterpret_cast<uintptr_t>(here) + static_cast<uintptr_t>(distance);
+  for (uintptr_t i = 0; i < static_cast<uintptr_t>(bytes); i += kLineBytes) PrefetchLine(there + i);
+}
+
 // Streaming stores go round the cache, in no order: this ends them.
 inline void FinishStreaming() {
   _mm_sfence();

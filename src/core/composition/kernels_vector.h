@@ -23,7 +23,7 @@ typename V::Reg LoadLanes(const uint8_t* p, std::ptrdiff_t step) {
 
 // The same place of the next row: a row's beginning is more than a processor foresees.
 inline void Prefetch(const uint8_t* p, std::ptrdiff_t next) {
-  PrefetchLine(reinterpret_cast<uintptr_t>(p) + static_cast<uintptr_t>(next));
+  PrefetchAt(p, next, 1);
 }
 
 // The first N bytes of each lane, without gaps.

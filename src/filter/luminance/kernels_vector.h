@@ -128,9 +128,13 @@ template <class V, class Sample, int kAt>
 void Extract(const uint8_t* source, int16_t* luminance, std::ptrdiff_t pixels, int32_t depth_bits) {
   constexpr std::ptrdiff_t kChannels = kLuminanceLayouts[kAt].channels;
   constexpr std::ptrdiff_t kStep = V::kLanes * kLanePixels<Sample>;
+  constexpr auto kSampleBytes = static_cast<std::ptrdiff_t>(sizeof(Sample));
   const auto* const samples = reinterpret_cast<const Sample*>(source);
   std::ptrdiff_t i = 0;
   for (; i + kStep <= pixels; i += kStep) {
+    // Rows are read one after the other: asks for the same pixels of the next.
+    PrefetchAt(samples + kChannels * i, kChannels * pixels * kSampleBytes,
+               kChannels * kStep * kSampleBytes);
     ExtractBlock<V, kLuminanceLayouts[kAt]>(samples + kChannels * i, luminance + i, depth_bits);
   }
   const auto* const rest = reinterpret_cast<const uint8_t*>(samples + kChannels * i);
