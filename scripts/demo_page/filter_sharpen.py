@@ -27,7 +27,7 @@ def add(page, pictures):
             result = f"sharpen-{number}-{variant}.png"
             step = page.ovra("sharpen", *options, picture, result)
             difference = f"sharpen-{number}-{variant}-difference.png"
-            page.ovra("difference", "--gain", GAIN, picture, result, difference)
+            page.ovra("compare", "--gain", GAIN, picture, result, "-o", difference, differ=True)
             figures += [page.figure(result, title, step),
                         page.figure(difference, f"Difference, {GAIN} times")]
         page.figures(*figures)

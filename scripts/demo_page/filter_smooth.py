@@ -25,7 +25,7 @@ def add_figures(page, pictures, command, gain, variants):
             result = f"{command}-{number}-{variant}.png"
             step = page.ovra(command, *options, picture, result)
             difference = f"{command}-{number}-{variant}-difference.png"
-            page.ovra("difference", "--gain", gain, picture, result, difference)
+            page.ovra("compare", "--gain", gain, picture, result, "-o", difference, differ=True)
             figures += [page.figure(result, title, step),
                         page.figure(difference, f"Difference, {gain} times")]
         page.figures(*figures)

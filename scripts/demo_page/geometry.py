@@ -48,9 +48,9 @@ def add_composition(page, pictures):
     drawn = {"--hue-circle": "circle.png", "--hue-spot": "spot.png", "--grey-ramp": "weights.png"}
     for kind, name in drawn.items():
         page.run("ovra_scene", kind, "--width", side, "--height", side, name)
-    copied = page.ovra("compose", background, "circle.png", "compose-copy.png", *place)
-    by_alpha = page.ovra("compose", background, "spot.png", "compose-alpha.png", *place)
-    by_mask = page.ovra("compose", background, "circle.png", "compose-mask.png", *place,
+    copied = page.ovra("compose", background, "compose-copy.png", "--overlay", "circle.png", *place)
+    by_alpha = page.ovra("compose", background, "compose-alpha.png", "--overlay", "spot.png", *place)
+    by_mask = page.ovra("compose", background, "compose-mask.png", "--overlay", "circle.png", *place,
                         "--mask", "weights.png")
     page.figures(page.figure("circle.png", "Overlay"),
                  page.figure("spot.png", "Overlay with alpha"),

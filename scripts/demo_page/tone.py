@@ -60,7 +60,7 @@ def add_bands(page, picture):
         alone = f"band-{band + 1}-alone.png"
         page.ovra("clarity", "--bands", ",".join(weights), "--base-gain", 0, picture, alone)
         shown = f"band-{band + 1}.png"
-        step = page.ovra("difference", "--gain", 3, "band-none.png", alone, shown)
+        step = page.ovra("compare", "--gain", 3, "band-none.png", alone, "-o", shown, differ=True)
         (page.out / alone).unlink()
         figures.append(page.figure(shown, f"Band {band + 1}", step))
     page.figures(*figures)

@@ -121,13 +121,8 @@ CLI::Option* AddOutput(CLI::App& command, const std::string& name, std::string& 
     return "";
   };
   return command.add_option(name, path, description)
-      ->required()
       ->type_name("FILE")
       ->check(CLI::Validator(check, ""));
-}
-
-void PrintTime(const std::string& function, std::chrono::duration<double, std::milli> elapsed) {
-  std::printf("%s %.3f ms\n", function.c_str(), elapsed.count());
 }
 
 }  // namespace ovra_host

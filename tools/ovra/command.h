@@ -6,6 +6,7 @@
 #include <CLI/CLI.hpp>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -16,11 +17,17 @@
 
 namespace ovra_host {
 
+using PictureOperation = std::function<Picture(Picture)>;
+using TimeSink = std::function<void(const std::string& function, double milliseconds)>;
+
 // Options that stand before or after any subcommand.
 struct CommonOptions {
-  bool show_time = false;
+  TimeSink on_time;  // is told how long each call of the library took, when there is one
   ReadOptions read;
   WriteOptions write;
+
+  // While a chain is read, what the commands in it do to a picture; they take no files then.
+  std::vector<PictureOperation>* stages = nullptr;
 };
 
 struct Position {
@@ -59,23 +66,22 @@ std::vector<uint16_t> ParseFill(const std::string& text, const Image& image);
 // The modes of OvraRotateImage by name.
 const Choices& TurnChoices();
 
-// Positional file names. An output's extension is checked before any work is done.
+// File names; that of an input is required. An output's extension is checked before any work is done.
 CLI::Option* AddInput(CLI::App& command, const std::string& name, std::string& path,
                       const std::string& description = "picture to read");
 CLI::Option* AddOutput(CLI::App& command, const std::string& name, std::string& path,
-                       const std::string& description = "picture to write");
+                       const std::string& description);
 
 // Calls the library: `call` answers a status, and one that is not OVRA_OK becomes an Error with its
-// text. With --time the milliseconds of the call are printed, as in "OvraRotateImage 1.234 ms".
-void PrintTime(const std::string& function, std::chrono::duration<double, std::milli> elapsed);
-
+// text.
 template <class Call>
 void CallLibrary(const CommonOptions& common, const std::string& function, const Call& call) {
   const auto start = std::chrono::steady_clock::now();
   const OvraStatus status = call();
-  const auto elapsed = std::chrono::steady_clock::now() - start;
+  const std::chrono::duration<double, std::milli> elapsed =
+      std::chrono::steady_clock::now() - start;
   CheckStatus(status, function);
-  if (common.show_time) PrintTime(function, elapsed);
+  if (common.on_time) common.on_time(function, elapsed.count());
 }
 
 }  // namespace ovra_host

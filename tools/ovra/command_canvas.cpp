@@ -48,12 +48,11 @@ void AddCanvasCommand(CLI::App& app, const CommonOptions& common) {
   AddFill(*command, options->fill);
   command->footer(
       "Example:\n  ovra canvas --size 1200x800 --fill 250,245,235 photo.jpg framed.png");
-  AddPictureFiles(*command, common,
-                  OnImages(common, [options, offset, &common](const Image& image) {
-                    CanvasOptions given = *options;
-                    given.has_offset = offset->count() > 0;
-                    return Canvas(image, given, common);
-                  }));
+  AddPictureFiles(*command, common, OnPixels([options, offset, &common](const Image& image) {
+    CanvasOptions given = *options;
+    given.has_offset = offset->count() > 0;
+    return Canvas(image, given, common);
+  }));
 }
 
 }  // namespace ovra_host

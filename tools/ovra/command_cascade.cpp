@@ -43,7 +43,7 @@ void Cascade(const CascadeOptions& options, const CommonOptions& common) {
     result.rows[i / 3][i % 3] = double{1} * nodes[i] / kMaxResult;
   }
   result.title.clear();  // it named the first table alone
-  WriteCubeFile(result, options.output);
+  WriteCubeFile(result, options.output, common.write.overwrite);
 }
 
 }  // namespace

@@ -128,7 +128,7 @@ void AddClarityCommand(CLI::App& app, const CommonOptions& common) {
       "Example:\n  ovra clarity photo.jpg crisp.jpg\n"
       "  ovra clarity --soft-skin 0.6 --denoise 0.5 portrait.jpg soft.jpg\n"
       "  ovra clarity --bands 1.5:0.004:0:0.08,1.2 photo.jpg texture.png");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Clarity(image, *options, common);
   }));
 }

@@ -3,15 +3,14 @@
 
 #include "commands.h"
 #include "ovra/basic.h"
+#include "picture_files.h"
 #include "picture_forms.h"
 
 namespace ovra_host {
 namespace {
 
 struct ComposeOptions {
-  std::string background;
   std::string overlay;
-  std::string output;
   std::string mask;
   Position position;
   int32_t weight_of = OVRA_BLEND_WEIGHT_OF_SOURCE;
@@ -98,7 +97,7 @@ void MakeAlike(Image* background, Image* overlay, const ComposeOptions& options)
     }
   }
   if (background->channels() > overlay->channels()) {
-    throw Error(options.background + ": has alpha, and " + options.overlay +
+    throw Error("has alpha, and " + options.overlay +
                 " has none; both need it, or the overlay alone");
   }
 }
@@ -114,10 +113,7 @@ void NoteWhenOutside(const Image& background, const Image& overlay, const Compos
             "," + std::to_string(y) + "; nothing is changed");
 }
 
-void Compose(const ComposeOptions& options, const CommonOptions& common) {
-  CheckOutput(options.output, common.write);
-  Picture picture = ReadPicture(options.background, common.read);
-  Image& background = picture.image;
+Image Compose(Image background, const ComposeOptions& options, const CommonOptions& common) {
   Image overlay = ReadPicture(options.overlay, common.read).image;
   MakeAlike(&background, &overlay, options);
   NoteWhenOutside(background, overlay, options);
@@ -126,20 +122,18 @@ void Compose(const ComposeOptions& options, const CommonOptions& common) {
   } else {
     BlendByMask(background, overlay, options, common);
   }
-  WritePicture(picture, options.output, common.write);
+  return background;
 }
 
 }  // namespace
 
 void AddComposeCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command =
-      app.add_subcommand("compose", "Place a picture in another: copied, by alpha or by a mask");
+      app.add_subcommand("compose", "Place another picture in it: copied, by alpha or by a mask");
   const auto options = std::make_shared<ComposeOptions>();
-  AddInput(*command, "background", options->background, "picture that is drawn on");
   AddInput(
-      *command, "overlay", options->overlay,
-      "picture placed in it: blended by its alpha when it has that and the background has none");
-  AddOutput(*command, "output", options->output);
+      *command, "--overlay", options->overlay,
+      "picture placed in the others: blended by its alpha when it has that and they have none");
   AddPosition(*command, "--at", options->position, "where the overlay's top left corner lies");
   command->add_option("--mask", options->mask, "weights, a picture as large as the overlay")
       ->type_name("FILE");
@@ -147,8 +141,12 @@ void AddComposeCommand(CLI::App& app, const CommonOptions& common) {
       *command, "--weight-of", options->weight_of,
       {{"background", OVRA_BLEND_WEIGHT_OF_DESTINATION}, {"overlay", OVRA_BLEND_WEIGHT_OF_SOURCE}},
       "whose weight alpha and mask are; without it, the overlay's");
-  command->footer("Example:\n  ovra compose photo.jpg logo.png signed.jpg --at 40,20");
-  command->callback([options, &common] { Compose(*options, common); });
+  command->footer(
+      "Example:\n  ovra compose --overlay logo.png --at 40,20 photo.jpg signed.jpg\n"
+      "  ovra compose --overlay logo.png *.jpg -o signed");
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
+    return Compose(image, *options, common);
+  }));
 }
 
 }  // namespace ovra_host

@@ -15,18 +15,26 @@ constexpr size_t kChannels = 3;
 
 struct CurveOptions {
   std::vector<double> gamma;                    // one for all, or one a channel
+  double contrast = 0;                          // for all channels, after the gamma
   std::string points;                           // for all channels
   std::array<std::string, kChannels> channels;  // for one channel, after `points`
   bool linear = false;
 };
 
+// The slope is 1 + contrast in the middle and 1 - contrast at both ends, which stay.
+double WithContrast(double value, double contrast) {
+  constexpr double kTurn = 2 * 3.14159265358979323846;
+  return value - contrast * std::sin(kTurn * value) / kTurn;
+}
+
 // One channel's steps, in the order in which they are taken.
 struct ChannelCurve {
   double gamma = 1;
+  double contrast = 0;
   std::vector<ToneCurve> curves;
 
   double operator()(double value) const {
-    value = std::pow(value, 1 / gamma);
+    value = WithContrast(std::pow(value, 1 / gamma), contrast);
     for (const ToneCurve& curve : curves) value = curve(value);
     return value;
   }
@@ -35,6 +43,7 @@ struct ChannelCurve {
 ChannelCurve CurveFor(const CurveOptions& options, size_t channel) {
   const auto between = options.linear ? ToneCurve::Between::kLinear : ToneCurve::Between::kCubic;
   ChannelCurve curve;
+  curve.contrast = options.contrast;
   if (!options.gamma.empty()) {
     curve.gamma = options.gamma[options.gamma.size() == 1 ? 0 : channel];
   }
@@ -75,7 +84,12 @@ void AddCurveCommand(CLI::App& app, const CommonOptions& common) {
       ->allow_extra_args(false)
       ->check(CLI::Range(0.01, 100.0))
       ->type_name("G[,G,G]");
-  AddPoints(*curves, "--points", options->points, "curve of all channels, after the gamma");
+  curves
+      ->add_option("--contrast", options->contrast,
+                   "an S of all channels, after the gamma; below 0 flattens")
+      ->check(CLI::Range(-1.0, 1.0))
+      ->type_name("-1..1");
+  AddPoints(*curves, "--points", options->points, "curve of all channels, after these");
   AddPoints(*curves, "--red", options->channels[0], "curve of red alone, after that of all");
   AddPoints(*curves, "--green", options->channels[1], "curve of green alone");
   AddPoints(*curves, "--blue", options->channels[2], "curve of blue alone");
@@ -85,7 +99,7 @@ void AddCurveCommand(CLI::App& app, const CommonOptions& common) {
       "Points are given by fractions of full scale, from left to right; curves are smooth and\n"
       "never leave the values of the two points beside them.\n\n"
       "Example:\n  ovra curve --points 0:0,0.25:0.18,0.75:0.84,1:1 photo.jpg contrast.png");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Curve(image, *options, common);
   }));
 }

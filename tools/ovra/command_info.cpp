@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cstdio>
 
+#include "batch.h"
 #include "commands.h"
 #include "exif.h"
 #include "ovra/version.h"
@@ -57,12 +58,15 @@ void Info(const std::string& path, const CommonOptions& common) {
 void AddInfoCommand(CLI::App& app, const CommonOptions& common) {
   CLI::App* const command =
       app.add_subcommand("info", "Print what a picture is and how the library will see it");
-  const auto path = std::make_shared<std::string>();
-  AddInput(*command, "picture", *path);
+  const auto paths = std::make_shared<std::vector<std::string>>();
+  command->add_option("pictures", *paths, "pictures to read")->required()->type_name("FILE");
   command->footer(
       "What stands before the pixels is read, and nothing behind them.\n\n"
-      "Example:\n  ovra info photo.png");
-  command->callback([path, &common] { Info(*path, common); });
+      "Example:\n  ovra info photo.png\n  ovra info *.jpg");
+  command->callback([paths, &common] {
+    if (paths->size() == 1) return Info(paths->front(), common);
+    RunBatch(*paths, 1, [&](size_t i) { Info((*paths)[i], common); });
+  });
 }
 
 }  // namespace ovra_host

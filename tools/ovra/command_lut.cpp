@@ -67,7 +67,7 @@ void AddLutCommand(CLI::App& app, const CommonOptions& common) {
       "stays. Pictures keep their 8 or 16 bits a sample, but a table of three dimensions gives\n"
       "16-bit pictures 12 bits, spread over the range of 16.\n\n"
       "Example:\n  ovra lut --cube warm.cube photo.jpg warm.png");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Lut(image, *options, common);
   }));
 }

@@ -57,7 +57,7 @@ void AddMatrixCommand(CLI::App& app, const CommonOptions& common) {
       "  r g b 1 r*r g*g b*b r*g g*b b*r\n"
       "or of the first three of them. A # begins a remark.\n\n"
       "Example:\n  ovra matrix --saturation 1.3 photo.jpg vivid.png");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return OnThreeChannels(image, GreyBecomes::kColor,
                            [&](const Image& source) { return Matrix(source, *options, common); });
   }));

@@ -5,6 +5,7 @@
 
 #include "commands.h"
 #include "exif.h"
+#include "memory_share.h"
 #include "picture_files.h"
 #include "resize_bands.h"
 #include "resizing.h"
@@ -103,15 +104,24 @@ ResizePlan PlanFor(const ResizeOptions& options, Size whole, Size read, Metadata
   return plan;
 }
 
-void ResizeWhole(RowReader& reader, Size whole, const std::string& input, const std::string& output,
-                 const ResizeOptions& options, const CommonOptions& common) {
-  ReadOptions as_stored = common.read;
-  as_stored.auto_orient = false;
-  as_stored.strip = false;  // the orientation is needed
-  Picture picture = ReadPicture(reader, input, as_stored);
+Picture ResizePicture(Picture picture, Size whole, const ResizeOptions& options,
+                      const CommonOptions& common) {
   const Size read = {picture.image.width(), picture.image.height()};
   const ResizePlan plan = PlanFor(options, whole, read, &picture.metadata, common);
   picture.image = Resized(picture.image, plan, common);
+  return picture;
+}
+
+void ResizeWhole(std::unique_ptr<RowReader> reader, Size whole, const std::string& input,
+                 const std::string& output, const ResizeOptions& options,
+                 const CommonOptions& common) {
+  const MemoryShare share(reader->header());
+  ReadOptions as_stored = common.read;
+  as_stored.auto_orient = false;
+  as_stored.strip = false;  // the orientation is needed
+  Picture picture = ReadPicture(*reader, input, as_stored);
+  reader.reset();
+  picture = ResizePicture(std::move(picture), whole, options, common);
   if (common.read.strip) StripMetadata(&picture.metadata);
   WritePicture(picture, output, common.write);
 }
@@ -132,11 +142,13 @@ void Resize(const std::string& input, const std::string& output, const ResizeOpt
             const CommonOptions& common) {
   std::unique_ptr<RowReader> reader = OpenPicture(input, common.read.open);
   const Size whole = {reader->header().width, reader->header().height};
-  if (options.fast) reader = OpenReduced(input, reader->header(), options, common);
+  const bool can_open_again = input != kStandardStream;
+  if (options.fast && can_open_again)
+    reader = OpenReduced(input, reader->header(), options, common);
   const PictureHeader header = reader->header();
   const bool large = int64_t{header.width} * header.height >= kBandsFromPixels;
   if (options.band_rows == 0 && !large) {
-    return ResizeWhole(*reader, whole, input, output, options, common);
+    return ResizeWhole(std::move(reader), whole, input, output, options, common);
   }
   Metadata metadata = header.metadata;
   const ResizePlan plan = PlanFor(options, whole, {header.width, header.height}, &metadata, common);
@@ -166,22 +178,26 @@ CLI::Option* AddScale(CLI::App& command, double& scale) {
 }
 
 void AddSizeOptions(CLI::App& command, ResizeOptions& options) {
-  CLI::Option* const width =
-      command.add_option("--width", options.width, "width in pixels")->check(CLI::PositiveNumber);
-  CLI::Option* const height = command.add_option("--height", options.height, "height in pixels")
-                                  ->check(CLI::PositiveNumber);
+  CLI::Option* const width = command.add_option("--width", options.width, "width of the result")
+                                 ->check(CLI::PositiveNumber)
+                                 ->type_name("PIXELS");
+  CLI::Option* const height =
+      command.add_option("--height", options.height, "height of the result")
+          ->check(CLI::PositiveNumber)
+          ->type_name("PIXELS");
   CLI::Option* const scale = AddScale(command, options.scale);
   AddSize(command, "--fit", options.fit, "as large as fits into this")
       ->excludes(width, height, scale);
   scale->excludes(width, height);
 }
 
-void AddWayOptions(CLI::App& command, ResizeOptions& options) {
+void AddWayOptions(CLI::App& command, ResizeOptions& options, const CommonOptions& common) {
   command.add_flag("--fast", options.fast,
                    "Fewer pixels of the source count; a JPEG is reduced while it is read");
   command.add_flag("--straight", options.straight,
                    "Average colors without regard to alpha, as in masks kept "
                    "in the alpha channel");
+  if (common.stages != nullptr) return;  // pictures of a chain are in memory
   command
       .add_option("--bands", options.band_rows,
                   "Read so many rows at a time and never hold the whole "
@@ -199,7 +215,7 @@ void AddResizeCommand(CLI::App& app, const CommonOptions& common) {
   AddSizeOptions(*command, *options);
   AddRectangle(*command, "--crop", options->crop, "the part of the picture to take");
   AddChoice(*command, "--turn", options->turn, TurnChoices(), "turn or mirror the result");
-  AddWayOptions(*command, *options);
+  AddWayOptions(*command, *options, common);
   command->footer(
       "Proportions are kept: with both --width and --height the middle is "
       "taken and what does not\n"
@@ -208,11 +224,16 @@ void AddResizeCommand(CLI::App& app, const CommonOptions& common) {
       "keeps its size. The part is that of the upright picture, sizes are "
       "those after --turn.\n\n"
       "Example:\n  ovra resize --fit 1600x1200 photo.jpg smaller.jpg\n"
-      "  ovra resize --scale 50% *.jpg -o 'small/%s.jpg' --jobs 2");
-  AddPictureFiles(*command, common,
-                  [options, &common](const std::string& input, const std::string& output) {
-                    Resize(input, output, *options, common);
-                  });
+      "  ovra resize --scale 50% *.jpg -o 'small/%s.jpg'");
+  AddPictureFiles(
+      *command, common,
+      [options, &common](Picture picture) {
+        const Size whole = {picture.image.width(), picture.image.height()};
+        return ResizePicture(std::move(picture), whole, *options, common);
+      },
+      [options, &common](const std::string& input, const std::string& output) {
+        Resize(input, output, *options, common);
+      });
 }
 
 }  // namespace ovra_host

@@ -33,7 +33,7 @@ void AddRotateCommand(CLI::App& app, const CommonOptions& common) {
       "left and right are quarter turns; flip exchanges top and bottom; transpose reflects in the\n"
       "diagonal from top left to bottom right, anti-transpose in the other one.\n\n"
       "Example:\n  ovra rotate --mode left photo.jpg turned.png");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Rotate(image, *options, common);
   }));
 }

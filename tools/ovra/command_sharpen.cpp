@@ -243,7 +243,7 @@ void AddSharpenCommand(CLI::App& app, const CommonOptions& common) {
       "Example:\n  ovra sharpen photo.jpg sharp.jpg\n"
       "  ovra sharpen --amount 2.5 --radius 1.2 photo.jpg sharp.png\n"
       "  ovra sharpen --double --coarse-amount 1.4 photo.jpg crisp.jpg");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Sharpen(image, *options, common);
   }));
 }

@@ -24,7 +24,7 @@ void AddSmoothCommand(CLI::App& app, const CommonOptions& common) {
       "How strongly it smooths is chosen by how much fine color detail the picture holds. Changes\n"
       "are found at 8 bits a sample; deeper samples keep their lower bits.\n\n"
       "Example:\n  ovra smooth noisy.jpg smooth.png");
-  AddPictureFiles(*command, common, OnImages(common, [&common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([&common](const Image& image) {
     return OnThreeChannels(image, GreyBecomes::kGrey, [&](const Image& color) {
       return OnEightBits(color, [&](const Image& source) { return Smooth(source, common); });
     });

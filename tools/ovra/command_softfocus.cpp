@@ -53,7 +53,7 @@ void AddSoftFocusCommand(CLI::App& app, const CommonOptions& common) {
   command->footer(
       "Example:\n  ovra softfocus portrait.jpg soft.jpg\n"
       "  ovra softfocus --radius 150 --mix 0.7 portrait.jpg dream.jpg");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return OnThreeChannels(image, GreyBecomes::kGrey, [&](const Image& color) {
       return OnEightBits(color,
                          [&](const Image& source) { return SoftFocus(source, *options, common); });

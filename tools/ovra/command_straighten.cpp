@@ -134,7 +134,7 @@ void AddStraightenCommand(CLI::App& app, const CommonOptions& common) {
       "--angle 2.3. The part\n"
       "that is cut out is printed as X,Y,W,H.\n\n"
       "Example:\n  ovra straighten --angle 2.3 tilted.jpg level.jpg");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Straighten(image, *options, common);
   }));
 }

@@ -202,7 +202,7 @@ void AddToneCommand(CLI::App& app, const CommonOptions& common) {
       "12 are worked on, and the other four go through the gain of their pixel.\n\n"
       "Example:\n  ovra tone backlit.jpg better.jpg\n"
       "  ovra tone --shadows 1.2 --highlights 0.8 --colour 0.7 backlit.jpg bright.jpg");
-  AddPictureFiles(*command, common, OnImages(common, [options, &common](const Image& image) {
+  AddPictureFiles(*command, common, OnPixels([options, &common](const Image& image) {
     return Tone(image, *options, common);
   }));
 }

@@ -274,8 +274,8 @@ CubeFile ReadCubeFile(const std::string& path) {
   return cube;
 }
 
-void WriteCubeFile(const CubeFile& cube, const std::string& path) {
-  OutputFile file(path);
+void WriteCubeFile(const CubeFile& cube, const std::string& path, Overwrite overwrite) {
+  OutputFile file(path, overwrite);
   std::FILE* const stream = file.stream();
   if (!cube.title.empty()) std::fprintf(stream, "TITLE \"%s\"\n", cube.title.c_str());
   std::fprintf(stream, "LUT_%dD_SIZE %d\n", cube.dimensions, cube.points);

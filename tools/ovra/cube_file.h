@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "files.h"
+
 namespace ovra_host {
 
 using Triple = std::array<double, 3>;  // red, green, blue
@@ -38,6 +40,7 @@ CubeFile ReadCubeFile(const std::string& path);
 CubeFile ParseCubeFile(const std::string& text, const std::string& name);
 
 // Writes under another name first, so that a failure leaves an existing file as it was.
-void WriteCubeFile(const CubeFile& cube, const std::string& path);
+void WriteCubeFile(const CubeFile& cube, const std::string& path,
+                   Overwrite overwrite = Overwrite::kWritable);
 
 }  // namespace ovra_host

@@ -49,10 +49,56 @@ std::filesystem::path Followed(const std::string& path) {
   return target;
 }
 
+// A file without a name, for what streams bring or take.
+Stream MakeNamelessFile() {
+  return Stream(std::tmpfile());
+}
+
+bool CopyAll(std::FILE* from, std::FILE* to) {
+  std::array<char, 1 << 16> buffer;
+  size_t count = 0;
+  while ((count = std::fread(buffer.data(), 1, buffer.size(), from)) > 0) {
+    if (std::fwrite(buffer.data(), 1, count, to) != count) return false;
+  }
+  return std::ferror(from) == 0 && std::fflush(to) == 0;
+}
+
+// Nobody may write it, or this user may not.
+bool IsReadOnly(const std::string& path, mode_t mode) {
+  constexpr mode_t kAnyWriter = 0222;
+  return (mode & kAnyWriter) == 0 || ::access(path.c_str(), W_OK) != 0;
+}
+
+// The descriptor that leads where standard output led.
+int KeptStandardOutput() {
+  static const int kept = [] {
+    const int descriptor = ::dup(STDOUT_FILENO);
+    return descriptor >= 0 && ::dup2(STDERR_FILENO, STDOUT_FILENO) >= 0 ? descriptor : -1;
+  }();
+  return kept;
+}
+
 }  // namespace
+
+void KeepStandardOutputForAPicture() {
+  if (::isatty(STDOUT_FILENO) != 0) throw Error("standard output is a terminal, not for pictures");
+  KeptStandardOutput();
+}
+
+void InputFile::TakeStandardInput() {
+  path_ = kStandardInput;
+  stream_ = MakeNamelessFile();
+  if (!stream_ || !CopyAll(stdin, stream_.get())) Refuse("cannot be read: " + SystemMessage());
+  size_ = static_cast<uint64_t>(::ftello(stream()));
+  std::rewind(stream());
+}
 
 InputFile::InputFile(const std::string& path, uint64_t max_pixels)
     : path_(path), max_pixels_(max_pixels) {
+  if (path == kStandardStream) {
+    TakeStandardInput();
+    return;
+  }
   struct stat information;
   if (::stat(path.c_str(), &information) != 0) Refuse(SystemMessage());
   if (!S_ISREG(information.st_mode)) Refuse("is not a regular file");
@@ -98,12 +144,21 @@ void InputFile::Refuse(const std::string& reason) const {
   throw Error(path_ + ": " + reason);
 }
 
-OutputFile::OutputFile(const std::string& path) : path_(path) {
+OutputFile::OutputFile(const std::string& path, Overwrite overwrite) : path_(path) {
+  if (path == kStandardStream) {
+    path_ = kStandardOutput;
+    stream_ = MakeNamelessFile();
+    if (!stream_) RefuseWithSystemMessage();
+    return;
+  }
   const std::filesystem::path target = Followed(path);
   final_path_ = target.string();
   struct stat existing;
   const bool exists = ::stat(final_path_.c_str(), &existing) == 0;
   if (exists && !S_ISREG(existing.st_mode)) Refuse("exists and is not a regular file");
+  if (exists && overwrite == Overwrite::kWritable && IsReadOnly(final_path_, existing.st_mode)) {
+    Refuse("is read-only; --force replaces it");
+  }
   has_other_names_ = exists && existing.st_nlink > 1;
   const int descriptor = temporary_.Create(target.parent_path().string());
   if (descriptor < 0) RefuseWithSystemMessage();
@@ -127,28 +182,33 @@ bool OutputFile::WriteAt(uint64_t offset, const uint8_t* from, size_t bytes) con
 }
 
 void OutputFile::Commit() {
-  const bool flushed =
-      std::fflush(stream()) == 0 && std::ferror(stream()) == 0 && ::fsync(::fileno(stream())) == 0;
-  if (!flushed || !(has_other_names_ ? CopyToItsName() : MoveToItsName())) {
+  const bool flushed = std::fflush(stream()) == 0 && std::ferror(stream()) == 0;
+  const bool goes_to_a_stream = final_path_.empty();
+  if (!flushed || !(goes_to_a_stream   ? CopyToStandardOutput()
+                    : has_other_names_ ? CopyToItsName()
+                                       : MoveToItsName())) {
     RefuseWithSystemMessage();
   }
 }
 
+bool OutputFile::CopyToStandardOutput() const {
+  const int descriptor = KeptStandardOutput();
+  if (descriptor < 0) return false;
+  const Stream to(::fdopen(descriptor, "wb"));
+  std::rewind(stream());
+  return to && CopyAll(stream(), to.get());
+}
+
 bool OutputFile::MoveToItsName() {
+  if (::fsync(::fileno(stream())) != 0) return false;
   if (std::fclose(stream_.release()) != 0) return false;
   return temporary_.RenameTo(final_path_);
 }
 
 bool OutputFile::CopyToItsName() const {
   const Stream to(std::fopen(final_path_.c_str(), "wbe"));
-  if (!to) return false;
   std::rewind(stream());
-  std::array<char, 1 << 16> buffer;
-  size_t count = 0;
-  while ((count = std::fread(buffer.data(), 1, buffer.size(), stream())) > 0) {
-    if (std::fwrite(buffer.data(), 1, count, to.get()) != count) return false;
-  }
-  return std::ferror(stream()) == 0 && std::fflush(to.get()) == 0;
+  return to && CopyAll(stream(), to.get());
 }
 
 void OutputFile::Note(const std::string& text) const {

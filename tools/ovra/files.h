@@ -20,7 +20,18 @@ constexpr uint64_t kUsualMaxPixels = 2'500'000'000;
 
 using Stream = std::unique_ptr<std::FILE, StreamCloser>;
 
-// A regular file open for reading.
+// The name that stands for standard input where a picture is read, and for standard output where one
+// is written.
+inline constexpr const char* kStandardStream = "-";
+inline constexpr const char* kStandardInput = "standard input";
+inline constexpr const char* kStandardOutput = "standard output";
+
+// Keeps standard output for a picture: from now on the program's words go to standard error. Throws
+// Error where standard output is a terminal. Called before anything is printed; more calls do nothing.
+void KeepStandardOutputForAPicture();
+
+// A regular file open for reading. What comes by standard input is put into one, without a name,
+// first: readers go back and forth.
 class InputFile {
  public:
   // What is known of the bytes behind a header: samples as they are, a compression of known strength,
@@ -48,18 +59,23 @@ class InputFile {
   [[noreturn]] void Refuse(const std::string& reason) const;
 
  private:
+  void TakeStandardInput();
+
   std::string path_;
   uint64_t max_pixels_;
   Stream stream_;
   uint64_t size_ = 0;
 };
 
+enum class Overwrite { kWritable, kReadOnlyToo };
+
 // A file that is written under another name in the same folder. Commit gives it its own name in one
 // step; without it everything is removed again. A symbolic link is followed, also one that leads to
-// no file yet; a file of several names keeps them and gets the new content by copying.
+// no file yet; a file of several names keeps them and gets the new content by copying. Standard output
+// gets it by copying too. A file that may not be written is replaced only when that is asked for.
 class OutputFile {
  public:
-  explicit OutputFile(const std::string& path);
+  explicit OutputFile(const std::string& path, Overwrite overwrite = Overwrite::kWritable);
   ~OutputFile();
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -82,6 +98,7 @@ class OutputFile {
  private:
   bool MoveToItsName();
   bool CopyToItsName() const;
+  bool CopyToStandardOutput() const;
 
   std::string path_;
   std::string final_path_;  // where path_ leads to when it is a symbolic link

@@ -10,9 +10,11 @@
 
 #include "color_words.h"
 #include "commands.h"
+#include "help_text.h"
+#include "manual.h"
 #include "ovra/version.h"
-#include "suggestion.h"
 #include "temporary_files.h"
+#include "usage.h"
 
 namespace {
 
@@ -58,82 +60,40 @@ void AddOpenOptions(CLI::App& app, ovra_host::OpenOptions& options) {
       ->capture_default_str();
 }
 
+void PrintTime(const std::string& function, double milliseconds) {
+  std::printf("%s %.3f ms\n", function.c_str(), milliseconds);
+}
+
+std::string CheckFormatName(const std::string& format) {
+  try {
+    ovra_host::CheckOutput("picture." + format);
+  } catch (const ovra_host::Error& error) {
+    return error.what();
+  }
+  return "";
+}
+
 void AddCommonOptions(CLI::App& app, ovra_host::CommonOptions& common) {
-  app.add_flag("--time", common.show_time, "Print the milliseconds of each library call");
+  app.add_flag_callback(
+      "--time", [&common] { common.on_time = PrintTime; },
+      "Print the milliseconds of each library call");
   AddWriteOptions(app, common.write);
   AddOpenOptions(app, common.read.open);
+  app.add_option_function<std::string>(
+         "--format",
+         [&common](const std::string& format) { common.write.stream_format = "." + format; },
+         "Format of a picture that goes to standard output, as its extension [png]")
+      ->check(CLI::Validator(CheckFormatName, ""))
+      ->type_name("png|jpg|...");
+  app.add_flag_callback(
+      "--force", [&common] { common.write.overwrite = ovra_host::Overwrite::kReadOnlyToo; },
+      "Replace files also where they are read-only");
   app.add_flag("--strip", common.read.strip,
                "Leave out all that the picture carries but its colour profile");
   app.add_flag("--to-srgb", common.read.to_srgb, "Convert colors by the picture's profile to sRGB");
-  app.add_flag(
-      "!--no-auto-orient", common.read.auto_orient,
+  app.add_flag_callback(
+      "--no-auto-orient", [&common] { common.read.auto_orient = false; },
       "Keep pixels and orientation tag as they are, instead of turning the picture upright");
-}
-
-void AddCommands(CLI::App& app, const ovra_host::CommonOptions& common) {
-  ovra_host::AddInfoCommand(app, common);
-  ovra_host::AddRotateCommand(app, common);
-  ovra_host::AddStraightenCommand(app, common);
-  ovra_host::AddResizeCommand(app, common);
-  ovra_host::AddCanvasCommand(app, common);
-  ovra_host::AddComposeCommand(app, common);
-  ovra_host::AddLutCommand(app, common);
-  ovra_host::AddCascadeCommand(app, common);
-  ovra_host::AddCurveCommand(app, common);
-  ovra_host::AddMatrixCommand(app, common);
-  ovra_host::AddSmoothCommand(app, common);
-  ovra_host::AddSoftFocusCommand(app, common);
-  ovra_host::AddDifferenceCommand(app, common);
-  ovra_host::AddSharpenCommand(app, common);
-  ovra_host::AddClarityCommand(app, common);
-  ovra_host::AddToneCommand(app, common);
-}
-
-std::vector<std::string> CommandNames(const CLI::App& app) {
-  std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands({})) names.push_back(command->get_name());
-  return names;
-}
-
-// The long options of a command, also those that stand in groups.
-std::vector<std::string> OptionNames(const CLI::App& app) {
-  std::vector<std::string> names;
-  for (const CLI::Option* option : app.get_options()) {
-    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
-  }
-  for (const CLI::App* group : app.get_subcommands({})) {
-    if (!group->get_name().empty()) continue;
-    const std::vector<std::string> more = OptionNames(*group);
-    names.insert(names.end(), more.begin(), more.end());
-  }
-  return names;
-}
-
-// What to say about a command line that cannot be read, in the user's words.
-std::string UsageMessage(const CLI::App& app, const std::vector<std::string>& words,
-                         const CLI::ParseError& error) {
-  const std::vector<std::string> commands = CommandNames(app);
-  const auto is_option = [](const std::string& word) { return word.rfind("--", 0) == 0; };
-  const auto command = std::find_if_not(words.begin(), words.end(), is_option);
-  if (command == words.end()) return "no command; see ovra --help";
-  if (std::find(commands.begin(), commands.end(), *command) == commands.end()) {
-    const std::string nearest = ovra_host::NearestWord(*command, commands);
-    return "there is no command \"" + *command + "\"; " +
-           (nearest.empty() ? "see ovra --help" : "did you mean " + nearest + "?");
-  }
-  const CLI::App* const chosen = app.get_subcommand(*command);
-  std::vector<std::string> options = OptionNames(*chosen);
-  const std::vector<std::string> everywhere = OptionNames(app);
-  options.insert(options.end(), everywhere.begin(), everywhere.end());
-  for (const std::string& word : words) {
-    const std::string name = word.substr(0, word.find('='));
-    if (!is_option(word) || std::find(options.begin(), options.end(), name) != options.end())
-      continue;
-    const std::string nearest = ovra_host::NearestWord(name, options);
-    return *command + " has no option " + name + "; " +
-           (nearest.empty() ? "see ovra " + *command + " --help" : "did you mean " + nearest + "?");
-  }
-  return std::string(error.what()) + "; see ovra " + *command + " --help";
 }
 
 // "help COMMAND" is another way to say "COMMAND --help".
@@ -145,30 +105,46 @@ std::vector<std::string> WordsOf(int argc, char** argv) {
   return words;
 }
 
+// Answers the exit status.
 int Run(const std::vector<std::string>& words) {
   CLI::App app(
       "Turns, places, resizes, sharpens and recolours pictures: PNG, JPEG, TIFF, BMP, WebP, AVIF.",
       "ovra");
   ovra_host::CommonOptions common;
+  app.formatter(std::make_shared<ovra_host::HelpFormatter>());
   app.require_subcommand(1);
   app.fallthrough();  // common options may also follow the subcommand
   app.set_version_flag("--version", VersionText());
   AddCommonOptions(app, common);
-  AddCommands(app, common);
+  ovra_host::AddPictureCommands(app, common);
+  ovra_host::AddOtherCommands(app, common);
   app.footer(
       "Every command has its own --help, with an example; ovra help COMMAND shows it too.\n"
       "What a photograph carries (colour profile, EXIF, XMP, IPTC, resolution, comment) goes into\n"
       "the result as far as its format can hold it.");
+  int status = 0;
+  if (words.size() == 2 && words[0] == "--write-man") {
+    ovra_host::WriteManPage(app, VersionText(), words[1]);
+    return 0;
+  }
+  if (words.size() == 2 && words[0] == "--write-completion") {
+    ovra_host::WriteCompletion(app, words[1]);
+    return 0;
+  }
   try {
     app.parse(std::vector<std::string>(words.rbegin(), words.rend()));
   } catch (const CLI::Success& request) {  // --help, --version
+    const std::string unknown = ovra_host::UnknownCommand(app, words);
+    if (!unknown.empty()) return Report(unknown, kUsageError);
     app.exit(request);
   } catch (const CLI::ParseError& error) {
-    return Report(UsageMessage(app, words, error), kUsageError);
+    return Report(ovra_host::UsageMessage(app, words, error), kUsageError);
+  } catch (const ovra_host::Exit& exit) {
+    status = exit.code;
   }
   std::cout.flush();
   const bool written = std::cout.good() && std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
-  return written ? 0 : Report("standard output cannot be written", kFailed);
+  return written ? status : Report("standard output cannot be written", kFailed);
 }
 
 }  // namespace

@@ -1,28 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "picture_files.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <atomic>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
-#include <mutex>
 #include <set>
-#include <thread>
 #include <utility>
+
+#include "memory_share.h"
 
 namespace ovra_host {
 namespace {
 
 namespace fs = std::filesystem;
-
-struct FileOptions {
-  std::vector<std::string> names;
-  std::string pattern;
-  int jobs = 1;
-};
 
 struct FilePair {
   std::string input;
@@ -37,7 +27,8 @@ std::string OutputFor(const std::string& input, const std::string& pattern) {
   if (mark != std::string::npos) {
     return output.replace(mark, kStemMark.size(), fs::path(input).stem().string());
   }
-  if (fs::is_directory(pattern) || pattern.back() == '/') {
+  if (pattern == kStandardStream) return output;
+  if (fs::is_directory(pattern) || !fs::path(pattern).has_extension()) {
     return (fs::path(pattern) / fs::path(input).filename()).string();
   }
   return output;
@@ -62,70 +53,44 @@ std::vector<FilePair> PairsFor(const FileOptions& options) {
       throw Error(output + ": would replace its own input");
     pairs.push_back({input, output});
   }
-  const fs::path folder = fs::path(pairs[0].output).parent_path();
-  if (!folder.empty()) fs::create_directories(folder);
   return pairs;
 }
 
-// Works through the pairs with so many threads. Failures come in the order of the pairs.
-class Jobs {
- public:
-  Jobs(const std::vector<FilePair>& pairs, const FileOperation& operation)
-      : pairs_(pairs), operation_(operation), failures_(pairs.size()) {}
-
-  std::vector<std::string> Run(int count) {
-    std::vector<std::thread> threads;
-    const int useful =
-        static_cast<int>(std::min<size_t>(static_cast<size_t>(count), pairs_.size()));
-    for (int i = 0; i < useful; ++i) threads.emplace_back([this] { Work(); });
-    for (std::thread& thread : threads) thread.join();
-    if (IsTerminal()) std::fprintf(stderr, "\r\033[K");
-    std::erase(failures_, "");
-    return std::move(failures_);
+void Work(const FilePair& pair, const FileOperation& operation) {
+  try {
+    operation(pair.input, pair.output);
+  } catch (const Error& error) {
+    throw ErrorAbout({pair.input == kStandardStream ? kStandardInput : pair.input,
+                      pair.output == kStandardStream ? kStandardOutput : pair.output},
+                     error);
   }
+}
 
- private:
-  static bool IsTerminal() { return ::isatty(STDERR_FILENO) != 0; }
-
-  void Work() {
-    for (size_t i = next_++; i < pairs_.size(); i = next_++) {
-      try {
-        operation_(pairs_[i].input, pairs_[i].output);
-      } catch (const std::bad_alloc&) {
-        failures_[i] = pairs_[i].input + ": out of memory";
-      } catch (const std::exception& error) {
-        failures_[i] = error.what();
-      }
-      ++done_;
-      if (IsTerminal()) {
-        std::fprintf(stderr, "\r%zu of %zu pictures", done_.load(), pairs_.size());
-      }
-    }
-  }
-
-  const std::vector<FilePair>& pairs_;
-  const FileOperation& operation_;
-  std::vector<std::string> failures_;
-  std::atomic<size_t> next_ = 0;
-  std::atomic<size_t> done_ = 0;
-};
-
-void Run(const FileOptions& options, const CommonOptions& common, const FileOperation& operation) {
-  const std::vector<FilePair> pairs = PairsFor(options);
-  for (const FilePair& pair : pairs) CheckOutput(pair.output, common.write);
-  if (pairs.size() == 1) return operation(pairs[0].input, pairs[0].output);
-  const std::vector<std::string> failures = Jobs(pairs, operation).Run(options.jobs);
-  if (failures.empty()) return;
-  for (const std::string& failure : failures) PrintNote(failure);
-  throw Error(std::to_string(failures.size()) + " of " + std::to_string(pairs.size()) +
-              " pictures failed");
+// Outputs appear when they are whole: what is there, and is newer than its input, is finished.
+bool IsFinished(const FilePair& pair) {
+  std::error_code absent;
+  const fs::file_time_type output = fs::last_write_time(pair.output, absent);
+  if (absent) return false;
+  const fs::file_time_type input = fs::last_write_time(pair.input, absent);
+  return !absent && output > input;
 }
 
 }  // namespace
 
-FileOperation OnPictures(const CommonOptions& common, PictureOperation operation) {
-  return [&common, operation](const std::string& input, const std::string& output) {
-    Picture picture = ReadPicture(input, common.read);
+PictureOperation OnPixels(std::function<Image(const Image&)> operation) {
+  return [operation = std::move(operation)](Picture picture) {
+    picture.image = operation(picture.image);
+    return picture;
+  };
+}
+
+FileOperation OnFiles(const CommonOptions& common, PictureOperation operation) {
+  return [&common, operation = std::move(operation)](const std::string& input,
+                                                     const std::string& output) {
+    auto reader = OpenPicture(input, common.read.open);
+    const MemoryShare share(reader->header());
+    Picture picture = ReadPicture(*reader, input, common.read);
+    reader.reset();
     const std::string size = std::to_string(picture.image.width()) + " x " +
                              std::to_string(picture.image.height()) + " pixels";
     try {
@@ -137,49 +102,67 @@ FileOperation OnPictures(const CommonOptions& common, PictureOperation operation
   };
 }
 
-namespace {
-
-// Every refusal names a file.
-FileOperation Named(const FileOperation& operation) {
-  return [operation](const std::string& input, const std::string& output) {
-    try {
-      operation(input, output);
-    } catch (const Error& error) {
-      const std::string text = error.what();
-      const bool is_named =
-          text.find(input) != std::string::npos || text.find(output) != std::string::npos;
-      throw Error(is_named ? text : input + ": " + text);
-    }
-  };
-}
-
-}  // namespace
-
-FileOperation OnImages(const CommonOptions& common, std::function<Image(const Image&)> operation) {
-  return OnPictures(common, [operation](Picture picture) {
-    picture.image = operation(picture.image);
-    return picture;
-  });
-}
-
-void AddPictureFiles(CLI::App& command, const CommonOptions& common, FileOperation operation) {
-  constexpr int kMaxJobs = 32;
+std::shared_ptr<FileOptions> AddFileOptions(CLI::App& command) {
   const auto options = std::make_shared<FileOptions>();
   command
       .add_option("files", options->names,
-                  "picture to read and picture to write; with -o all are read")
+                  "picture to read and picture to write; with -o all are read; - is standard input "
+                  "or output")
       ->required()
       ->type_name("INPUT OUTPUT");
   command
       .add_option("-o,--output", options->pattern,
                   "folder for the results, or a name in which %s stands for that of each picture")
       ->type_name("NAME");
-  command.add_option("-j,--jobs", options->jobs, "pictures to work on at a time")
+  command
+      .add_option("-j,--jobs", options->jobs,
+                  "pictures to work on at a time; without it, as many as there are processors")
       ->check(CLI::Range(1, kMaxJobs))
-      ->type_name("N")
-      ->capture_default_str();
-  command.callback(
-      [options, operation = Named(operation), &common] { Run(*options, common, operation); });
+      ->type_name("N");
+  command.add_flag("--resume", options->resume,
+                   "leave out pictures whose results are there and newer than they are");
+  return options;
+}
+
+void RunOnFiles(const FileOptions& options, const CommonOptions& common,
+                const FileOperation& operation) {
+  std::vector<FilePair> pairs = PairsFor(options);
+  for (const FilePair& pair : pairs) {
+    CheckOutput(pair.output, common.write);
+    if (pair.output == kStandardStream) KeepStandardOutputForAPicture();
+  }
+  const bool is_batch = pairs.size() > 1;
+  if (options.resume) {
+    const size_t finished = std::erase_if(pairs, IsFinished);
+    if (finished > 0) PrintNote(std::to_string(finished) + " of them finished before");
+  }
+  std::vector<std::string> names;
+  for (const FilePair& pair : pairs) {
+    names.push_back(pair.input);
+    const fs::path folder = fs::path(pair.output).parent_path();
+    if (!options.pattern.empty() && !folder.empty()) fs::create_directories(folder);
+  }
+  if (pairs.empty()) return;
+  if (!is_batch) return Work(pairs[0], operation);
+  const double seconds =
+      RunBatch(names, options.jobs, [&](size_t i) { Work(pairs[i], operation); });
+  char text[80];
+  std::snprintf(text, sizeof(text), "%zu pictures, %.3g a second", pairs.size(),
+                static_cast<double>(pairs.size()) / seconds);
+  PrintNote(text);
+}
+
+void AddPictureFiles(CLI::App& command, const CommonOptions& common, PictureOperation operation,
+                     FileOperation on_files) {
+  if (common.stages != nullptr) {
+    command.callback(
+        [&common, operation = std::move(operation)] { common.stages->push_back(operation); });
+    return;
+  }
+  if (!on_files) on_files = OnFiles(common, std::move(operation));
+  command.callback([options = AddFileOptions(command), on_files = std::move(on_files), &common] {
+    RunOnFiles(*options, common, on_files);
+  });
 }
 
 }  // namespace ovra_host

@@ -64,8 +64,9 @@ constexpr std::array<Extension, 8> kExtensions = {{
     {"AVIF", ".avif", kCreateAvif},
 }};
 
-const Extension& FindExtension(const std::string& path) {
-  std::string name = std::filesystem::path(path).extension().string();
+const Extension& FindExtension(const std::string& path, const WriteOptions& options) {
+  std::string name = path == kStandardStream ? options.stream_format.value_or(".png")
+                                             : std::filesystem::path(path).extension().string();
   std::transform(name.begin(), name.end(), name.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   const auto* const found = std::find_if(kExtensions.begin(), kExtensions.end(),
@@ -113,12 +114,12 @@ std::unique_ptr<RowReader> OpenPicture(const std::string& path, const OpenOption
 std::unique_ptr<RowWriter> CreatePicture(const std::string& path, const PictureHeader& header,
                                          const WriteOptions& options) {
   CheckOutput(path, options);
-  const Extension& extension = FindExtension(path);
+  const Extension& extension = FindExtension(path, options);
   CheckStorable(header, path);
   PictureHeader fitting = header;
   fitting.format = FittedFormat(header, options);
   SetExifSize(&fitting.metadata.exif, header.width, header.height);
-  auto file = std::make_unique<OutputFile>(path);
+  auto file = std::make_unique<OutputFile>(path, options.overwrite);
   if (!fitting.metadata.profile.empty() &&
       !ProfileFits(fitting.metadata.profile, fitting.channels())) {
     NoteLeftOut(*file, "its colour profile is not one for these channels");
@@ -128,13 +129,16 @@ std::unique_ptr<RowWriter> CreatePicture(const std::string& path, const PictureH
 }
 
 void CheckOutput(const std::string& path, const WriteOptions& options) {
-  const std::string_view format = FindExtension(path).format;
+  const std::string_view format = FindExtension(path, options).format;
   const bool has_quality = format == "JPEG" || format == "WebP" || format == "AVIF";
   if (options.quality && !has_quality) {
     throw Error("--quality is for JPEG, WebP and AVIF, and " + path + " is none");
   }
   if (options.compression && format != "PNG") {
     throw Error("--compression is for PNG, and " + path + " is none");
+  }
+  if (options.stream_format && path != kStandardStream) {
+    throw Error("--format is for standard output; the name " + path + " says its own");
   }
 }
 

@@ -25,6 +25,8 @@ struct WriteOptions {
   std::optional<int> compression = {};  // 0..9 in PNG
   uint32_t depth_bits = 0;              // 8 or 16; 0 keeps the picture's
   std::string background = {};  // the colour under a picture with alpha; empty keeps the alpha
+  std::optional<std::string> stream_format = {};  // of standard output, as ".jpg"; usually ".png"
+  Overwrite overwrite = Overwrite::kWritable;
 };
 
 // What is known of a picture beside its pixels. Formats are those of FileFormat.
@@ -89,7 +91,7 @@ class RowWriter {
 // bytes of the file are, opening and reading give rows or an Error of one line.
 std::unique_ptr<RowReader> OpenPicture(const std::string& path, const OpenOptions& options = {});
 
-// Begins a picture in the format that the extension of the name asks for. It is written beside under
+// Begins a picture in the format that the extension of the name asks for; "-" is standard output. It is written beside under
 // another name, so that a failure leaves an existing file as it was. Rows are taken in the format of
 // the header, and brought to the depth and onto the background that the options ask for. Throws Error
 // when the file format cannot hold the picture: 16 bits in JPEG, WebP and BMP, alpha in JPEG. Remarks

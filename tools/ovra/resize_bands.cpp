@@ -136,7 +136,7 @@ void ResizeInBands(RowReader& reader, const ResizePlan& plan, int32_t band_rows,
   Image band(header.width, std::min(band_rows, header.height), source.format());
   Image strip(size.width, std::min(kStripRows, size.height), source.format());
   std::vector<uint8_t> row(upright.row_bytes());
-  Progress progress(header.height);
+  Progress progress(header.height, "rows");
   int32_t read = 0;
   while (read < header.height) {
     const int32_t rows = std::min(band.height(), header.height - read);

@@ -7,20 +7,22 @@
 namespace ovra_host {
 namespace {
 
-// The least number of letters to change, add or drop (V. I. Levenshtein, 1966).
+// The least number of letters to change, add, drop or exchange with their neighbours (F. J. Damerau,
+// 1964, where no letter is touched twice).
 size_t Distance(const std::string& a, const std::string& b) {
-  std::vector<size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), size_t{0});
-  for (size_t i = 0; i < a.size(); ++i) {
-    size_t diagonal = row[0];
-    row[0] = i + 1;
-    for (size_t j = 0; j < b.size(); ++j) {
-      const size_t changed = diagonal + (a[i] == b[j] ? 0 : 1);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({changed, row[j] + 1, diagonal + 1});
+  std::vector<std::vector<size_t>> least(a.size() + 1, std::vector<size_t>(b.size() + 1));
+  for (size_t i = 0; i <= a.size(); ++i) least[i][0] = i;
+  std::iota(least[0].begin(), least[0].end(), size_t{0});
+  for (size_t i = 1; i <= a.size(); ++i) {
+    for (size_t j = 1; j <= b.size(); ++j) {
+      const size_t changed = least[i - 1][j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+      least[i][j] = std::min({changed, least[i - 1][j] + 1, least[i][j - 1] + 1});
+      if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+        least[i][j] = std::min(least[i][j], least[i - 2][j - 2] + 1);
+      }
     }
   }
-  return row[b.size()];
+  return least[a.size()][b.size()];
 }
 
 }  // namespace
