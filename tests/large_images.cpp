@@ -324,9 +324,9 @@ struct Cost {
 };
 
 Cost CostOf(const Case& c, int32_t width, int32_t height) {
-  std::vector<uint8_t> source(size_t{6} * static_cast<size_t>(width) * static_cast<size_t>(height),
-                              9);
+  std::vector<uint8_t> source(size_t{6} * static_cast<size_t>(width) * static_cast<size_t>(height));
   std::vector<uint8_t> destination(source.size() + kTileBytes);
+  for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>((i * i >> 5) & 15);
   const std::clock_t begin = std::clock();
   const ovra_test::FailAllocationsFrom none(std::numeric_limits<int>::max());
   c.call({source.data(), destination.data(), width, height, c.format});

@@ -84,6 +84,14 @@ int Repetitions(const std::function<void()>& run, double first) {
   return std::max(1, static_cast<int>(kLeastMilliseconds / std::max(Time(run, 1), 1e-3)));
 }
 
+// Whether someone is so much slower than the first one that a single run tells enough.
+bool IsFarBehind(const Runner& runner, const Runner& first) {
+  constexpr double kTimes = 20;
+  constexpr double kLongMilliseconds = 100;
+  return runner.first_milliseconds > kLongMilliseconds &&
+         runner.first_milliseconds > kTimes * first.first_milliseconds;
+}
+
 // The median time of each. All take turns, another one first in each round, so that none profits
 // from its place.
 std::vector<double> TakeTurns(const std::vector<Runner>& runners, int turns) {
@@ -95,11 +103,14 @@ std::vector<double> TakeTurns(const std::vector<Runner>& runners, int turns) {
   for (int turn = 0; turn < turns; ++turn) {
     for (size_t k = 0; k < runners.size(); ++k) {
       const size_t who = (k + static_cast<size_t>(turn)) % runners.size();
+      if (IsFarBehind(runners[who], runners[0])) continue;
       times[who].push_back(Time(runners[who].run, repetitions[who]));
     }
   }
   std::vector<double> medians;
-  for (const auto& row : times) medians.push_back(Median(row));
+  for (size_t k = 0; k < runners.size(); ++k) {
+    medians.push_back(times[k].empty() ? runners[k].first_milliseconds : Median(times[k]));
+  }
   return medians;
 }
 

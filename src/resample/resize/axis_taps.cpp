@@ -60,13 +60,20 @@ double AxisTaps::KernelAt(double distance) const {
 // The weights of a position that lies `fraction` to the right of its centre tap. Answers their
 // sum.
 uint32_t AxisTaps::FillWeights(double fraction, int16_t* weights) const {
+  constexpr int32_t kFewTaps = 16;
+  double values[kFewTaps];  // of few taps, looked up once
+  const bool few = taps_ <= kFewTaps;
   const int32_t first = -TapsBeforeCentre(taps_);
   double kernel_sum = 0.0;
-  for (int32_t k = 0; k < taps_; ++k) kernel_sum += KernelAt(TapDistance(fraction, first + k));
+  for (int32_t k = 0; k < taps_; ++k) {
+    const double value = KernelAt(TapDistance(fraction, first + k));
+    if (few) values[k] = value;
+    kernel_sum += value;
+  }
   const bool usable = std::isfinite(kernel_sum) && kernel_sum != 0.0;
   uint32_t weight_sum = 0;
   for (int32_t k = 0; k < taps_; ++k) {
-    const double value = KernelAt(TapDistance(fraction, first + k));
+    const double value = few ? values[k] : KernelAt(TapDistance(fraction, first + k));
     weights[k] = usable ? SaturatedTrunc<int16_t>(value / kernel_sum * kUnitWeight) : int16_t{0};
     weight_sum += static_cast<uint32_t>(weights[k]);
   }

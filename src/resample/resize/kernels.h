@@ -72,7 +72,7 @@ struct VerticalPass {
   int32_t taps;
   int32_t oldest;          // the slot of the first tap; the others follow, wrapping round
   const int16_t* weights;  // in tap order
-  std::ptrdiff_t samples;  // of a row
+  std::ptrdiff_t samples;  // of a row; as many as a block of any tier can be read
   int32_t max_sample;
 };
 

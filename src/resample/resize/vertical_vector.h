@@ -134,20 +134,6 @@ class BlockCombiner {
   typename V::Reg factors_[kTaps / kRows + 1];
 };
 
-template <class Sample>
-void CombineScalar(const RingPart<Sample> (&parts)[2], std::ptrdiff_t i, int32_t max_sample,
-                   Sample* destination) {
-  uint32_t sum = kVerticalRounding;
-  for (const RingPart<Sample>& part : parts) {
-    for (int32_t k = 0; k < part.count; ++k) {
-      sum += static_cast<uint32_t>(part.rows[k * part.row_spacing + i]) *
-             static_cast<uint32_t>(part.weights[k]);
-    }
-  }
-  const int32_t value = static_cast<int32_t>(sum) >> kVerticalShift;
-  destination[i] = static_cast<Sample>(value < 0 ? 0 : value > max_sample ? max_sample : value);
-}
-
 // kTaps 0 stands for any number of taps.
 template <class V, class Sample, int kTaps>
 void VerticalRowVector(const VerticalPass<Sample>& pass, Sample* destination) {
@@ -169,9 +155,10 @@ void VerticalRowVector(const VerticalPass<Sample>& pass, Sample* destination) {
   const BlockCombiner<V, Sample, kTaps> combiner(parts, pass.max_sample);
   const auto block = [&](std::ptrdiff_t i) { combiner.Combine(i, destination); };
   if (CoverRow(pass.samples, kBlock, block)) return;
-  for (std::ptrdiff_t i = 0; i < pass.samples; ++i) {
-    CombineScalar(parts, i, pass.max_sample, destination);
-  }
+  // Of a narrow row less than a block is wanted; the slots of the ring hold one.
+  Sample narrow[kBlock];
+  combiner.Combine(0, narrow);
+  for (std::ptrdiff_t i = 0; i < pass.samples; ++i) destination[i] = narrow[i];
 }
 
 }  // namespace

@@ -38,7 +38,8 @@ int32_t PairOf(int32_t first, int32_t second, int32_t bits) {
 
 bool ByteReduction::Prepare(const ReductionColumns& columns, uint32_t channels,
                             const ByteReductionKernels& kernels) {
-  const std::ptrdiff_t taps = RoundUp(columns.weight_stride, kByteColumnStep);
+  const std::ptrdiff_t taps =
+      RoundUp(*std::max_element(columns.count, columns.count + columns.columns), kByteColumnStep);
   if (kernels.weigh_rows == nullptr || taps > kMaxByteColumnTaps ||
       columns.intermediate_samples < kernels.min_samples) {
     return true;

@@ -139,17 +139,22 @@ struct FourColumnSums {
   typename V::Reg high[4];
   typename V::Reg low[4];
 
-  void Make(int i, const int16_t* samples, const int16_t* weights, std::ptrdiff_t taps) {
+  FourColumnSums() {
+    for (int i = 0; i < 4; ++i) high[i] = low[i] = V::Zero();
+  }
+
+  // Sum i of the words from samples[i] on, with the weights from weights[i] on.
+  template <int kSums>
+  void Add(const int16_t* const (&samples)[4], const int16_t* const (&weights)[4],
+           std::ptrdiff_t taps) {
     constexpr std::ptrdiff_t kStep = V::kBytes / 2;
-    auto high_sum = V::Zero();
-    auto low_sum = V::Zero();
     for (std::ptrdiff_t t = 0; t < taps; t += kStep) {
-      const auto words = V::Load(samples + t);
-      high_sum = V::Add32(high_sum, V::MulAdd16(words, V::Load(weights + t)));
-      low_sum = V::Add32(low_sum, V::MulAdd16(words, V::Load(weights + taps + t)));
+      for (int i = 0; i < kSums; ++i) {
+        const auto words = V::Load(samples[i] + t);
+        high[i] = V::Add32(high[i], V::MulAdd16(words, V::Load(weights[i] + t)));
+        low[i] = V::Add32(low[i], V::MulAdd16(words, V::Load(weights[i] + taps + t)));
+      }
     }
-    high[i] = high_sum;
-    low[i] = low_sum;
   }
 
   // As bytes, in the lowest 32 bits.
@@ -164,11 +169,14 @@ struct FourColumnSums {
 template <class V>
 void WeighGreyByteColumns(const ByteReductionColumns& job, uint8_t* destination) {
   const auto four_bytes = [&job](int32_t column) {
-    FourColumnSums<V> sums;
+    const int16_t* samples[kByteColumnsAtOnce];
+    const int16_t* weights[kByteColumnsAtOnce];
     for (int i = 0; i < kByteColumnsAtOnce; ++i) {
-      sums.Make(i, job.planes + job.first[column + i], job.weights + (column + i) * 2 * job.taps,
-                job.taps);
+      samples[i] = job.planes + job.first[column + i];
+      weights[i] = job.weights + (column + i) * 2 * job.taps;
     }
+    FourColumnSums<V> sums;
+    sums.template Add<kByteColumnsAtOnce>(samples, weights, job.taps);
     return sums.Bytes(Sse::Load(job.offsets + column));
   };
   int32_t column = 0;
@@ -184,13 +192,14 @@ void WeighGreyByteColumns(const ByteReductionColumns& job, uint8_t* destination)
 // Three channels are written as four, but for the last pixel.
 template <class V, int kChannels>
 void WeighPixelByteColumns(const ByteReductionColumns& job, uint8_t* destination) {
-  FourColumnSums<V> sums;
-  sums.high[3] = sums.low[3] = V::Zero();
   for (std::ptrdiff_t column = 0; column < job.columns; ++column) {
+    const int16_t* samples[4] = {};
+    const int16_t* const weights = job.weights + column * 2 * job.taps;
     for (int c = 0; c < kChannels; ++c) {
-      sums.Make(c, job.planes + c * job.plane_spacing + job.first[column],
-                job.weights + column * 2 * job.taps, job.taps);
+      samples[c] = job.planes + c * job.plane_spacing + job.first[column];
     }
+    FourColumnSums<V> sums;
+    sums.template Add<kChannels>(samples, {weights, weights, weights, weights}, job.taps);
     const Sse::Reg bytes = sums.Bytes(Sse::Set32(job.offsets[column]));
     uint8_t* const out = destination + column * kChannels;
     if (kChannels == 4 || column + 1 < job.columns) {
