@@ -16,10 +16,12 @@
 #include <functional>
 #include <limits>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "ovra/ovra.h"
 #include "support/failing_malloc.h"
+#include "support/tone_forms.h"
 
 namespace {
 
@@ -171,81 +173,57 @@ void TurnLargeImage() {
   munmap(room, bytes);
 }
 
-OvraStatus Resize(const Image& i, int32_t divisor) {
-  return OvraResizeImage(i.source, i.width, i.height, i.destination, std::max(i.width / divisor, 1),
-                         std::max(i.height / divisor, 1), i.format);
+// The conversion with these arguments behind the format.
+template <class Side, class... More>
+Operation Converts(OvraStatus(OVRA_CALL* convert)(const uint8_t*, uint8_t*, Side, Side,
+                                                  OvraPixelFormatCode, More...),
+                   std::type_identity_t<More>... more) {
+  return [=](const Image& i) {
+    return convert(i.source, i.destination, static_cast<Side>(i.width), static_cast<Side>(i.height),
+                   i.format, more...);
+  };
+}
+
+Operation Resizes(int32_t divisor) {
+  return [divisor](const Image& i) {
+    return OvraResizeImage(i.source, i.width, i.height, i.destination,
+                           std::max(i.width / divisor, 1), std::max(i.height / divisor, 1),
+                           i.format);
+  };
 }
 
 // A rectangle near the lower end.
-OvraStatus Trim(const Image& i, int32_t angle) {
-  return OvraFreeTrimming(i.source, i.width, i.height, i.destination, 200, 200, i.format, 40,
-                          i.height - 300, angle, nullptr);
+Operation Trims(int32_t angle) {
+  return [angle](const Image& i) {
+    return OvraFreeTrimming(i.source, i.width, i.height, i.destination, 200, 200, i.format, 40,
+                            i.height - 300, angle, nullptr);
+  };
 }
 
+Operation Moves(auto* move) {
+  return [move](const Image& i) {
+    move(i.source, i.destination, i.Width(), i.Height());
+    return OVRA_OK;
+  };
+}
+
+// The blur is of 12 pixels, whatever the size.
 OvraStatus SoftFocus(const Image& i) {
-  const auto side = static_cast<int32_t>(std::min(i.Width(), i.Height()));
-  const OvraSoftFocusParams params = {12 * 2503 / side, 1, 0.1, {}, 0.7};
+  const OvraSoftFocusParams params = {12 * 2503 / std::min(i.width, i.height), 1, 0.1, {}, 0.7};
   return OvraSoftFocus(i.source, i.destination, i.Width(), i.Height(), &params);
 }
 
-template <auto kInit, auto kRun, auto kFree>
-OvraStatus Tone(const Image& i) {
-  const OvraHyperToneParams params = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 3, 0};
-  void* context = nullptr;
-  OvraStatus status = kInit(i.format, &params, nullptr, &context);
-  if (status == OVRA_OK) {
-    status = kRun(i.source, i.destination, i.Width(), i.Height(), i.format, context);
-  }
-  kFree(&context);
-  return status;
-}
-
-OvraStatus MultiFrequency(const Image& i) {
-  OvraMultiFrequencyParams params = {3, 1.0F, 0.5F, 0, {}};
-  for (OvraMultiFrequencyBand& band : params.band) band = {2, 0, 0, 1};
-  return OvraMultiFrequency(i.source, i.destination, i.Width(), i.Height(), i.format, &params);
-}
-
-const std::vector<int16_t> kEven(OVRA_DIFFERENCE_TABLE_SIZE, 128);
-const int32_t kBlur[] = {32, 64, 32};
-
-OvraStatus YUsm(const Image& i) {
-  return OvraYUsmSingleStep(i.source, i.destination, i.Width(), i.Height(), i.format, 3, kBlur,
-                            2.0F, kEven.data(), kEven.data());
-}
-
-OvraStatus YUsmDouble(const Image& i) {
-  return OvraYUsmDoubleSingleStep(i.source, i.destination, i.Width(), i.Height(), i.format, 3,
-                                  kBlur, 3, kBlur, 2.0F, kEven.data(), kEven.data(), 1.5F,
-                                  kEven.data(), kEven.data());
-}
-
-OvraStatus Tables(const Image& i) {
-  static const std::vector<uint16_t> table(4096, 77);
-  const OvraChannelTableSet tables = {{table.data(), table.data(), table.data()}};
-  return OvraConvColor1DTblSingleStep(i.source, i.destination, i.width, i.height, i.format,
-                                      i.format, &tables);
-}
-
-OvraStatus Polynomials(const Image& i) {
-  const OvraChannelPolynomial polynomials[] = {{9, 0.5, 0, 0}, {3, 1, 0, 0}, {0, 0, 0.01, 0}};
-  return OvraConvColorCoefSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
-                                     polynomials);
-}
-
-OvraStatus Matrix(const Image& i) {
-  const OvraColorMatrix matrix = {{{0.9, 0.1, 0, 3, 0.001}, {0, 1.1}, {0.2, 0, 0.8}}, 0};
-  return OvraConvColorMtxSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
-                                    &matrix);
-}
-
-OvraStatus Cube(const Image& i) {
-  const uint16_t grid[] = {0, 255};
-  uint16_t lattice[24];
-  for (uint16_t k = 0; k < 24; ++k) lattice[k] = static_cast<uint16_t>(k * 11);
-  const OvraColorCube cube = {2, grid, 2, grid, 2, grid, lattice};
-  return OvraConvColorCubeSingleStep(i.source, i.destination, i.width, i.height, i.format, i.format,
-                                     &cube);
+Operation Tones(size_t number) {
+  return [&form = ovra_test::kToneForms[number]](const Image& i) {
+    const OvraHyperToneParams params = {1.0F, 0.6F, 0.4F, 1.2F, 0.12F, 1.0F, 3, 0};
+    void* context = nullptr;
+    OvraStatus status = form.init_12(i.format, &params, nullptr, &context);
+    if (status == OVRA_OK) {
+      status = form.run(i.source, i.destination, i.Width(), i.Height(), i.format, context);
+    }
+    form.free(&context);
+    return status;
+  };
 }
 
 // The lower rows of a canvas that is a tile higher.
@@ -266,56 +244,50 @@ OvraStatus CompositeByMask(const Image& i) {
                                             i.width, i.height, i.format, 0, 0, 1);
 }
 
-OvraStatus BitmapRows(const Image& i) {
-  OvraRaw2Dib(i.source, i.destination, i.Width(), i.Height());
-  return OVRA_OK;
-}
-
-OvraStatus RawRows(const Image& i) {
-  OvraDib2Raw(i.source, i.destination, i.Width(), i.Height());
-  return OVRA_OK;
-}
-
-template <int32_t kMode>
-OvraStatus Rotate(const Image& i) {
-  return OvraRotateImage(i.source, i.destination, i.width, i.height, i.format, kMode);
-}
+const std::vector<int16_t> kEvenTable(OVRA_DIFFERENCE_TABLE_SIZE, 128);
+const int16_t* const kEven = kEvenTable.data();
+const int32_t kBlur[] = {32, 64, 32};
+const OvraMultiFrequencyParams kBands = {
+    3, 1.0F, 0.5F, 0, {{2, 0, 0, 1}, {2, 0, 0, 1}, {2, 0, 0, 1}}};
+const std::vector<uint16_t> kTable(4096, 77);
+const OvraChannelTableSet kTables = {{kTable.data(), kTable.data(), kTable.data()}};
+const OvraChannelPolynomial kPolynomials[] = {{9, 0.5, 0, 0}, {3, 1, 0, 0}, {0, 0, 0.01, 0}};
+const OvraColorMatrix kMatrix = {{{0.9, 0.1, 0, 3, 0.001}, {0, 1.1}, {0.2, 0, 0.8}}, 0};
+const uint16_t kGrid[] = {0, 255};
+uint16_t lattice[24] = {0,   11,  22,  33,  44,  55,  66,  77,  88,  99,  110, 121,
+                        132, 143, 154, 165, 176, 187, 198, 209, 220, 231, 242, 253};
+const OvraColorCube kCube = {2, kGrid, 2, kGrid, 2, kGrid, lattice};
 
 const Case kCases[] = {
-    {"resize 1:1", kRgb, [](const Image& i) { return Resize(i, 1); }},
-    {"resize 1:2", kRgb, [](const Image& i) { return Resize(i, 2); }},
-    {"resize 1:4", kRgb12, [](const Image& i) { return Resize(i, 4); }},
-    {"rotate, copy", kRgb, Rotate<OVRA_ROTATE_NONE>},
-    {"rotate, half turn", kRgb, Rotate<OVRA_ROTATE_HALF>},
-    {"rotate, mirror", kRgb12, Rotate<OVRA_ROTATE_MIRROR>},
-    {"rotate, flip", kRgb, Rotate<OVRA_ROTATE_FLIP>},
+    {"resize 1:1", kRgb, Resizes(1)},
+    {"resize 1:2", kRgb, Resizes(2)},
+    {"resize 1:4", kRgb12, Resizes(4)},
+    {"rotate, copy", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_NONE)},
+    {"rotate, half turn", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_HALF)},
+    {"rotate, mirror", kRgb12, Converts(OvraRotateImage, OVRA_ROTATE_MIRROR)},
+    {"rotate, flip", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_FLIP)},
     {"extrapolate", kRgb, Extrapolate},
-    {"free trimming", kRgb, [](const Image& i) { return Trim(i, 77); }},
-    {"free trimming, no turn", kRgb, [](const Image& i) { return Trim(i, 0); }},
+    {"free trimming", kRgb, Trims(77)},
+    {"free trimming, no turn", kRgb, Trims(0)},
     {"composite", kRgb, Composite},
     {"composite, mask", kRgb, CompositeByMask},
-    {"raw to DIB", kRgb, BitmapRows},
-    {"DIB to raw", kRgb, RawRows},
-    {"luminance mask", kRgb, YUsm},
-    {"double mask", kRgb, YUsmDouble},
-    {"edge filter", kRgb,
-     [](const Image& i) {
-       return OvraEFilterImage(i.source, i.destination, i.Width(), i.Height(), i.format);
-     }},
+    {"raw to DIB", kRgb, Moves(OvraRaw2Dib)},
+    {"DIB to raw", kRgb, Moves(OvraDib2Raw)},
+    {"luminance mask", kRgb, Converts(OvraYUsmSingleStep, 3, kBlur, 2.0F, kEven, kEven)},
+    {"double mask", kRgb,
+     Converts(OvraYUsmDoubleSingleStep, 3, kBlur, 3, kBlur, 2.0F, kEven, kEven, 1.5F, kEven,
+              kEven)},
+    {"edge filter", kRgb, Converts(OvraEFilterImage)},
     {"soft focus", kRgb, SoftFocus},
-    {"multi-frequency", kRgb, MultiFrequency},
-    {"tone", kRgb12, Tone<OvraHyperTone_Init_12, OvraHyperTone, OvraHyperTone_Free>},
-    {"tone, light", kRgb12,
-     Tone<OvraHyperToneLight_Init_12, OvraHyperToneLight, OvraHyperToneLight_Free>},
-    {"tone, hybrid", kRgb12,
-     Tone<OvraHybridHyperTone_Init_12, OvraHybridHyperTone, OvraHybridHyperTone_Free>},
-    {"tone, hybrid light", kRgb12,
-     Tone<OvraHybridHyperToneLight_Init_12, OvraHybridHyperToneLight,
-          OvraHybridHyperToneLight_Free>},
-    {"cube", kRgb, Cube},
-    {"channel tables", kRgb, Tables},
-    {"polynomials", kRgb12, Polynomials},
-    {"matrix", kRgb, Matrix},
+    {"multi-frequency", kRgb, Converts(OvraMultiFrequency, &kBands)},
+    {"tone", kRgb12, Tones(0)},
+    {"tone, light", kRgb12, Tones(1)},
+    {"tone, hybrid", kRgb12, Tones(2)},
+    {"tone, hybrid light", kRgb12, Tones(3)},
+    {"cube", kRgb, Converts(OvraConvColorCubeSingleStep, kRgb, &kCube)},
+    {"channel tables", kRgb, Converts(OvraConvColor1DTblSingleStep, kRgb, &kTables)},
+    {"polynomials", kRgb12, Converts(OvraConvColorCoefSingleStep, kRgb12, kPolynomials)},
+    {"matrix", kRgb, Converts(OvraConvColorMtxSingleStep, kRgb, &kMatrix)},
 };
 
 struct Cost {
