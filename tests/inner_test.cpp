@@ -3,9 +3,10 @@
 // of single fields, the last column of a vector.
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <iterator>
 #include <limits>
 #include <random>
-#include <tuple>
 #include <vector>
 
 #include "core/cpu.h"
@@ -97,81 +98,67 @@ TEST(PixelFormat, DecodersWriteRefusedFieldsOnlyWhereTheyStayInPlace) {
 // last one.
 TEST(Resize, VectorFormsWriteNoSampleTooMany) {
   constexpr int32_t kWidth = 53, kHeight = 20, kSourceWidth = 130, kSourceHeight = 60;
-  constexpr OvraPixelFormatCode kRgb =
-      OvraMakePixelFormat(8, 3, OVRA_MODEL_RGB, 1, OVRA_ROWS_TOP_DOWN);
   std::vector<uint8_t> source(3 * kSourceWidth * kSourceHeight);
   for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>(128 + i * i % 128);
   for (const int32_t x : {1, 2}) {
-    std::vector<uint8_t> plain;
-    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
-      const ovra_test::ForcedTier forced(tier);
+    SCOPED_TRACE(x);
+    ovra_test::ExpectTiersAgree([&] {
       std::vector<uint8_t> resized(3 * kWidth * kHeight);
-      ASSERT_EQ(OvraResizeImageROI(source.data(), kSourceWidth, kSourceHeight, resized.data(),
-                                   kWidth, kHeight, kRgb, x, 8, 2 * kWidth, 2 * kHeight),
+      EXPECT_EQ(OvraResizeImageROI(source.data(), kSourceWidth, kSourceHeight, resized.data(),
+                                   kWidth, kHeight, 0x120, x, 8, 2 * kWidth, 2 * kHeight),
                 OVRA_OK);
-      if (plain.empty()) plain = resized;
-      EXPECT_EQ(resized, plain) << ovra_test::TierName(tier) << " at " << x;
-    }
+      return resized;
+    });
   }
 }
 
 // Only pictures larger than any that the conformance test draws are written round the cache. Rows
 // begin anywhere in a cache line, and end beside memory that may not be touched.
 TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
+  using ovra::KernelTier;
+  using ovra_test::GuardedBuffer;
   constexpr ptrdiff_t kRows = 9;
-  const auto kernels = [](auto pick, int pixel_bytes) {
-    return std::tuple(pixel_bytes, pick(ovra::KernelTier::kPlain), pick(ovra::KernelTier::kSse),
-                      pick(ovra::KernelTier::kAvx2));
+  // Mirrors of pixels of so many bytes, a copy of bytes, and the exchange of red and blue.
+  constexpr int kCopy = -1, kSwap = -3, kKinds[] = {1, 2, 3, 4, 6, 8, kCopy, kSwap};
+  const auto kernel = [](int kind, KernelTier tier) {
+    if (kind == kCopy) return ovra::RowCopyKernelsOf(tier).copy;
+    return kind == kSwap
+               ? ForTier(tier, ovra::kDibRawPlain, ovra::kDibRawSse, ovra::kDibRawAvx2)
+                     .swap_red_blue
+               : ForTier(tier, ovra::kRotationPlain, ovra::kRotationSse, ovra::kRotationAvx2)
+                     .reverse[kind];
   };
-  std::vector moves = {kernels([](auto tier) { return ovra::RowCopyKernelsOf(tier).copy; }, 1),
-                       kernels(
-                           [](auto tier) {
-                             return ForTier(tier, ovra::kDibRawPlain, ovra::kDibRawSse,
-                                            ovra::kDibRawAvx2)
-                                 .swap_red_blue;
-                           },
-                           3)};
-  for (const int bytes : {1, 2, 3, 4, 6, 8}) {
-    moves.push_back(kernels(
-        [bytes](auto tier) {
-          return ForTier(tier, ovra::kRotationPlain, ovra::kRotationSse, ovra::kRotationAvx2)
-              .reverse[bytes];
-        },
-        bytes));
-  }
   std::mt19937 random(1);
   for (int round = 0; round < 500; ++round) {
-    const auto& [pixel_bytes, plain, sse, avx2] = moves[random() % moves.size()];
+    const int kind = kKinds[random() % std::size(kKinds)];
+    const int pixel_bytes = std::abs(kind);
     const ptrdiff_t pixels = 1 + static_cast<ptrdiff_t>(random() % 400);
     const auto padding = static_cast<ptrdiff_t>(random() % 4);
     const ptrdiff_t bytes = pixels * pixel_bytes;
-    ovra_test::GuardedBuffer source(static_cast<size_t>(kRows * bytes));
+    SCOPED_TRACE(testing::Message() << pixels << " pixels of " << pixel_bytes);
+    GuardedBuffer source(static_cast<size_t>(kRows * bytes));
     for (uint8_t& byte : source) byte = static_cast<uint8_t>(random());
-    const auto size = static_cast<size_t>(kRows * (bytes + padding) + 1);
-    ovra_test::GuardedBuffer expected(size), moved(size);
-    ovra::RowMove move = {source.data(), bytes, nullptr, bytes + padding,
-                          pixels,        kRows, padding, false};
-    const auto run = [&](ovra::MoveRows* kernel, ovra_test::GuardedBuffer* to, bool streaming) {
-      std::fill(to->begin(), to->end(), ovra_test::GuardedBuffer::kFill);
-      move.destination = to->data() + 1;
-      move.streaming = streaming;
-      kernel(move);
+    const auto written = [&](const auto& write) {
+      GuardedBuffer to(static_cast<size_t>(kRows * (bytes + padding) + 1));
+      write(to.data() + 1);
+      return std::vector<uint8_t>(to.begin(), to.end());
     };
-    run(plain, &expected, false);
-    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
-      run(ovra::ForTier(tier, plain, sse, avx2), &moved, true);
-      ASSERT_TRUE(std::equal(moved.begin(), moved.end(), expected.begin()))
-          << ovra_test::TierName(tier) << ": " << pixels << " pixels of " << pixel_bytes;
-    }
+    const auto moved = [&](KernelTier tier, bool streaming) {
+      return written([&](uint8_t* to) {
+        kernel(kind, tier)(
+            {source.data(), bytes, to, bytes + padding, pixels, kRows, padding, streaming});
+      });
+    };
     const ovra::PixelPattern pattern(source.data(), pixel_bytes);
-    const ovra::RowFill fill = {moved.data() + 1, bytes, pixels, kRows, pattern, true};
-    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
-      std::fill(moved.begin(), moved.end(), ovra_test::GuardedBuffer::kFill);
-      ovra::RowCopyKernelsOf(tier).fill(fill);
+    for (const KernelTier tier : ovra_test::AllTiers()) {
+      ASSERT_EQ(moved(tier, true), moved(KernelTier::kPlain, false)) << ovra_test::TierName(tier);
+      const std::vector<uint8_t> filled = written([&](uint8_t* to) {
+        ovra::RowCopyKernelsOf(tier).fill({to, bytes, pixels, kRows, pattern, true});
+      });
+      ASSERT_EQ(filled[0], GuardedBuffer::kFill);
       for (ptrdiff_t i = 0; i < kRows * bytes; ++i) {
-        ASSERT_EQ(moved[static_cast<size_t>(i + 1)], source[static_cast<size_t>(i % pixel_bytes)]);
+        ASSERT_EQ(filled[static_cast<size_t>(i + 1)], source[static_cast<size_t>(i % pixel_bytes)]);
       }
-      ASSERT_EQ(moved[0], ovra_test::GuardedBuffer::kFill);
     }
   }
 }
@@ -187,18 +174,16 @@ TEST(YUsmDouble, EvenCurvesAreThoseOfThePlainKernels) {
     for (const int16_t entry : {128, 77, -32768}) {
       const std::vector<int16_t> level(OVRA_LEVEL_TABLE_SIZE, entry);
       const std::vector<int16_t> difference(OVRA_DIFFERENCE_TABLE_SIZE, 128);
-      std::vector<uint8_t> plain;
-      for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
-        const ovra_test::ForcedTier forced(tier);
+      SCOPED_TRACE(testing::Message() << amount << ' ' << entry);
+      ovra_test::ExpectTiersAgree([&] {
         std::vector<uint8_t> sharpened(source.size());
-        ASSERT_EQ(
+        EXPECT_EQ(
             OvraYUsmDoubleSingleStep(source.data(), sharpened.data(), kWidth, kHeight, 0x120, 4,
                                      kCoarse, 3, kFine, amount, level.data(), difference.data(),
                                      1 - amount, level.data(), difference.data()),
             OVRA_OK);
-        if (plain.empty()) plain = sharpened;
-        EXPECT_EQ(sharpened, plain) << ovra_test::TierName(tier) << ' ' << amount << ' ' << entry;
-      }
+        return sharpened;
+      });
     }
   }
 }

@@ -300,9 +300,9 @@ Cost CostOf(const Case& c, int32_t width, int32_t height) {
   std::vector<uint8_t> destination(source.size() + kTileBytes);
   for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>((i * i >> 5) & 15);
   const std::clock_t begin = std::clock();
-  const ovra_test::FailAllocationsFrom none(std::numeric_limits<int>::max());
+  const ovra_test::FailAllocations none;
   c.call({source.data(), destination.data(), width, height, c.format});
-  return {ovra_test::FailAllocationsFrom::RequestedBytes(),
+  return {ovra_test::FailAllocations::RequestedBytes(),
           static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC};
 }
 

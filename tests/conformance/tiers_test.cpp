@@ -19,8 +19,7 @@ namespace {
 
 using ovra::KernelTier;
 using ovra_test::Draw;
-using ovra_test::FailAllocation;
-using ovra_test::FailAllocationsFrom;
+using ovra_test::FailAllocations;
 using ovra_test::ForcedTier;
 using ovra_test::Outcome;
 using ovra_test::SeedsOf;
@@ -45,17 +44,15 @@ TEST_P(Conformance, TiersAgree) {
   }
 }
 
-// Fails the allocation with this number (FailAllocation), or all from there on. False when the call
-// asked for fewer.
-template <class Failing>
-bool Fails(const ovra_test::Operation& operation, uint32_t seed, int number) {
+// Fails the allocations with these numbers. False when the call asked for fewer.
+bool Fails(const ovra_test::Operation& operation, uint32_t seed, int first, int last) {
   bool has_failed = false;
   int left = 0;
   const Outcome outcome = MakeCall(operation, Draw(seed), [&](const auto& run) {
-    const Failing failing(number);
+    const FailAllocations failing(first, last);
     const OvraStatus status = run();
-    has_failed = FailAllocationsFrom::Requested() >= number;
-    left = FailAllocationsFrom::Outstanding();
+    has_failed = FailAllocations::Requested() >= first;
+    left = FailAllocations::Outstanding();
     return status;
   });
   EXPECT_EQ(left, 0);
@@ -76,8 +73,8 @@ TEST_P(Conformance, EveryAllocationMayFail) {
     for (const KernelTier tier : ovra_test::AllTiers()) {
       const ForcedTier forced(tier);
       int number = 1;
-      while (number <= kMost && Fails<FailAllocation>(GetParam(), seed, number)) {
-        Fails<FailAllocationsFrom>(GetParam(), seed, number++);
+      while (number <= kMost && Fails(GetParam(), seed, number, number)) {
+        Fails(GetParam(), seed, number++, FailAllocations::kNone);
       }
       EXPECT_TRUE(MakeCall(GetParam(), Draw(seed)).output == expected.output) << "the call after";
     }
@@ -99,7 +96,10 @@ TEST_P(Conformance, AnyFloatingPointEnvironment) {
         return run();
       };
       const Outcome outcome = MakeCall(GetParam(), Draw(seed), set);
+      uint16_t after = 0;
+      __asm__ volatile("fnstcw %0" : "=m"(after));
       std::fesetenv(&usual);
+      EXPECT_EQ(after, x87);
       EXPECT_TRUE(outcome.output == expected.output) << "x87 " << x87;
     }
     for (const int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {

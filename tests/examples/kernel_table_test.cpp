@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -91,29 +90,6 @@ TEST(KernelTable, AnyParameterIsUsedAsGiven) {
   const Table huge = Calculated(OvraCalcCubicSpline, 3e38F);
   EXPECT_EQ(huge[0], 1.0F);  // no overflow on the way
   EXPECT_EQ(huge[4096], 0.0F);
-}
-
-// The precision control of a host is neither used nor changed.
-TEST(KernelTable, DoesNotDependOnTheHostsPrecision) {
-  constexpr uint16_t kPrecisionMask = 0x0300;
-  constexpr uint16_t kDouble = 0x0200;
-  const float parameters[] = {0.0F, 0.1F, -0.7713F};
-  for (const float parameter : parameters) {
-    for (Calc* const calc : {OvraCalcCubicSpline, OvraCalcBSpline}) {
-      const Table table = Calculated(calc, parameter);
-      Table there(kEntries);
-      uint16_t before = 0;
-      __asm__ volatile("fnstcw %0" : "=m"(before));
-      const auto reduced = static_cast<uint16_t>((before & ~kPrecisionMask) | kDouble);
-      __asm__ volatile("fldcw %0" : : "m"(reduced));
-      calc(parameter, there.data());
-      uint16_t after = 0;
-      __asm__ volatile("fnstcw %0" : "=m"(after));
-      __asm__ volatile("fldcw %0" : : "m"(before));
-      EXPECT_EQ(after, reduced);
-      EXPECT_EQ(std::memcmp(table.data(), there.data(), kEntries * sizeof(float)), 0);
-    }
-  }
 }
 
 // Of a ratio as a float, against limits in double precision: the float nearest to 0.917 lies below its

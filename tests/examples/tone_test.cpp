@@ -15,23 +15,15 @@
 #include "support/tone_forms.h"
 #include "support/tone_pictures.h"
 
+namespace ovra_test {
 namespace {
 
-using ovra_test::AnchorPicture;
-using ovra_test::DeviationOf;
-using ovra_test::Fnv1a;
-using ovra_test::Picture16;
-using ovra_test::RandomInt;
-
-using ovra_test::kToneDefaults;
-using ovra_test::kToneForms;
-using ovra_test::ToneExports;
-
-Picture16 Toned(const ToneExports& form, const Picture16& picture,
-                const OvraHyperToneParams& params, const uint16_t* curve = nullptr) {
+Picture16 TonedBy(const ToneExports& form, const Picture16& picture,
+                  const OvraHyperToneParams& params, const std::vector<uint16_t>* curve = nullptr) {
   void* context = nullptr;
   const ToneExports::Init init = picture.depth_bits == 10 ? form.init : form.init_12;
-  EXPECT_EQ(init(picture.Format(), &params, curve, &context), OVRA_OK);
+  EXPECT_EQ(init(picture.Format(), &params, curve == nullptr ? nullptr : curve->data(), &context),
+            OVRA_OK);
   Picture16 result = picture;
   EXPECT_EQ(form.run(picture.Bytes(), result.Bytes(), picture.width, picture.height,
                      picture.Format(), context),
@@ -59,7 +51,7 @@ TEST(Tone, Anchors) {
   ASSERT_EQ(Fnv1a(AnchorPicture(10)), 0xf1171100);
   for (const Case& c : cases) {
     for (size_t i = 0; i < 4; ++i) {
-      EXPECT_EQ(Fnv1a(Toned(kToneForms[i], AnchorPicture(c.depth_bits), c.params)), c.hashes[i])
+      EXPECT_EQ(Fnv1a(TonedBy(kToneForms[i], AnchorPicture(c.depth_bits), c.params)), c.hashes[i])
           << kToneForms[i].name << ", " << c.depth_bits << " bits, scale " << c.params.scale;
     }
   }
@@ -73,7 +65,7 @@ TEST(Tone, BlackHasTheGainOfTheEntryAboveIt) {
   Picture16 speck = Picture16(16, 16, 10);
   for (uint32_t c = 0; c < 3; ++c) speck.At(5, 5, c) = 1;
   const OvraHyperToneParams params = {1, 0, 0, 1, 0.12F, 1, 3, 0};
-  const Picture16 toned = Toned(kToneForms[1], speck, params, curve.data());
+  const Picture16 toned = TonedBy(kToneForms[1], speck, params, &curve);
   ASSERT_STREQ(kToneForms[1].name, "HyperToneLight");
   EXPECT_EQ(toned.samples[3 * (16 * 5 + 5)], 4);
 }
@@ -81,7 +73,7 @@ TEST(Tone, BlackHasTheGainOfTheEntryAboveIt) {
 // Slopes, steps and noise in colours; repeatable.
 Picture16 Scene(uint32_t width, uint32_t height, uint32_t depth_bits) {
   Picture16 picture(width, height, depth_bits);
-  ovra_test::Random random(7);
+  Random random(7);
   const auto max = static_cast<int32_t>(picture.MaxSample());
   for (uint32_t y = 0; y < height; ++y) {
     for (uint32_t x = 0; x < width; ++x) {
@@ -100,7 +92,14 @@ Picture16 Grey(uint32_t width, uint32_t height, uint32_t depth_bits, uint32_t va
   return Picture16(width, height, depth_bits).FillGrey([=](uint32_t, uint32_t) { return value; });
 }
 
-class ToneForms : public testing::TestWithParam<ToneExports> {};
+class ToneForms : public testing::TestWithParam<ToneExports> {
+ protected:
+  static bool IsHybrid() { return GetParam().is_hybrid; }
+  static Picture16 Toned(const Picture16& picture, const OvraHyperToneParams& params,
+                         const std::vector<uint16_t>* curve = nullptr) {
+    return TonedBy(GetParam(), picture, params, curve);
+  }
+};
 
 TEST_P(ToneForms, NothingToDoGivesTheSource) {
   for (const uint32_t depth_bits : {10U, 12U}) {
@@ -109,9 +108,9 @@ TEST_P(ToneForms, NothingToDoGivesTheSource) {
     std::iota(same.begin(), same.end(), uint16_t{0});
     for (int32_t scale = 3; scale <= 8; ++scale) {
       const OvraHyperToneParams no_amount = {0, 1.5F, -0.5F, 1.5F, 0.15F, 0, scale, 0};
-      EXPECT_EQ(Toned(GetParam(), scene, no_amount).samples, scene.samples) << scale;
+      EXPECT_EQ(Toned(scene, no_amount).samples, scene.samples) << scale;
       const OvraHyperToneParams unit = {1, 1, 1, 1, 0.05F, 1, scale, 0};
-      EXPECT_EQ(Toned(GetParam(), scene, unit, same.data()).samples, scene.samples) << scale;
+      EXPECT_EQ(Toned(scene, unit, &same).samples, scene.samples) << scale;
     }
   }
 }
@@ -127,13 +126,12 @@ TEST_P(ToneForms, FlatGreysFollowTheCurve) {
       const Picture16 flat = Grey(19, 9, depth_bits, v);
       OvraHyperToneParams params = {1, 1.2F, 0.8F, 1.4F, 0.03F, 0.5F, static_cast<int>(3 + v % 6),
                                     0};
-      EXPECT_EQ(Toned(GetParam(), flat, params, curve.data()).samples,
-                Grey(19, 9, depth_bits, curve[v]).samples);
+      EXPECT_EQ(Toned(flat, params, &curve).samples, Grey(19, 9, depth_bits, curve[v]).samples);
       params.amount = 0.75F;
       const double x = static_cast<double>(v) / max;
       const double u = 1 - x;
       const double expected = max * (x + 0.75 * (1.2 * x * u * u * u - 0.8 * x * x * x * u));
-      EXPECT_NEAR(Toned(GetParam(), flat, params).samples[0], expected, 1) << v;
+      EXPECT_NEAR(Toned(flat, params).samples[0], expected, 1) << v;
     }
   }
 }
@@ -144,8 +142,8 @@ TEST_P(ToneForms, ColoursKeepRatiosOrDifferences) {
   OvraHyperToneParams params = {1, 1, 0.4F, 1.3F, 0.12F, 1, 4, 0};
   for (const float colour : {1.0F, 0.0F}) {
     params.colour = colour;
-    if (colour == 0 && !GetParam().is_hybrid) continue;
-    const Picture16 toned = Toned(GetParam(), scene, params);
+    if (colour == 0 && !IsHybrid()) continue;
+    const Picture16 toned = Toned(scene, params);
     EXPECT_NE(toned.samples, scene.samples);
     for (size_t i = 0; i < scene.samples.size(); i += 3) {
       const auto* const from = reinterpret_cast<const uint16_t*>(scene.Bytes()) + i;
@@ -153,7 +151,7 @@ TEST_P(ToneForms, ColoursKeepRatiosOrDifferences) {
       const int32_t strongest = std::max({from[0], from[1], from[2]});
       const int32_t becomes = std::max({to[0], to[1], to[2]});
       const bool is_limited = std::min({to[0], to[1], to[2]}) == 0 || becomes == max;
-      if (is_limited && !(GetParam().is_hybrid && colour == 1)) continue;
+      if (is_limited && !(IsHybrid() && colour == 1)) continue;
       for (int c = 0; c < 3; ++c) {
         if (colour == 1) {
           ASSERT_LE(std::abs(to[c] * strongest - from[c] * becomes), strongest) << i;
@@ -181,12 +179,13 @@ TEST_P(ToneForms, HalosAtStepsStaySmallAndEnd) {
   const OvraHyperToneParams params = {1, 1, 0.5F, 1.25F, 0.12F, 1, 4, 0};
   struct Zone {
     uint32_t distance;
-    double percent;  // of the range
+    double classic, hybrid;  // percent of the range
   };
-  const std::vector<Zone> zones =
-      GetParam().is_hybrid
-          ? std::vector<Zone>{{0, 7.5}, {4, 4.2}, {16, 1.4}, {32, 0.3}, {64, 100 / 4096.0}}
-          : std::vector<Zone>{{0, 10.5}, {4, 6}, {16, 2.6}, {32, 0.5}, {64, 100 / 4096.0}};
+  constexpr Zone kZones[] = {{64, 100 / 4096.0, 100 / 4096.0},
+                             {32, 0.5, 0.3},
+                             {16, 2.6, 1.4},
+                             {4, 6, 4.2},
+                             {0, 10.5, 7.5}};
   for (const uint32_t low : {40U, 600U, 1500U}) {
     for (const uint32_t step : {120U, 400U, 1100U, 2560U}) {
       for (const bool falls : {false, true}) {
@@ -195,17 +194,16 @@ TEST_P(ToneForms, HalosAtStepsStaySmallAndEnd) {
         const Picture16 picture = Picture16(2 * kEdge, 24, 12).FillGrey([=](uint32_t x, uint32_t) {
           return x < kEdge ? left : right;
         });
-        const int32_t flats[] = {Toned(GetParam(), Grey(8, 8, 12, left), params).samples[0],
-                                 Toned(GetParam(), Grey(8, 8, 12, right), params).samples[0]};
-        const Picture16 toned = Toned(GetParam(), picture, params);
-        const Picture16 turned = Turned(Toned(GetParam(), Turned(picture), params));
+        const int32_t flats[] = {Toned(Grey(8, 8, 12, left), params).samples[0],
+                                 Toned(Grey(8, 8, 12, right), params).samples[0]};
+        const Picture16 toned = Toned(picture, params);
+        const Picture16 turned = Turned(Toned(Turned(picture), params));
         for (uint32_t x = 0; x < picture.width; ++x) {
           const uint32_t distance = x < kEdge ? kEdge - 1 - x : x - kEdge;
-          const auto next = std::find_if(zones.begin(), zones.end(), [=](const Zone& zone) {
-            return zone.distance > distance;
-          });
-          double most = std::prev(next)->percent * 4096 / 100;
-          if (GetParam().is_hybrid && step >= 2560 && distance >= 4) most = 1;
+          const Zone& zone = *std::find_if(std::begin(kZones), std::end(kZones),
+                                           [=](const Zone& z) { return z.distance <= distance; });
+          double most = (IsHybrid() ? zone.hybrid : zone.classic) * 4096 / 100;
+          if (IsHybrid() && step >= 2560 && distance >= 4) most = 1;
           for (const int32_t value : {toned.samples[3 * x], turned.samples[3 * x]}) {
             ASSERT_LE(std::abs(value - flats[x < kEdge ? 0 : 1]), most)
                 << left << " to " << right << " at " << distance;
@@ -222,7 +220,7 @@ TEST_P(ToneForms, RampsDoNotFall) {
     const Picture16 ramp = Picture16(400, 16, 12).FillGrey([=](uint32_t x, uint32_t) {
       return 300 + 2700 * (std::clamp(x, 120U, 120 + width) - 120) / width;
     });
-    const Picture16 toned = Toned(GetParam(), ramp, params);
+    const Picture16 toned = Toned(ramp, params);
     for (uint32_t x = 121; x <= 120 + width; ++x) {
       ASSERT_GE(toned.samples[3 * x], toned.samples[3 * x - 3]) << width << ", " << x;
     }
@@ -231,15 +229,15 @@ TEST_P(ToneForms, RampsDoNotFall) {
 
 // A single pixel that is made brighter does not become darker, whatever it stands among.
 TEST_P(ToneForms, PixelsKeepTheirOrder) {
-  const OvraHyperToneParams params = GetParam().is_hybrid
+  const OvraHyperToneParams params = IsHybrid()
                                          ? OvraHyperToneParams{1, 1, 0.5F, 1.25F, 0.12F, 1, 3, 0}
                                          : OvraHyperToneParams{1, 1.5F, 1, 1.5F, 0.15F, 1, 3, 0};
   for (const double grey : {100.0, 1500.0, 3500.0}) {
-    Picture16 picture = ovra_test::NoisyGrey(21, 12, grey, 50);
+    Picture16 picture = NoisyGrey(21, 12, grey, 50);
     int32_t before = 0;
     for (uint32_t v = 0; v <= 4095; v += 15) {
       std::fill_n(&picture.At(10, 11), 3, static_cast<uint16_t>(v));
-      const int32_t becomes = Toned(GetParam(), picture, params).At(10, 11);
+      const int32_t becomes = Toned(picture, params).At(10, 11);
       ASSERT_GE(becomes, before - 1) << v << " among " << grey;
       before = becomes;
     }
@@ -249,9 +247,8 @@ TEST_P(ToneForms, PixelsKeepTheirOrder) {
 TEST_P(ToneForms, NoiseGrowsNoMoreThanTheLight) {
   const OvraHyperToneParams params = {0.9F, 1.5F, 1, 1.5F, 0.1F, 1, 4, 0};
   for (const double x : {0.05, 0.2, 0.5, 0.8}) {
-    const Picture16 noise = ovra_test::NoisyGrey(128, 12, x * 4095, 0.006 * 4096);
-    const double grows =
-        DeviationOf(Toned(GetParam(), noise, params).samples) / DeviationOf(noise.samples);
+    const Picture16 noise = NoisyGrey(128, 12, x * 4095, 0.006 * 4096);
+    const double grows = DeviationOf(Toned(noise, params).samples) / DeviationOf(noise.samples);
     EXPECT_LE(grows, (1 + 0.9 * 1.5 * std::pow(1 - x, 3)) * (1 + 0.9 * 0.5 * x / (x + 0.25)) * 1.03)
         << x;
   }
@@ -259,11 +256,11 @@ TEST_P(ToneForms, NoiseGrowsNoMoreThanTheLight) {
 
 // The base of the pyramid is off by `edge` at most.
 TEST_P(ToneForms, PixelsGetTheGainOfAToneNear) {
-  if (GetParam().is_hybrid) return;
+  if (IsHybrid()) return;
   const Picture16 bricks = Picture16(200, 120, 12).FillGrey([](uint32_t x, uint32_t y) {
     return (x / 23 + y / 17) % 5 * 1000 + (x * 7 + y * 13) % 90;
   });
-  const Picture16 toned = Toned(GetParam(), bricks, {1, 1, 0.5F, 1, 0.12F, 1, 5, 0});
+  const Picture16 toned = Toned(bricks, {1, 1, 0.5F, 1, 0.12F, 1, 5, 0});
   for (size_t i = 0; i < bricks.samples.size(); i += 3) {
     double least = 4;
     double most = 0;
@@ -284,8 +281,8 @@ TEST(Tone, LightFormsComeCloseToTheFullOnes) {
     return std::hypot(x - 150.0, y - 160.0) < 70 ? 0.3 * slope : slope + (x * y) % 60;
   });
   const auto peak_to_noise = [&](size_t full, const OvraHyperToneParams& params) {
-    const Picture16 a = Toned(kToneForms[full], scene, params);
-    const Picture16 b = Toned(kToneForms[full + 1], scene, params);
+    const Picture16 a = TonedBy(kToneForms[full], scene, params);
+    const Picture16 b = TonedBy(kToneForms[full + 1], scene, params);
     double squares = 0;
     for (size_t i = 0; i < a.samples.size(); ++i)
       squares += std::pow(a.samples[i] - b.samples[i], 2);
@@ -303,13 +300,13 @@ TEST_P(ToneForms, DiscTellsTheFamiliesApart) {
     return std::hypot(x - 256.0, y - 256.0) < 60 ? 123U : 2867U;
   });
   const OvraHyperToneParams params = {1, 1.5F, 1, 1, 0.12F, 1, 6, 0};
-  const double flat = Toned(GetParam(), Grey(4, 4, 12, 2867), params).samples[0];
-  const Picture16 toned = Toned(GetParam(), disc, params);
+  const double flat = Toned(Grey(4, 4, 12, 2867), params).samples[0];
+  const Picture16 toned = Toned(disc, params);
   double most = 0;
   for (uint32_t x = 256 + 70; x < 256 + 80; ++x) {
     most = std::max(most, std::abs(toned.samples[3 * (256 * 512 + x)] / flat - 1));
   }
-  EXPECT_TRUE(GetParam().is_hybrid ? most < 0.002 : most > 0.01 && most < 0.05) << most;
+  EXPECT_TRUE(IsHybrid() ? most < 0.002 : most > 0.01 && most < 0.05) << most;
 }
 
 TEST_P(ToneForms, TwelveBitsAreFourTimesTenBits) {
@@ -317,8 +314,8 @@ TEST_P(ToneForms, TwelveBitsAreFourTimesTenBits) {
   Picture16 twelve = ten;
   twelve.depth_bits = 12;
   for (uint16_t& sample : twelve.samples) sample = static_cast<uint16_t>(4 * sample);
-  const Picture16 a = Toned(GetParam(), ten, kToneDefaults);
-  const Picture16 b = Toned(GetParam(), twelve, kToneDefaults);
+  const Picture16 a = Toned(ten, kToneDefaults);
+  const Picture16 b = Toned(twelve, kToneDefaults);
   for (size_t i = 0; i < a.samples.size(); ++i) {
     ASSERT_NEAR(4 * a.samples[i], b.samples[i], 8) << i;
   }
@@ -333,15 +330,15 @@ TEST_P(ToneForms, SymmetricInChannelsAndSpace) {
     picture.model = picture.model == OVRA_MODEL_RGB ? OVRA_MODEL_BGR : OVRA_MODEL_RGB;
     return picture;
   };
-  const Picture16 toned = Toned(GetParam(), scene, kToneDefaults);
-  EXPECT_EQ(swapped(Toned(GetParam(), swapped(scene), kToneDefaults)).samples, toned.samples);
+  const Picture16 toned = Toned(scene, kToneDefaults);
+  EXPECT_EQ(swapped(Toned(swapped(scene), kToneDefaults)).samples, toned.samples);
   if (std::string(GetParam().name) != "HyperTone") return;
   // Reading all samples backwards turns the picture by half and swaps the channels. Both sides less one
   // are multiples of 2^scale.
   Picture16 backwards = scene;
   std::reverse(backwards.samples.begin(), backwards.samples.end());
   backwards.model = OVRA_MODEL_BGR;
-  Picture16 back = Toned(GetParam(), backwards, kToneDefaults);
+  Picture16 back = Toned(backwards, kToneDefaults);
   std::reverse(back.samples.begin(), back.samples.end());
   EXPECT_EQ(back.samples, toned.samples);
 }
@@ -350,3 +347,4 @@ INSTANTIATE_TEST_SUITE_P(All, ToneForms, testing::ValuesIn(kToneForms),
                          [](const auto& form) { return std::string(form.param.name); });
 
 }  // namespace
+}  // namespace ovra_test

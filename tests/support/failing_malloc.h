@@ -4,16 +4,19 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 
 namespace ovra_test {
 
-// While it lives, the allocation with this number (from 1) and all later ones fail.
-class FailAllocationsFrom {
+// While it lives, allocations are counted, and those with the numbers (from 1) `first` to `last` fail.
+class FailAllocations {
  public:
-  explicit FailAllocationsFrom(int number);
-  ~FailAllocationsFrom();
-  FailAllocationsFrom(const FailAllocationsFrom&) = delete;
-  FailAllocationsFrom& operator=(const FailAllocationsFrom&) = delete;
+  static constexpr int kNone = std::numeric_limits<int>::max();
+
+  explicit FailAllocations(int first = kNone, int last = kNone);
+  ~FailAllocations();
+  FailAllocations(const FailAllocations&) = delete;
+  FailAllocations& operator=(const FailAllocations&) = delete;
 
   // Allocations asked for since construction.
   static int Requested();
@@ -21,15 +24,6 @@ class FailAllocationsFrom {
   static size_t RequestedBytes();
   // Blocks taken since construction and not yet released.
   static int Outstanding();
-};
-
-// As above, but only the one allocation with this number fails.
-class FailAllocation {
- public:
-  explicit FailAllocation(int number);
-  ~FailAllocation();
-  FailAllocation(const FailAllocation&) = delete;
-  FailAllocation& operator=(const FailAllocation&) = delete;
 };
 
 }  // namespace ovra_test

@@ -3,6 +3,8 @@
 // linked into the program itself with --wrap for ovra::DetectedTier.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <vector>
 
 #include "core/cpu.h"
@@ -22,5 +24,17 @@ const char* TierName(ovra::KernelTier tier);
 
 // Those that this processor runs, the plain one first.
 std::vector<ovra::KernelTier> AllTiers();
+
+// `run` gives the same in every tier.
+void ExpectTiersAgree(const auto& run) {
+  const auto expected = [&run] {
+    const ForcedTier plain(ovra::KernelTier::kPlain);
+    return run();
+  }();
+  for (const ovra::KernelTier tier : AllTiers()) {
+    const ForcedTier forced(tier);
+    EXPECT_TRUE(run() == expected) << TierName(tier);
+  }
+}
 
 }  // namespace ovra_test
