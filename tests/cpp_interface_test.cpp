@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -27,20 +28,26 @@ Image Ramp(ovra::Size size, Format format) {
   return image;
 }
 
-bool SamePixels(ovra::View a, ovra::View b) {
-  for (int32_t y = 0; y < a.height(); ++y) {
-    if (!std::equal(a.Row(y), a.Row(y) + 3 * a.width(), b.Row(y))) return false;
+// From x of row y on, the rows of `image` are those of `part`.
+bool Shows(const Image& image, const Image& part, int32_t x = 0, int32_t y = 0) {
+  for (int32_t row = 0; row < part.height(); ++row) {
+    const uint8_t* const samples = part.Row(row);
+    if (!std::equal(samples, samples + 3 * part.width(), image.Row(y + row) + 3 * x)) return false;
   }
   return true;
 }
 
-// `call` makes of the source an image like `expected`, with these pixels.
-template <class... More>
-void ExpectGives(const Image& expected, const auto& call, const Image& source,
-                 const More&... more) {
-  Image other(expected.size(), expected.format());
+// What `call` makes of the source, as an image like `shape`.
+Image Given(const Image& shape, const auto& call, const Image& source, const auto&... more) {
+  Image other(shape.size(), shape.format());
   EXPECT_TRUE(call(source, other, more...));
-  EXPECT_TRUE(SamePixels(expected, other));
+  return other;
+}
+
+// `call` makes of the source an image like `expected`, with these pixels.
+void ExpectGives(const Image& expected, const auto& call, const Image& source,
+                 const auto&... more) {
+  EXPECT_TRUE(Shows(Given(expected, call, source, more...), expected));
 }
 
 TEST(CppInterface, ViewsKnowStrideAndRowOrder) {
@@ -120,29 +127,29 @@ TEST(CppInterface, ImagesThatDoNotBelongTogetherAreRefused) {
 
 TEST(CppInterface, GeometryAndComposition) {
   const Image source = Ramp({7, 4}, kPadded);
-  Image turned(ovra::Turned(source.size(), OVRA_ROTATE_QUARTER_LEFT), kPadded);
-  ASSERT_TRUE(ovra::RotateImage(source, turned, OVRA_ROTATE_QUARTER_LEFT));
+  const Image turned =
+      Given(Image({4, 7}, kPadded), ovra::RotateImage, source, OVRA_ROTATE_QUARTER_LEFT);
+  EXPECT_EQ(turned.size(), ovra::Turned(source.size(), OVRA_ROTATE_QUARTER_LEFT));
   EXPECT_EQ(turned.Row(0)[0], source.Row(0)[3 * 6]);
   EXPECT_EQ(turned.Row(6)[3 * 3], source.Row(3)[0]);
 
   Image canvas({9, 9}, kPadded);
   ASSERT_TRUE(ovra::ExtrapolateImage(source, canvas, 1, 2, {10, 20, 30}));
   EXPECT_EQ(canvas.Row(0)[1], 20);
-  EXPECT_TRUE(std::equal(source.Row(3), source.Row(3) + 21, canvas.Row(5) + 3));
+  EXPECT_TRUE(Shows(canvas, source, 1, 2));
   Image again({9, 9}, kPadded);
   ASSERT_TRUE(ovra::CompositeImage(again, source, 1, 2));
-  EXPECT_TRUE(std::equal(source.Row(3), source.Row(3) + 21, again.Row(5) + 3));
+  EXPECT_TRUE(Shows(again, source, 1, 2));
 
   Image cut({8, 8}, Format::Rgb());
   const Image flat = Ramp({20, 20}, Format::Rgb());
   ASSERT_TRUE(ovra::FreeTrimming(flat, cut, 3, 5, 0));
-  EXPECT_TRUE(std::equal(cut.Row(1), cut.Row(1) + 24, flat.Row(6) + 9));
+  EXPECT_TRUE(Shows(flat, cut, 3, 5));
   ASSERT_TRUE(ovra::FreeTrimming(flat, cut, 300, 5, 0, {7, 8, 9}));
   EXPECT_EQ(cut.Row(7)[2], 9);
   EXPECT_EQ(ovra::FreeTrimming(flat, cut, 0, 0, 0, {7}).code(), Status::kMismatch);
 
-  Image dib({20, 20}, ovra::kDibFormat);
-  ASSERT_TRUE(ovra::Raw2Dib(flat, dib));
+  const Image dib = Given(Image({20, 20}, ovra::kDibFormat), ovra::Raw2Dib, flat);
   EXPECT_EQ(dib.Row(0)[0], flat.Row(0)[2]);
   ExpectGives(flat, ovra::Dib2Raw, dib);
 }
@@ -153,41 +160,28 @@ class CppResize : public testing::Test {
   const ovra::KernelTable table_ = ovra::KernelTable::CubicSpline(-0.75F);
   const ovra::KernelSupport support_ = ovra::SelectKernelSupport(0.75F);
   const ovra::Region whole_ = ovra::Whole(source_);
+  const Image large_ = Given(Image({60, 48}, Format::Rgb()), ovra::ResizeImage, source_);
+  const Image small_ = Given(Image({8, 6}, Format::Rgb()), ovra::ResizeImage, source_);
 };
 
 TEST_F(CppResize, FunctionsAgreeWhereTheyDoTheSame) {
-  const ovra::Factors factors = {0.75, 0.75};
-  Image expected({60, 48}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source_, expected));
-  ExpectGives(expected, ovra::ResizeImageROI, source_, whole_);
-  ExpectGives(expected, ovra::ResizeImageVAR, source_, factors);
-  ExpectGives(expected, ovra::ResizeImageROIVAR, source_, whole_, factors);
-  ExpectGives(expected, ovra::ResizeImageCore, source_, whole_, table_, support_);
-  ExpectGives(expected, ovra::ResizeImageCoreVAR, source_, whole_, factors, table_, support_,
-              support_);
-  Image small({8, 6}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source_, small));
-  ExpectGives(small, ovra::SmallResizeImage, source_, whole_, table_);
-}
-
-TEST_F(CppResize, WithATurn) {
   constexpr auto kTurn = OVRA_ROTATE_QUARTER_RIGHT;
-  const auto turned = [&](ovra::Size size) {
-    Image upright(size, Format::Rgb());
-    Image expected(ovra::Turned(size, kTurn), Format::Rgb());
-    EXPECT_TRUE(ovra::ResizeImage(source_, upright));
-    EXPECT_TRUE(ovra::RotateImage(upright, expected, kTurn));
-    return expected;
-  };
-  ExpectGives(turned({60, 48}), ovra::ResizeRotateImageROI, source_, whole_, kTurn);
-  ExpectGives(turned({60, 48}), ovra::ResizeRotateImageCore, source_, whole_, table_, support_,
-              kTurn);
-  ExpectGives(turned({8, 6}), ovra::SmallResizeRotateImage, source_, whole_, table_, kTurn);
+  const ovra::Factors factors = {0.75, 0.75};
+  ExpectGives(large_, ovra::ResizeImageROI, source_, whole_);
+  ExpectGives(large_, ovra::ResizeImageVAR, source_, factors);
+  ExpectGives(large_, ovra::ResizeImageROIVAR, source_, whole_, factors);
+  ExpectGives(large_, ovra::ResizeImageCore, source_, whole_, table_, support_);
+  ExpectGives(large_, ovra::ResizeImageCoreVAR, source_, whole_, factors, table_, support_,
+              support_);
+  ExpectGives(small_, ovra::SmallResizeImage, source_, whole_, table_);
+  const Image turned = Given(Image({48, 60}, Format::Rgb()), ovra::RotateImage, large_, kTurn);
+  ExpectGives(turned, ovra::ResizeRotateImageROI, source_, whole_, kTurn);
+  ExpectGives(turned, ovra::ResizeRotateImageCore, source_, whole_, table_, support_, kTurn);
+  ExpectGives(Given(Image({6, 8}, Format::Rgb()), ovra::RotateImage, small_, kTurn),
+              ovra::SmallResizeRotateImage, source_, whole_, table_, kTurn);
 }
 
 TEST_F(CppResize, InBands) {
-  Image expected({60, 48}, Format::Rgb());
-  ASSERT_TRUE(ovra::ResizeImage(source_, expected));
   using Bands = ovra::BandResize;
   auto first = Bands::Make(source_.size(), {60, 48}, Format::Rgb(), whole_).value();
   auto second =
@@ -203,7 +197,7 @@ TEST_F(CppResize, InBands) {
       written += progress->rows_written;
     }
     EXPECT_EQ(written, 48);
-    EXPECT_TRUE(SamePixels(expected, result));
+    EXPECT_TRUE(Shows(result, large_));
   }
 }
 
@@ -214,37 +208,25 @@ TEST(CppInterface, ContextsMove) {
   const auto weights = ovra::GaussianWeights(1).value();
   static_assert(!std::is_copy_constructible_v<ovra::YUsm>);
   ovra::YUsm first = ovra::YUsm::Make(Format::Rgb(), weights, 2.5F, tables).value();
-  Image expected({64, 48}, Format::Rgb());
-  ASSERT_TRUE(first(source, expected));
-  EXPECT_FALSE(SamePixels(source, expected));
+  const Image expected = Given(source, first, source);
+  EXPECT_FALSE(Shows(expected, source));
   ovra::YUsm second = std::move(first);
   ExpectGives(expected, second, source);
   second = ovra::YUsm::Make(Format::Rgb(), weights, 1.0F, tables).value();
   ExpectGives(source, second, source);
   EXPECT_EQ(ovra::YUsm::Make(Format::Rgb(16), weights, 1, tables).status().code(),
             OVRA_ERROR_YUSM_DEPTH);
-
   const ovra::UsmBand band = {weights, 1.5F, tables};
   const auto both = ovra::YUsmDouble::Make(Format::Rgb(), band, band).value();
-  ASSERT_TRUE(both(source, expected));
-  EXPECT_FALSE(SamePixels(source, expected));
+  EXPECT_FALSE(Shows(Given(source, both, source), source));
 }
 
 TEST(CppInterface, FiltersReachTheirFunctions) {
   const Image source = Ramp({64, 48}, Format::Rgb());
-  Image other({64, 48}, Format::Rgb());
-  ASSERT_TRUE(ovra::EFilterImage(source, other));
-  OvraSoftFocusParams soft = {};
-  soft.radius = 500;
-  soft.decay_base = 0.1;
-  soft.decay_exponent = 1;
-  soft.mix = 0.5;
-  ASSERT_TRUE(ovra::SoftFocus(source, other, soft));
-  EXPECT_FALSE(SamePixels(source, other));
-  OvraMultiFrequencyParams bands = {};
-  bands.band_count = 1;
-  bands.base_gain = 1;
-  bands.band[0].gain = 1;
+  Given(source, ovra::EFilterImage, source);
+  const OvraSoftFocusParams soft = {500, 1, 0.1, {}, 0.5};
+  EXPECT_FALSE(Shows(Given(source, ovra::SoftFocus, source, soft), source));
+  const OvraMultiFrequencyParams bands = {1, 1, 0, 0, {{1, 0, 0, 0}}};
   ExpectGives(source, ovra::MultiFrequency, source, bands);
 }
 
@@ -253,18 +235,12 @@ template <class Form>
 void CheckTone() {
   for (const uint32_t depth : {10U, 12U}) {
     Image source({64, 48}, Format::Bgr(depth));
-    Image other({64, 48}, Format::Bgr(depth));
-    for (int32_t i = 0; i < 3 * 64 * 48; ++i) {
-      source.Row<uint16_t>(0)[i] = static_cast<uint16_t>(i % 1000);
-    }
-    OvraHyperToneParams params = {};
-    params.local_contrast = 1;
-    params.edge = 0.1F;
-    params.scale = 3;
+    std::span samples(source.Row<uint16_t>(0), size_t{3} * 64 * 48);
+    for (size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<uint16_t>(i % 1000);
+    const OvraHyperToneParams params = {0, 0, 0, 1, 0.1F, 0, 3, 0};
     const auto tone = Form::Make(Format::Bgr(depth), params).value();
-    ASSERT_TRUE(tone(source, other));
-    EXPECT_TRUE(std::equal(source.Row<uint16_t>(0), source.Row<uint16_t>(0) + 3 * 64 * 48,
-                           other.Row<uint16_t>(0)));
+    const Image other = Given(source, tone, source);
+    EXPECT_TRUE(std::equal(samples.begin(), samples.end(), other.Row<uint16_t>(0)));
     Image small({32, 32}, Format::Bgr(depth));
     EXPECT_EQ(tone(source, small).code(), Status::kMismatch);
   }
@@ -279,18 +255,14 @@ TEST(CppInterface, EveryFormOfToneProcessing) {
 
 TEST(CppInterface, ConversionsConvert) {
   const Image source = Ramp({16, 2}, Format::Rgb());
-  Image other({16, 2}, Format::Rgb());
   const auto negative = ovra::ChannelPolynomialConversion::Make(
       Format::Rgb(), Format::Rgb(), {{{255, -1, 0, 0}, {255, -1, 0, 0}, {255, -1, 0, 0}}});
   ASSERT_TRUE(negative.status());
-  ASSERT_TRUE((*negative)(source, other));
-  EXPECT_EQ(other.Row(1)[5], 255 - source.Row(1)[5]);
+  EXPECT_EQ(Given(source, *negative, source).Row(1)[5], 255 - source.Row(1)[5]);
 
-  OvraColorMatrix matrix = {};
-  matrix.rows[0][2] = matrix.rows[1][1] = matrix.rows[2][0] = 1;
+  const OvraColorMatrix matrix = {{{0, 0, 1}, {0, 1}, {1}}, 0};
   const auto swap = ovra::ColorMatrixConversion::Make(Format::Rgb(), Format::Rgb(), matrix);
-  ASSERT_TRUE((*swap)(source, other));
-  EXPECT_EQ(other.Row(1)[0], source.Row(1)[2]);
+  EXPECT_EQ(Given(source, *swap, source).Row(1)[0], source.Row(1)[2]);
 
   const uint16_t grid[] = {0, 255};
   uint16_t lattice[24] = {};
