@@ -61,6 +61,16 @@ void __wrap_free(void* block) {
 }
 }
 
+#ifdef _WIN32
+// Where the C++ library is linked into the program, what the tests themselves allocate would count.
+void* operator new(size_t size) {
+  if (void* block = __real_malloc(size)) return block;
+  throw std::bad_alloc();
+}
+void operator delete(void* block) noexcept { __real_free(block); }
+void operator delete(void* block, size_t /*size*/) noexcept { __real_free(block); }
+#endif
+
 namespace ovra_test {
 
 FailAllocations::FailAllocations(int first, int last) {
