@@ -1,5 +1,9 @@
 // SPDX-License-Identifier: MIT
 // OvraBase: still-image processing on the caller's pixel buffers. Includes the whole interface.
+//
+// The floating-point environment: any precision may be in force on the x87. Rounding goes to the nearest, as
+// programs find it at their start; in another rounding mode some results differ in their last
+// bits, also from one processor to another, and nothing else happens.
 #ifndef OVRA_OVRA_H
 #define OVRA_OVRA_H
 

@@ -82,7 +82,7 @@ TEST_P(Conformance, EveryAllocationMayFail) {
 }
 
 // Hosts leave any precision in force on the x87, which changes nothing. Rounding to another side than
-// the nearest may change results, of all tiers alike, and does no harm.
+// the nearest may change results, and does no harm.
 TEST_P(Conformance, AnyFloatingPointEnvironment) {
   constexpr uint32_t kEvery = 8;
   std::fenv_t usual;
@@ -103,7 +103,6 @@ TEST_P(Conformance, AnyFloatingPointEnvironment) {
       EXPECT_TRUE(outcome.output == expected.output) << "x87 " << x87;
     }
     for (const int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
-      std::vector<uint8_t> plain;
       for (const KernelTier tier : ovra_test::AllTiers()) {
         const ForcedTier forced(tier);
         const Outcome outcome = MakeCall(GetParam(), Draw(seed), [rounding](const auto& run) {
@@ -113,8 +112,6 @@ TEST_P(Conformance, AnyFloatingPointEnvironment) {
         std::fesetenv(&usual);
         EXPECT_EQ(outcome.complaint, "");
         EXPECT_EQ(outcome.status, expected.status);
-        if (tier == KernelTier::kPlain) plain = outcome.output;
-        EXPECT_TRUE(outcome.output == plain) << "rounding " << rounding;
       }
     }
   }
