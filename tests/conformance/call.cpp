@@ -167,7 +167,7 @@ void Call::Run(const Invocation& invocation) {
   for (const auto& buffer : buffers_) Check(*buffer, status);
 }
 
-OvraStatus Call::Convert(const Images& images, const Conversion& convert) {
+OvraStatus Call::ConvertAll(const Images& images, const Conversion& convert) {
   const uint8_t* const source = images.source;
   uint8_t* const destination = images.destination;
   const auto height = static_cast<int32_t>(images.height);

@@ -154,7 +154,11 @@ class Call {
   // may err, lower images go before, and calls of other operations between; where a Crowd was given,
   // it uses the context at the same time, with the same source and destinations of its own.
   using Conversion = std::function<OvraStatus(const uint8_t*, uint8_t*, int32_t)>;
-  OvraStatus Convert(const Images& images, const Conversion& convert);
+  // Asks for no memory, of which there may be none.
+  template <class Function>
+  OvraStatus Convert(const Images& images, const Function& convert) {
+    return ConvertAll(images, std::cref(convert));
+  }
 
   // For what else must hold of the result after a Run that succeeded.
   bool HasSucceeded() const { return outcome_.status == OVRA_OK; }
@@ -173,6 +177,7 @@ class Call {
     size_t stride = 0;
   };
 
+  OvraStatus ConvertAll(const Images& images, const Conversion& convert);
   Buffer& NewBuffer(size_t size);
   uint8_t* NewSource(size_t size) { return NewBuffer(size).memory.data(); }
   uint8_t* NewDestination(size_t size);
