@@ -15,10 +15,11 @@ import geometry
 import geometry_straighten
 import opening
 import resample
+import speed
 import tone
 from page import Page
 
-SECTIONS = [opening, tone, filter_sharpen, filter_smooth, color_cube, color_curve, resample,
+SECTIONS = [opening, speed, tone, filter_sharpen, filter_smooth, color_cube, color_curve, resample,
             geometry_straighten, geometry]
 
 

@@ -48,7 +48,7 @@ class Page:
     def run(self, program, *arguments, expected=(0,)):
         """Runs one of the project's programs in the folder of the pictures."""
         shown = [program, *map(str, arguments)]
-        timed = ["--time"] if program == "ovra" else []
+        timed = ["--time"] if program == "ovra" and arguments[0] != "bench" else []
         with tempfile.TemporaryFile("w+") as output, tempfile.TemporaryFile("w+") as errors:
             start = time.perf_counter()
             process = subprocess.Popen([self.programs / program, *timed, *map(str, arguments)],
@@ -166,6 +166,10 @@ class Page:
             note += f", reduced from {self.reduced[name]}"
         caption = f'<b>{html.escape(title)}</b> <span class="note">{note}</span>'
         return self._figure(content or picture, caption, step)
+
+    def chart(self, svg, title, step):
+        """A drawing that somebody else made."""
+        return self._figure(svg[svg.index("<svg"):], f"<b>{html.escape(title)}</b>", step)
 
     def slider(self, before, after, title, step):
         """Two pictures of one size, of which a slider shows more or less."""

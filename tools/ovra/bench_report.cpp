@@ -48,10 +48,13 @@ void PrintBenchSvg(const BenchResults& bench) {
   constexpr int kTop = 48;
   constexpr int kLeft = 290;
   constexpr int kLongest = 400;
-  constexpr int kWidth = 830;
+  constexpr int kWidth = 920;
+  const auto copy_of = [](const BenchResult& result) {
+    return result.megapixels_per_second / result.share_of_copy;
+  };
   double fastest = 1;
   for (const BenchResult& result : bench.results) {
-    fastest = std::max(fastest, result.megapixels_per_second);
+    fastest = std::max({fastest, result.megapixels_per_second, copy_of(result)});
   }
   const int height = kTop + kRow * static_cast<int>(bench.results.size()) + 10;
   std::printf(
@@ -63,12 +66,16 @@ void PrintBenchSvg(const BenchResults& bench) {
   int y = kTop;
   for (const BenchResult& result : bench.results) {
     const double length = kLongest * result.megapixels_per_second / fastest;
+    const double copy = kLongest * copy_of(result) / fastest;
     std::printf(
         "<text x=\"%d\" y=\"%d\" text-anchor=\"end\">%s</text>\n"
+        "<rect x=\"%d\" y=\"%d\" width=\"%.1f\" height=\"%d\" fill=\"#dde\"><title>a "
+        "copy</title></rect>\n"
         "<rect x=\"%d\" y=\"%d\" width=\"%.1f\" height=\"%d\" fill=\"#36c\"><title>%s</title>"
         "</rect>\n<text x=\"%.1f\" y=\"%d\">%.4g MP/s, %.1f %% of a copy</text>\n",
-        kLeft - 8, y + 13, result.what.c_str(), kLeft, y, length, kRow - 5, result.function.c_str(),
-        kLeft + length + 6, y + 13, result.megapixels_per_second, kPercent * result.share_of_copy);
+        kLeft - 8, y + 13, result.what.c_str(), kLeft, y, copy, kRow - 5, kLeft, y, length,
+        kRow - 5, result.function.c_str(), kLeft + std::max(length, copy) + 6, y + 13,
+        result.megapixels_per_second, kPercent * result.share_of_copy);
     y += kRow;
   }
   std::printf("</svg>\n");
