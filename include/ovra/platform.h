@@ -10,11 +10,6 @@
 //            program that links the library statically. The library itself exports by list, not by
 //            attribute; OVRA_BUILDING is defined while it is compiled.
 // OVRA_CONSTEXPR  constexpr where the language has it for functions of several statements.
-//
-// Floating-point arithmetic. Results are the same whatever precision the thread has set on the x87. Rounding
-// is taken to be to the nearest, as every thread begins: in another mode results may differ, and
-// nothing else happens. Where the host has unmasked exceptions, numbers among the arguments that are none,
-// or beyond all bounds, raise them.
 #if defined(_WIN32) && !defined(_WIN64)
 #define OVRA_CALL __stdcall
 #else
