@@ -126,11 +126,9 @@ TEST(ColorCube, IsTrilinearInterpolation) {
   ovra_test::Random random(52);
   const Words grid = {0, 37, 100, 255};
   Cube cube = {{grid, grid, grid}, Words(4 * 4 * 4 * 3)};
-  ovra_test::FillSamples(random, cube.lattice.data(), cube.lattice.data() + cube.lattice.size(),
-                         255);
   Words pixels(3 * 500);
-  for (uint16_t& sample : pixels) {
-    sample = static_cast<uint16_t>(ovra_test::RandomInt(random, 0, 255));
+  for (Words* const samples : {&cube.lattice, &pixels}) {
+    for (uint16_t& sample : *samples) sample = static_cast<uint16_t>(random() % 256);
   }
   const Words result = ThroughCube(cube, pixels);
   for (size_t i = 0; i < pixels.size(); ++i) {
@@ -269,10 +267,8 @@ TEST(ChannelPolynomials, RoundHalfUpAndLimit) {
 
 // --- Matrices --------------------------------------------------------------------------------
 
-OvraColorMatrix Diagonal(double gain) {
-  OvraColorMatrix matrix = {};
-  for (int k = 0; k < 3; ++k) matrix.rows[k][k] = gain;
-  return matrix;
+OvraColorMatrix Diagonal(double gain, double constant = 0) {
+  return {{{gain, 0, 0, constant}, {0, gain, 0, constant}, {0, 0, gain, constant}}, 0};
 }
 
 Words ConvertedPixel(const OvraColorMatrix& matrix, const Words& pixel, uint32_t depth_bits = 8) {
@@ -309,8 +305,7 @@ TEST(ColorMatrix, ChoosesTheArithmeticOnceByTheSecondOrderTerms) {
       {-kInfinity, false}, {kDenormal, true}, {-kDenormal, true}, {1e-300, true}};
   for (const auto& [weight, asks] : cases) {
     for (int t = 4; t < 10; ++t) {
-      OvraColorMatrix matrix = Diagonal(1);
-      for (auto& row : matrix.rows) row[3] = 0.7;
+      OvraColorMatrix matrix = Diagonal(1, 0.7);
       matrix.rows[t % 3][t] = weight;
       EXPECT_EQ(ConvertedPixel(matrix, {10, 20, 30}),
                 asks ? (Words{11, 21, 31}) : (Words{10, 20, 30}))
@@ -336,11 +331,8 @@ TEST(ColorMatrix, DefinesNumbersBeyondRange) {
       {1e308, 1, 1e-9, 255},
   };
   for (const Case& c : cases) {
-    OvraColorMatrix matrix = Diagonal(c.weight);
-    for (int k = 0; k < 3; ++k) {
-      matrix.rows[k][3] = c.constant;
-      matrix.rows[k][4 + k] = c.square;
-    }
+    OvraColorMatrix matrix = Diagonal(c.weight, c.constant);
+    for (int k = 0; k < 3; ++k) matrix.rows[k][4 + k] = c.square;
     EXPECT_EQ(ConvertedPixel(matrix, {100, 100, 100}), Words(3, c.expected)) << &c - cases;
   }
 }
@@ -349,35 +341,39 @@ TEST(ColorMatrix, DefinesNumbersBeyondRange) {
 
 // Two runs of each handle make all samples 5, after what it was made of is gone.
 TEST(ColorHandle, OfAnotherFamilyAndWordsThatAreNoAddressAreRefused) {
-  struct {
+  struct Family {
     OvraStatus null;
     decltype(&OvraConvColorCube) convert;
     decltype(&OvraConvColorCube_Free) release;
     uintptr_t handle;
-  } families[] = {{OVRA_ERROR_CUBE_NULL, OvraConvColorCube, OvraConvColorCube_Free, 0},
-                  {OVRA_ERROR_TABLE_NULL, OvraConvColor1DTbl, OvraConvColorCoef_Free, 0},
-                  {OVRA_ERROR_MATRIX_NULL, OvraConvColorMtx, OvraConvColorMtx_Free, 0}};
+  };
+  const auto made = [](OvraStatus null, auto* init, const auto* parameters, auto* convert,
+                       auto* release) {
+    Family family = {null, convert, release, 0};
+    EXPECT_EQ(init(Format(8), Format(8), parameters, &family.handle), OVRA_OK);
+    return family;
+  };
+  std::vector<Family> families;
   {
     Cube cube = {{Words{0, 255}, Words{0, 255}, Words{0, 255}}, Words(24, 5)};
     const OvraColorCube record = cube.Record();
     const OvraChannelPolynomial polynomials[] = {{5, 0, 0, 0}, {5, 0, 0, 0}, {5, 0, 0, 0}};
-    OvraColorMatrix matrix = {};
-    for (auto& row : matrix.rows) row[3] = 5;
-    const auto init = [](auto* init_family, const auto* parameters, auto& family) {
-      ASSERT_EQ(init_family(Format(8), Format(8), parameters, &family.handle), OVRA_OK);
-    };
-    init(OvraConvColorCube_Init, &record, families[0]);
-    init(OvraConvColorCoef_Init, polynomials, families[1]);
-    init(OvraConvColorMtx_Init, &matrix, families[2]);
+    const OvraColorMatrix matrix = {{{0, 0, 0, 5}, {0, 0, 0, 5}, {0, 0, 0, 5}}, 0};
+    families = {made(OVRA_ERROR_CUBE_NULL, OvraConvColorCube_Init, &record, OvraConvColorCube,
+                     OvraConvColorCube_Free),
+                made(OVRA_ERROR_TABLE_NULL, OvraConvColorCoef_Init, polynomials, OvraConvColor1DTbl,
+                     OvraConvColorCoef_Free),
+                made(OVRA_ERROR_MATRIX_NULL, OvraConvColorMtx_Init, &matrix, OvraConvColorMtx,
+                     OvraConvColorMtx_Free)};
   }
-  const auto expect = [](auto& family, uintptr_t word, OvraStatus status, uint8_t sample) {
+  const auto expect = [](const Family& family, uintptr_t word, OvraStatus status, uint8_t sample) {
     const uint8_t source[] = {1, 2, 3};
     Bytes pixel(3, 7);
     EXPECT_EQ(family.convert(source, pixel.data(), 1, 1, Format(8), Format(8), word), status);
     EXPECT_EQ(pixel, Bytes(3, sample));
   };
-  for (auto& family : families) {
-    for (const auto& owner : families) {
+  for (const Family& family : families) {
+    for (const Family& owner : families) {
       for (uintptr_t word :
            {owner.handle, owner.handle + 1, owner.handle + 4, uintptr_t{1}, uintptr_t{0xFFF0}}) {
         if (word == family.handle) continue;
@@ -388,7 +384,7 @@ TEST(ColorHandle, OfAnotherFamilyAndWordsThatAreNoAddressAreRefused) {
       }
     }
   }
-  for (auto& family : families) {
+  for (Family& family : families) {
     for (int run = 0; run < 2; ++run) expect(family, family.handle, OVRA_OK, 5);
     EXPECT_EQ(family.release(&family.handle), OVRA_OK);
     EXPECT_EQ(family.handle, 0U);
