@@ -14,10 +14,9 @@
 #include "ovra/ovra.h"
 #include "support/random.h"
 
+namespace ovra_test {
 namespace {
 
-using ovra_test::Random;
-using ovra_test::RandomInt;
 using Bytes = std::vector<uint8_t>;
 
 constexpr OvraPixelFormatCode kFormats[] = {0x0000, 0x0120, 0x1030, 0x0004, 0x0128, 0x1038};
@@ -84,9 +83,8 @@ Picture Trim(const Picture& source, const Cut& cut, const uint16_t* fill = nullp
 }
 
 Picture Rotate(const Picture& source, int32_t mode) {
-  const bool is_upright = mode % 2 == 0;
-  Picture result{is_upright ? source.width : source.height,
-                 is_upright ? source.height : source.width, source.format};
+  Picture result = source;
+  if (mode % 2 != 0) std::swap(result.width, result.height);
   EXPECT_EQ(OvraRotateImage(source.bytes.data(), result.bytes.data(), source.width, source.height,
                             source.format, mode),
             OVRA_OK);
@@ -120,13 +118,12 @@ TEST(FreeTrimming, QuarterTurnsAreRotations) {
                        RandomInt(random, 8, 150), RandomInt(random, 8, 150), angle};
       const int32_t mode = ((angle / 900) % 4 + 4) % 4;
       const uint16_t* const fill = RandomInt(random, 0, 1) == 0 ? nullptr : kFill;
-      // The region turns about its middle, half pixels rounded down.
-      const bool odd = mode % 2 != 0;
-      const int32_t shift = odd ? (cut.width - cut.height) >> 1 : 0;
-      const int32_t rise = odd ? (cut.height - cut.width) >> 1 : 0;
-      const Picture region =
-          CutOut(source, cut.x + shift, cut.y + rise, odd ? cut.height : cut.width,
-                 odd ? cut.width : cut.height, fill);
+      Cut turned = cut;  // about its middle, half pixels rounded down
+      if (mode % 2 != 0) {
+        turned = {cut.x + ((cut.width - cut.height) >> 1), cut.y + ((cut.height - cut.width) >> 1),
+                  cut.height, cut.width, 0};
+      }
+      const Picture region = CutOut(source, turned.x, turned.y, turned.width, turned.height, fill);
       EXPECT_TRUE(Trim(source, cut, fill) == Rotate(region, mode)) << angle << " " << format;
     }
   }
@@ -162,16 +159,13 @@ TEST(FreeTrimming, AgreesWithItselfTurnedMovedAndFlipped) {
   }
 }
 
-double Sinc(double d) {
-  return d == 0 ? 1.0 : std::sin(kPi * d) / (kPi * d);
-}
-
 // Of six places; L(d) = sinc(d) sinc(d / 3), normalised.
 std::array<double, 6> Weights(int32_t phase) {
+  const auto sinc = [](double d) { return d == 0 ? 1.0 : std::sin(kPi * d) / (kPi * d); };
   std::array<double, 6> weights;
   for (int t = 0; t < 6; ++t) {
     const double d = t - 2 - phase / 256.0;
-    weights[static_cast<size_t>(t)] = Sinc(d) * Sinc(d / 3);
+    weights[static_cast<size_t>(t)] = sinc(d) * sinc(d / 3);
   }
   const double sum = std::accumulate(weights.begin(), weights.end(), 0.0);
   for (double& weight : weights) weight /= sum;
@@ -250,3 +244,4 @@ TEST(FreeTrimming, LimitsSamplesOnlyWhereItFilters) {
 }
 
 }  // namespace
+}  // namespace ovra_test

@@ -91,11 +91,9 @@ TEST(SoftFocusPadding, TimeDoesNotDependOnTheRadius) {
   std::vector<uint8_t> destination(source.size());
   const auto begin = std::chrono::steady_clock::now();
   for (const int32_t pixels : {100, 20000, 1000000, 20000000, 45000000}) {
-    OvraSoftFocusParams params = {};
-    params.radius = static_cast<int32_t>(pixels * 2503.0 / kSide);
-    params.decay_base = 1e-300;  // with the longest radius, 1 - 1/65536 from pixel to pixel
-    params.decay_exponent = 1;
-    params.mix = 1.0;
+    // With the longest radius, 1 - 1/65536 from pixel to pixel.
+    const OvraSoftFocusParams params = {
+        static_cast<int32_t>(pixels * 2503.0 / kSide), 1, 1e-300, {}, 1.0};
     ASSERT_EQ(OvraSoftFocus(source.data(), destination.data(), kSide, kSide, &params), OVRA_OK);
     ASSERT_NE(destination, source);
     ASSERT_NE(destination, std::vector<uint8_t>(source.size()));

@@ -127,11 +127,8 @@ TEST(Statuses, MultiFrequency) {
   enum : size_t { kFrom, kTo, kWidth, kHeight, kFormat, kParams };
   const std::vector<uint8_t> from(24, 1);
   std::vector<uint8_t> to(24, 7);
-  OvraMultiFrequencyParams good = {};
-  good.band_count = 1;
-  good.band[0] = {2, 0, 0, 1};
-  OvraMultiFrequencyParams bad = good;
-  bad.band_count = 9;
+  const OvraMultiFrequencyParams good = {1, 0, 0, 0, {{2, 0, 0, 1}}};
+  const OvraMultiFrequencyParams bad = {9, 0, 0, 0, {{2, 0, 0, 1}}};
   const OvraMultiFrequencyParams* const given = &good;
   ExpectStatuses(
       OvraMultiFrequency, std::tuple(from.data(), to.data(), 2U, 2U, kRgb10, given), to,

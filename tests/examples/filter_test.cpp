@@ -213,11 +213,6 @@ TEST(SoftFocus, CopiesWhenNothingIsToBeBlurred) {
   EXPECT_EQ(Softened(picture, Soft(1000, 0.1, 1, 7.0)), Softened(picture, Soft(1000, 0.1, 1, 1.0)));
 }
 
-// All that the padding does is done after some steps; a radius may be far longer than memory.
-TEST(SoftFocus, RadiiBeyondAllMemory) {
-  EXPECT_NE(Softened(Noise(), Soft(0x7FFFFFFF, 1e-300, 1, 1.0)), Noise());
-}
-
 // A flat picture stays so within a level or two, and goes black when nothing decays.
 TEST(SoftFocus, FlatPicturesStayFlat) {
   const Bytes flat(3 * kSide * kSide, 200);

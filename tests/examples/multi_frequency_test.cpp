@@ -11,17 +11,15 @@
 #include "support/random.h"
 #include "support/tone_pictures.h"
 
+namespace ovra_test {
 namespace {
 
-using ovra_test::AnchorPicture;
-using ovra_test::DeviationOf;
-using ovra_test::Fnv1a;
-using ovra_test::Noise;
-using ovra_test::Picture16;
-
-OvraMultiFrequencyParams UnitParams(uint32_t band_count) {
-  OvraMultiFrequencyParams params = {band_count, 1, 0.5F, 0, {}};
-  for (OvraMultiFrequencyBand& band : params.band) band = {1, 0, 0, 1};
+// With all bands alike.
+OvraMultiFrequencyParams Params(uint32_t band_count, float base_gain = 1,
+                                const OvraMultiFrequencyBand& band = {1, 0, 0, 1},
+                                float pivot = 0.5F) {
+  OvraMultiFrequencyParams params = {band_count, base_gain, pivot, 0, {}};
+  std::fill_n(params.band, band_count, band);
   return params;
 }
 
@@ -39,12 +37,8 @@ Picture16 Grey(uint32_t width, uint32_t height, uint32_t depth_bits, const auto&
 
 // The arithmetic, which is the same on every platform.
 TEST(MultiFrequency, Anchors) {
-  OvraMultiFrequencyParams params = UnitParams(4);
-  params.base_gain = 0.875F;
-  for (int k = 0; k < 4; ++k) {
-    const auto index = static_cast<float>(k);
-    params.band[k] = {1.75F - 0.25F * index, 0.0078125F, 0.5F, 0.125F};
-  }
+  OvraMultiFrequencyParams params = Params(4, 0.875F, {1.75F, 0.0078125F, 0.5F, 0.125F});
+  for (int k = 1; k < 4; ++k) params.band[k].gain = params.band[k - 1].gain - 0.25F;
   EXPECT_EQ(Fnv1a(Processed(AnchorPicture(12), params)), 0x64878121);
   EXPECT_EQ(Fnv1a(Processed(AnchorPicture(10), params)), 0xce51c10b);
 
@@ -72,11 +66,9 @@ TEST(MultiFrequency, UnitWeightsGiveTheSourceAndChangesAreBounded) {
     for (uint32_t depth_bits = 9; depth_bits <= 16; ++depth_bits) {
       const Picture16 noise = Noise(70, 45, depth_bits, layout.channels, layout.model);
       for (const uint32_t bands : {1U, 4U, 8U}) {
-        OvraMultiFrequencyParams params = UnitParams(bands);
-        for (OvraMultiFrequencyBand& band : params.band) band = {1, 0.125F, 0, 0.25F};
-        EXPECT_EQ(Processed(noise, params).samples, noise.samples) << depth_bits;
-        for (OvraMultiFrequencyBand& band : params.band) band = {2, 0.0078125F, 0.5F, 0.03125F};
-        const Picture16 changed = Processed(noise, params);
+        EXPECT_EQ(Processed(noise, Params(bands, 1, {1, 0.125F, 0, 0.25F})), noise) << depth_bits;
+        const Picture16 changed =
+            Processed(noise, Params(bands, 1, {2, 0.0078125F, 0.5F, 0.03125F}));
         const double most = std::ldexp(1.0, static_cast<int>(depth_bits)) * bands *
                                 (0.03125 - 0.0078125 + 0.5 * 0.0078125) +
                             2 + bands * std::ldexp(1.0, static_cast<int>(depth_bits) - 13);
@@ -94,10 +86,7 @@ TEST(MultiFrequency, FlatPicturesMoveAboutThePivot) {
     const int32_t range = 1 << depth_bits;
     const int32_t off = depth_bits <= 12 ? 1 : depth_bits <= 14 ? 2 : depth_bits == 15 ? 4 : 8;
     for (const float base_gain : {0.0F, 0.5F, 1.5F, 2.0F}) {
-      OvraMultiFrequencyParams params = UnitParams(6);
-      params.base_gain = base_gain;
-      params.pivot = 0.25F;
-      for (OvraMultiFrequencyBand& band : params.band) band = {3, 0.01F, 1, 0.5F};
+      const OvraMultiFrequencyParams params = Params(6, base_gain, {3, 0.01F, 1, 0.5F}, 0.25F);
       for (int32_t v = 0; v < range; v += range / 16) {
         const Picture16 flat = Grey(21, 13, depth_bits, [v](uint32_t, uint32_t) { return v; });
         const double moved = v + (double{base_gain} - 1) * (v - 0.25 * range);
@@ -116,8 +105,7 @@ TEST(MultiFrequency, AlternatingColumnsAreBandOne) {
     const Picture16 columns =
         Grey(600, 10, depth_bits, [=](uint32_t x, uint32_t) { return x % 2 == 0 ? v - a : v + a; });
     for (const float gain : {0.0F, 0.5F, 2.5F}) {
-      OvraMultiFrequencyParams params = UnitParams(4);
-      for (OvraMultiFrequencyBand& band : params.band) band = {3, 0, 0, 0.5F};
+      OvraMultiFrequencyParams params = Params(4, 1, {3, 0, 0, 0.5F});
       params.band[0] = {gain, 0, 0, 0.25F};
       const Picture16 processed = Processed(columns, params);
       for (uint32_t x = 128; x < 600 - 128; ++x) {
@@ -155,7 +143,7 @@ TEST(MultiFrequency, BandsHoldTheirOctaves) {
     });
     const double before = Amplitude(wave, period, 500);
     for (uint32_t band = 0; band < 5; ++band) {
-      OvraMultiFrequencyParams params = UnitParams(6);
+      OvraMultiFrequencyParams params = Params(6);
       params.band[band].gain = 2;
       EXPECT_NEAR(Amplitude(Processed(wave, params), period, 500) / before, 1 + shares[band], 0.03)
           << period << ", " << band;
@@ -168,19 +156,16 @@ TEST(MultiFrequency, NoiseIsDampedAndNeverEnlarged) {
     float gain, damping;
     double least, most;  // what is left
   } cases[] = {{1, 1, 0, 0.08}, {1, 0.5F, 0.48, 0.53}, {4, 0, 0.98, 1.02}};
-  const Picture16 noise = ovra_test::NoisyGrey(256, 16, 32768, 0.01 * 65536);
+  const Picture16 noise = NoisyGrey(256, 16, 32768, 0.01 * 65536);
   for (const auto& c : cases) {
-    OvraMultiFrequencyParams params = UnitParams(3);
-    for (OvraMultiFrequencyBand& band : params.band) band = {c.gain, 0.03F, c.damping, 1};
-    const double left = DeviationOf(Processed(noise, params).samples) / DeviationOf(noise.samples);
+    const Picture16 damped = Processed(noise, Params(3, 1, {c.gain, 0.03F, c.damping, 1}));
+    const double left = DeviationOf(damped.samples) / DeviationOf(noise.samples);
     EXPECT_TRUE(left >= c.least && left <= c.most) << left;
   }
 }
 
 TEST(MultiFrequency, SymmetricAndTheSameAtAllDepths) {
-  OvraMultiFrequencyParams params = UnitParams(4);
-  params.base_gain = 0.75F;
-  for (OvraMultiFrequencyBand& band : params.band) band = {2, 0.01F, 0.5F, 0.125F};
+  const OvraMultiFrequencyParams params = Params(4, 0.75F, {2, 0.01F, 0.5F, 0.125F});
   // Backwards: mirrored in both axes. Both sides less one are multiples of 2^4.
   const Picture16 noise = Noise(65, 33, 12);
   Picture16 mirrored = noise;
@@ -204,3 +189,4 @@ TEST(MultiFrequency, SymmetricAndTheSameAtAllDepths) {
 }
 
 }  // namespace
+}  // namespace ovra_test

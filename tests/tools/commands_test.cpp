@@ -6,12 +6,9 @@
 
 #include "tools/run_program.h"
 
+namespace ovra_test {
 namespace {
 
-using ovra_host::FileFormat;
-using ovra_host::Image;
-using ovra_test::ProgramTest;
-using ovra_test::RunResult;
 using Texts = std::vector<std::string>;
 
 // A part of commands.txt: its name, and lines of a word and what belongs to it.
@@ -111,7 +108,7 @@ class Commands : public ProgramTest, public testing::WithParamInterface<Script> 
       WriteText(name, Unescaped(rest.substr(std::min(name.size() + 1, rest.size()))));
     } else if (word == "holds") {
       const std::string name = Next(words);
-      const ovra_test::FileBytes bytes = ovra_test::ReadBytes(folder_.File(name));
+      const FileBytes bytes = ReadBytes(folder_.File(name));
       EXPECT_EQ(std::string(bytes.begin(), bytes.end()), Unescaped(rest.substr(name.size() + 1)));
     } else if (word == "files") {
       EXPECT_EQ(folder_.FileCount(), std::stoul(rest));
@@ -169,7 +166,7 @@ class Commands : public ProgramTest, public testing::WithParamInterface<Script> 
       samples.push_back(Sample(word, image));
     }
     if (samples.empty()) {
-      image = ovra_test::Noise(image.width(), image.height(), image.depth_bits(), image.channels());
+      image = Noise(image.width(), image.height(), image.depth_bits(), image.channels());
     }
     for (size_t i = 0; i < image.size_bytes() / image.bytes_per_sample() && !samples.empty(); ++i) {
       const int sample = samples[i % samples.size()];
@@ -211,3 +208,4 @@ INSTANTIATE_TEST_SUITE_P(Program, Commands, testing::ValuesIn(ReadScripts()),
                          [](const auto& script) { return script.param.name; });
 
 }  // namespace
+}  // namespace ovra_test

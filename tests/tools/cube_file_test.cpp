@@ -12,36 +12,11 @@
 #include "support/random.h"
 #include "tools/temporary_folder.h"
 
+namespace ovra_host {
 namespace {
-
-using ovra_host::CubeFile;
-using ovra_host::CubeLattice;
-using ovra_host::ParseCubeFile;
-using ovra_host::Triple;
 
 // Eight rows of a table of two points an axis: output = input, red varying fastest.
 const std::string kIdentityRows = "0 0 0\n1 0 0\n0 1 0\n1 1 0\n0 0 1\n1 0 1\n0 1 1\n1 1 1\n";
-
-TEST(CubeFile, ReadsEverythingThatFilesHold) {
-  const CubeFile cube = ParseCubeFile(
-      "# made by hand\r\nTITLE \"Warm look\"\r\n\r\nDOMAIN_MIN -0.5 0 0\nDOMAIN_MAX 1.5 2 1\n"
-      "LUT_3D_SIZE 2\n # rows\n" +
-          kIdentityRows + "\n# end",
-      "x.cube");
-  EXPECT_EQ(cube.title, "Warm look");
-  EXPECT_EQ(cube.dimensions, 3);
-  EXPECT_EQ(cube.points, 2);
-  EXPECT_EQ(cube.domain_min, (Triple{-0.5, 0, 0}));
-  EXPECT_EQ(cube.domain_max, (Triple{1.5, 2, 1}));
-  ASSERT_EQ(cube.rows.size(), 8U);
-  EXPECT_EQ(cube.rows[1], (Triple{1, 0, 0}));
-
-  const CubeFile curve = ParseCubeFile(
-      "LUT_1D_SIZE 3\nLUT_1D_INPUT_RANGE 0.0 2.0\n0 +1e-1 0.5\n\t.25 .5 0.5\n1 1 0.5", "x.cube");
-  EXPECT_EQ(curve.dimensions, 1);
-  EXPECT_EQ(curve.domain_max, (Triple{2, 2, 2}));
-  EXPECT_EQ(curve.rows[0], (Triple{0, 0.1, 0.5}));
-}
 
 // Whatever bytes a file holds, it is refused or read as what it says.
 TEST(CubeFile, SurvivesDamage) {
@@ -64,7 +39,7 @@ TEST(CubeFile, SurvivesDamage) {
       EXPECT_EQ(cube.rows.size(), cube.dimensions == 3 ? 8U : static_cast<size_t>(cube.points));
       const CubeLattice lattice(cube, 255, 255);
       ++accepted;
-    } catch (const ovra_host::Error& error) {
+    } catch (const Error& error) {
       EXPECT_EQ(std::string(error.what()).rfind("x.cube:", 0), 0U) << error.what();
     }
   }
@@ -76,8 +51,8 @@ TEST(CubeFile, WrittenFilesReadBack) {
   CubeFile cube =
       ParseCubeFile("TITLE \"T\"\nDOMAIN_MAX 1 2 3\nLUT_3D_SIZE 2\n" + kIdentityRows, "x.cube");
   cube.rows[3] = {0.125, -1.5, 1e-7};
-  ovra_host::WriteCubeFile(cube, folder.File("a.cube"));
-  const CubeFile back = ovra_host::ReadCubeFile(folder.File("a.cube"));
+  WriteCubeFile(cube, folder.File("a.cube"));
+  const CubeFile back = ReadCubeFile(folder.File("a.cube"));
   EXPECT_EQ(back.title, cube.title);
   EXPECT_EQ(back.domain_max, cube.domain_max);
   EXPECT_EQ(back.rows, cube.rows);
@@ -132,18 +107,19 @@ TEST(CubeLattice, GridsStandAtWholeCodesInsideTheRange) {
         << c.domain;
     // The first node is the table's value at the first grid position.
     const double first = file.Evaluate({c.red_grid[0] / 255.0, 0, 0})[0];
-    EXPECT_EQ(record.lattice[0], ovra_host::ToSample(first, 4095)) << c.domain;
+    EXPECT_EQ(record.lattice[0], ToSample(first, 4095)) << c.domain;
   }
 }
 
 TEST(ChannelTables, HoldEveryCode) {
   const CubeFile curve = ParseCubeFile("LUT_1D_SIZE 2\n0 1 0\n1 0 2\n", "x.cube");
-  const ovra_host::ChannelTables tables = ovra_host::MakeChannelTables(curve, 255, 65535);
+  const ChannelTables tables = MakeChannelTables(curve, 255, 65535);
   ASSERT_EQ(tables.tables[0].size(), 256U);
   EXPECT_EQ(tables.tables[0][1], 257);
   EXPECT_EQ(tables.tables[1][1], 65535 - 257);
   EXPECT_EQ(tables.tables[2][200], 65535);
-  EXPECT_EQ(ovra_host::MakeScalingTables(4095, 65535).tables[1][2048], 32776);
+  EXPECT_EQ(MakeScalingTables(4095, 65535).tables[1][2048], 32776);
 }
 
 }  // namespace
+}  // namespace ovra_host

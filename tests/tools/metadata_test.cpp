@@ -12,17 +12,8 @@
 #include "srgb.h"
 #include "tools/temporary_folder.h"
 
+namespace ovra_host {
 namespace {
-
-using ovra_host::Blob;
-using ovra_host::ExifOrientation;
-using ovra_host::FileFormat;
-using ovra_host::Image;
-using ovra_host::Metadata;
-using ovra_host::Picture;
-using ovra_host::ReadPicture;
-using ovra_host::SetExifSize;
-using ovra_host::SetExifUpright;
 
 // Big-endian: orientation 6, maker "Ab", an EXIF directory with PixelXDimension (a long, 9999) and
 // an exposure time of 1/125, and behind the first directory the offset of a preview's.
@@ -68,7 +59,7 @@ Picture SamplePicture() {
   picture.metadata.exif = SampleExif();
   picture.metadata.xmp = SomeText("<x:xmpmeta>\xC3\xA9</x:xmpmeta>");
   const Blob record = SomeText("\x1C\x02IPTC!");
-  picture.metadata.iptc = ovra_host::WrapIptcRecord(record.data(), record.size());
+  picture.metadata.iptc = WrapIptcRecord(record.data(), record.size());
   picture.metadata.comment = "seen at noon";
   picture.metadata.resolution = {300, 240};
   return picture;
@@ -77,7 +68,7 @@ Picture SamplePicture() {
 TEST(Metadata, GoesThroughEveryFormat) {
   const ovra_test::TemporaryFolder folder;
   const Picture picture = SamplePicture();
-  const ovra_host::ReadOptions as_it_is = {.auto_orient = false};
+  const ReadOptions as_it_is = {.auto_orient = false};
   const std::string formats[] = {".jpg", ".png", ".tif", ".webp", ".avif"};
   for (const std::string& first : formats) {
     for (const std::string& second : formats) {
@@ -95,7 +86,7 @@ TEST(Metadata, GoesThroughEveryFormat) {
       EXPECT_NEAR(back.resolution.y, keeps_little ? 0 : 240, 0.01) << way;
       EXPECT_EQ(back.iptc, has("png") || keeps_little ? Blob() : picture.metadata.iptc) << way;
       EXPECT_EQ(back.comment, has("tif") || keeps_little ? "" : "seen at noon") << way;
-      const ovra_host::ExifForTiff parts = ovra_host::SplitExif(back.exif, 0);
+      const ExifForTiff parts = SplitExif(back.exif, 0);
       const bool is_described = first == ".tif" || (has("tif") && !keeps_little);
       ASSERT_EQ(parts.texts.size(), is_described ? 2U : 1U) << way;
       EXPECT_EQ(parts.texts.back().second, "Ab") << way;
@@ -130,7 +121,7 @@ TEST(Metadata, DamagedExifIsLeftAlone) {
     ExifOrientation(cut);
     SetExifUpright(&cut);
     SetExifSize(&cut, 1, 1);
-    ovra_host::SplitExif(cut, 8);
+    SplitExif(cut, 8);
     EXPECT_EQ(cut.size(), size);
   }
   for (size_t i = 0; i < good.size(); ++i) {
@@ -138,7 +129,7 @@ TEST(Metadata, DamagedExifIsLeftAlone) {
     damaged[i] = 0xFF;
     SetExifUpright(&damaged);
     SetExifSize(&damaged, 1, 1);
-    EXPECT_LT(ovra_host::SplitExif(damaged, 8).directories.size(), size_t{1} << 20);
+    EXPECT_LT(SplitExif(damaged, 8).directories.size(), size_t{1} << 20);
   }
 }
 
@@ -157,3 +148,4 @@ TEST(Metadata, ConvertsColorsToSrgb) {
 }
 
 }  // namespace
+}  // namespace ovra_host

@@ -2,39 +2,10 @@
 // ovra resize: what commands.txt cannot say.
 #include <tiffio.h>
 
-#include <cstring>
-
 #include "tools/run_program.h"
 
+namespace ovra_test {
 namespace {
-
-using ovra_host::FileFormat;
-using ovra_host::Image;
-using ovra_test::Bytes;
-using ovra_test::PeakMemory;
-using ovra_test::ProgramTest;
-
-// Transparent pixels give no color: a red disc on transparent green keeps a red rim.
-TEST_F(ProgramTest, AveragesColorsByAlpha) {
-  Image image(40, 40, FileFormat(8, 4));
-  for (int32_t y = 0; y < 40; ++y) {
-    for (int32_t x = 0; x < 40; ++x) {
-      const uint8_t red[] = {200, 0, 0, 255};
-      const uint8_t clear_green[] = {0, 255, 0, 0};
-      std::memcpy(image.Row(y) + 4 * x, x + y < 37 ? red : clear_green, 4);
-    }
-  }
-  Write("a.png", image);
-  for (const char* options : {"", "--bands 7 ", "--straight "}) {
-    ExpectSuccess(std::string("resize --scale 0.6 ") + options + "a.png b.png");
-    const Image result = Read("b.png");
-    int greenest = 0;
-    for (size_t i = 0; i < result.size_bytes(); i += 4) {
-      if (result.data()[i + 3] > 8) greenest = std::max<int>(greenest, result.data()[i + 1]);
-    }
-    EXPECT_EQ(greenest < 6, std::string(options) != "--straight ") << options << greenest;
-  }
-}
 
 // 60000 pixels wide, the lower half lighter than the upper one; eight columns of tones. Each tone is
 // packed as runs of 125 bytes.
@@ -86,3 +57,4 @@ TEST_F(ProgramTest, HugePicturesAreReducedInLittleMemory) {
 }
 
 }  // namespace
+}  // namespace ovra_test

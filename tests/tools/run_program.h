@@ -18,20 +18,22 @@
 
 namespace ovra_test {
 
+using ovra_host::FileFormat;
+using ovra_host::Image;
+
 struct RunResult {
   int exit_code;
   std::string output;
   std::string errors;
 };
 
-inline std::vector<uint8_t> Bytes(const ovra_host::Image& image) {
+inline std::vector<uint8_t> Bytes(const Image& image) {
   return std::vector<uint8_t>(image.data(), image.data() + image.size_bytes());
 }
 
 // Random bytes, the same at each call.
-inline ovra_host::Image Noise(int32_t width, int32_t height, uint32_t depth_bits,
-                              uint32_t channels) {
-  ovra_host::Image image(width, height, ovra_host::FileFormat(depth_bits, channels));
+inline Image Noise(int32_t width, int32_t height, uint32_t depth_bits, uint32_t channels) {
+  Image image(width, height, FileFormat(depth_bits, channels));
   Random random(depth_bits + channels);
   std::generate_n(image.data(), image.size_bytes(), [&] { return uint8_t(random() >> 24); });
   return image;
@@ -39,8 +41,6 @@ inline ovra_host::Image Noise(int32_t width, int32_t height, uint32_t depth_bits
 
 class ProgramTest : public testing::Test {
  protected:
-  using Image = ovra_host::Image;
-
   // Arguments are separated by spaces; file names are those in the test's folder, which is the
   // program's current one.
   RunResult Run(const std::string& arguments) const { return Shell("$OVRA " + arguments); }

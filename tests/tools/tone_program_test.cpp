@@ -5,16 +5,12 @@
 #include "picture_forms.h"
 #include "tools/run_program.h"
 
+namespace ovra_test {
 namespace {
-
-using ovra_host::EstimateNoise;
-using ovra_host::FileFormat;
-using ovra_host::Image;
-using ovra_test::ProgramTest;
 
 // Compared with the library's result at 12 bits: the dither stays within a step, on both sides.
 TEST_F(ProgramTest, ToneHandsItsOptionsOver) {
-  const Image image = ovra_test::Noise(70, 50, 8, 3);
+  const Image image = Noise(70, 50, 8, 3);
   const Image wide = ovra_host::WithDepth(image, 12);
   Image expected(70, 50, wide.format());
   const OvraHyperToneParams params = {0.9F, 1.0F, 0.2F, 1.1F, 0.1F, 0.5F, 4, 0};
@@ -55,13 +51,9 @@ TEST_F(ProgramTest, ToneKeepsDeepRampsSmooth) {
 }
 
 TEST_F(ProgramTest, ClarityHandsItsOptionsOver) {
-  const Image image = ovra_test::Noise(70, 50, 16, 3);
-  OvraMultiFrequencyParams params = {};
-  params.band_count = 2;
-  params.base_gain = 0.5F;
-  params.pivot = 0.25F;
-  params.band[0] = {2, 0.01F, 0.5F, 0.2F};
-  params.band[1] = {0.5F, 0, 0, 1};
+  const Image image = Noise(70, 50, 16, 3);
+  const OvraMultiFrequencyParams params = {
+      2, 0.5F, 0.25F, 0, {{2, 0.01F, 0.5F, 0.2F}, {0.5F, 0, 0, 1}}};
   Image expected = image;
   ASSERT_EQ(OvraMultiFrequency(image.data(), expected.data(), 70, 50, image.format(), &params),
             OVRA_OK);
@@ -84,7 +76,7 @@ TEST(Clarity, SlidersBecomeBandsThatSuitTheSize) {
 }
 
 TEST(Clarity, NoiseIsToldFromThePicture) {
-  ovra_test::Random random(5);
+  Random random(5);
   std::normal_distribution<double> noise(0, 0.02 * 255);
   Image image(400, 300, FileFormat(8, 1));
   for (int32_t y = 0; y < 300; ++y) {
@@ -99,3 +91,4 @@ TEST(Clarity, NoiseIsToldFromThePicture) {
 }
 
 }  // namespace
+}  // namespace ovra_test

@@ -79,20 +79,13 @@ OPERATIONS = {
 @pytest.mark.parametrize("operation", OPERATIONS)
 @pytest.mark.parametrize("arrangement", ARRANGEMENTS)
 @pytest.mark.parametrize("image", IMAGES)
-def test_sources(image, arrangement, operation):
-    arranged = ARRANGEMENTS[arrangement][0](IMAGES[image])
+def test_operations(image, arrangement, operation):
     function, definition = OPERATIONS[operation]
-    numpy.testing.assert_array_equal(function(arranged), definition(IMAGES[image]))
-    numpy.testing.assert_array_equal(arranged, IMAGES[image])
-
-
-@pytest.mark.parametrize("operation", OPERATIONS)
-@pytest.mark.parametrize("arrangement", ARRANGEMENTS)
-@pytest.mark.parametrize("image", IMAGES)
-def test_destinations(image, arrangement, operation):
-    function, definition = OPERATIONS[operation]
-    expected = definition(IMAGES[image])
-    destination = ARRANGEMENTS[arrangement][0](numpy.zeros_like(expected))
+    arrange, expected = ARRANGEMENTS[arrangement][0], definition(IMAGES[image])
+    source = arrange(IMAGES[image])
+    numpy.testing.assert_array_equal(function(source), expected)
+    numpy.testing.assert_array_equal(source, IMAGES[image])
+    destination = arrange(numpy.zeros_like(expected))
     assert function(IMAGES[image], destination) is destination
     numpy.testing.assert_array_equal(destination, expected)
 

@@ -14,39 +14,23 @@ EXAMPLES = ROOT / "examples"
 LIBRARY = pathlib.Path(os.environ["OVRABASE_LIBRARY"])
 
 
-def run(*command):
+# How the program is built, its command, and the kind of files that it takes.
+LANGUAGES = {
+    "c": ("", "$OVRA_PHOTOGRAPH_C", "png"),
+    "cpp": ("", "$OVRA_PHOTOGRAPH_CPP", "png"),
+    "python": ("", f"{sys.executable} {EXAMPLES}/photograph.py", "png"),
+    "csharp": (f"mcs -warnaserror -out:photograph.exe {EXAMPLES}/photograph.cs {ROOT}/csharp/Native.cs",
+               "mono photograph.exe", "bmp"),
+    "pascal": (f"fpc -v0 -l- -Sew -Fu{ROOT}/pascal -Fl{LIBRARY.parent} -FE. {EXAMPLES}/photograph.pas",
+               "./photograph", "bmp"),
+}
+
+
+@pytest.mark.parametrize("language", LANGUAGES)
+def test_photograph(language, tmp_path):
+    build, command, kind = LANGUAGES[language]
+    photograph.write_source(tmp_path / f"before.{kind}")
     environment = {**os.environ, "LD_LIBRARY_PATH": str(LIBRARY.parent)}
-    subprocess.run([str(part) for part in command], check=True, env=environment)
-
-
-def by_c(folder, before, after):
-    run(os.environ["OVRA_PHOTOGRAPH_C"], before, after)
-
-
-def by_cpp(folder, before, after):
-    run(os.environ["OVRA_PHOTOGRAPH_CPP"], before, after)
-
-
-def by_python(folder, before, after):
-    run(sys.executable, EXAMPLES / "photograph.py", before, after)
-
-
-def by_csharp(folder, before, after):
-    run("mcs", "-warnaserror", f"-out:{folder}/photograph.exe", EXAMPLES / "photograph.cs",
-        ROOT / "csharp/Native.cs")
-    run("mono", folder / "photograph.exe", before, after)
-
-
-def by_pascal(folder, before, after):
-    run("fpc", "-v0", "-l-", "-Sew", f"-Fu{ROOT}/pascal", f"-Fl{LIBRARY.parent}", f"-FE{folder}",
-        EXAMPLES / "photograph.pas")
-    run(folder / "photograph", before, after)
-
-
-@pytest.mark.parametrize("by, kind", [(by_c, "png"), (by_cpp, "png"), (by_python, "png"), (by_csharp, "bmp"),
-                                      (by_pascal, "bmp")])
-def test_photograph(by, kind, tmp_path):
-    before, after = tmp_path / f"before.{kind}", tmp_path / f"after.{kind}"
-    photograph.write_source(before)
-    by(tmp_path, before, after)
-    assert photograph.checksum(after) == photograph.CHECKSUM
+    for line in (build, f"{command} before.{kind} after.{kind}"):
+        subprocess.run(line, shell=True, check=True, cwd=tmp_path, env=environment)
+    assert photograph.checksum(tmp_path / f"after.{kind}") == photograph.CHECKSUM
