@@ -5,6 +5,7 @@ import numpy
 import ovrabase
 import pytest
 from test_arrays import noise
+from test_operations import BANDS as SHARPENING
 
 HEIGHT = 61
 PHOTO = noise((HEIGHT, 50, 3))
@@ -29,16 +30,10 @@ def test_composition(x, y):
     numpy.testing.assert_array_equal(result, ovrabase.composite_image(PHOTO.copy(), logo, x, y))
 
 
-def flat_band(radius, amount):
-    tables = ovrabase.yusm_make_table([(0, 1), (1, 1)], [(-1, 1), (1, 1)])
-    return ovrabase.Band(ovrabase.gaussian_weights(radius, 25), amount, tables)
-
-
 MASKS = {
     "yusm": (7, lambda image: ovrabase.yusm_single_step(image, [3, 20, 30, 22, 30, 20, 3], 2.5)),
     "even taps": (4, lambda image: ovrabase.yusm_single_step(image, [10, 54, 54, 10], 2.5)),
-    "yusm double": (13, lambda image: ovrabase.yusm_double_single_step(
-        image, flat_band(2.5, 1.5), flat_band(0.8, 2.0))),
+    "yusm double": (13, lambda image: ovrabase.yusm_double_single_step(image, *SHARPENING)),
 }
 
 
