@@ -88,14 +88,15 @@ TEST_P(Conformance, AnyFloatingPointEnvironment) {
     const Outcome expected = MakeCall(GetParam(), Draw(seed));
     for (const uint16_t x87 : {0x007F, 0x027F, 0x037F}) {  // 24, 53 and 64 bits
       const auto set = [x87](const auto& run) {
+        uint16_t after = 0;
         __asm__ volatile("fldcw %0" : : "m"(x87));
-        return run();
+        const OvraStatus status = run();
+        __asm__ volatile("fnstcw %0" : "=m"(after));
+        EXPECT_EQ(after, x87);
+        return status;
       };
       const Outcome outcome = MakeCall(GetParam(), Draw(seed), set);
-      uint16_t after = 0;
-      __asm__ volatile("fnstcw %0" : "=m"(after));
       std::fesetenv(&usual);
-      EXPECT_EQ(after, x87);
       EXPECT_TRUE(outcome.output == expected.output) << "x87 " << x87;
     }
     for (const int rounding : {FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {

@@ -67,8 +67,12 @@ void* operator new(size_t size) {
   if (void* block = __real_malloc(size)) return block;
   throw std::bad_alloc();
 }
-void operator delete(void* block) noexcept { __real_free(block); }
-void operator delete(void* block, size_t /*size*/) noexcept { __real_free(block); }
+void operator delete(void* block) noexcept {
+  __real_free(block);
+}
+void operator delete(void* block, size_t /*size*/) noexcept {
+  __real_free(block);
+}
 #endif
 
 namespace ovra_test {
