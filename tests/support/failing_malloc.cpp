@@ -2,6 +2,7 @@
 #include "support/failing_malloc.h"
 
 #include <cstdlib>
+#include <new>
 
 namespace {
 
