@@ -50,7 +50,8 @@ class WorkMemoryBounds : public testing::TestWithParam<Size> {
   // Runs the operation in place.
   void ExpectAtMost(double planes, const auto& run) {
     constexpr double kSmall = 50e3;  // whatever the size
-    const auto [width, height] = GetParam();
+    const uint32_t width = GetParam().width;
+    const uint32_t height = GetParam().height;
     EXPECT_LE(BytesOf([&] { return run(picture_.data(), picture_.data(), width, height); }),
               planes + 64.0 * width + kSmall);
   }

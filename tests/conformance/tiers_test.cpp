@@ -30,10 +30,11 @@ class Conformance : public testing::TestWithParam<ovra_test::Operation> {};
 
 TEST_P(Conformance, TiersAgree) {
   const auto [begin, end] = SeedsOf(2 * kSeeds);
+  const uint32_t first_mistaken = begin + kSeeds;
   for (uint32_t seed = begin; seed < end && !HasFailure(); ++seed) {
     SCOPED_TRACE(seed);
     ovra_test::ExpectTiersAgree([&] {
-      const Outcome outcome = MakeCall(GetParam(), Draw(seed, {}, seed >= begin + kSeeds));
+      const Outcome outcome = MakeCall(GetParam(), Draw(seed, {}, seed >= first_mistaken));
       EXPECT_EQ(outcome.complaint, "");
       return outcome.output;
     });
