@@ -135,7 +135,8 @@ TEST(Statuses, Helpers) {
   using namespace ovra_test;
   enum : size_t { kDepth, kChannels, kModel, kAlignment, kOrder, kWord };
   OvraPixelFormatCode word = 77;
-  ExpectStatuses(OvraMakePixelFormatCode, std::tuple(8U, 3U, OVRA_MODEL_RGB, 1U, 0U, &word),
+  ExpectStatuses(OvraMakePixelFormatCode,
+                 std::tuple(8U, 3U, uint32_t{OVRA_MODEL_RGB}, 1U, 0U, &word),
                  std::span(reinterpret_cast<uint8_t*>(&word), sizeof word),
                  Nulls(OVRA_ERROR_NULL_DECODER_OUTPUT, {kWord}) +
                      Each(OVRA_ERROR_FORMAT_COLOR_MODEL,
