@@ -145,7 +145,7 @@ TEST(Statuses, Helpers) {
                      Each(OVRA_ERROR_FORMAT_CHANNELS, {{kChannels, 0}, {kChannels, 5}}) +
                      Each(OVRA_ERROR_FORMAT_DEPTH, {{kDepth, 7}, {kDepth, 17}}) +
                      Each(OVRA_ERROR_FORMAT_ROW_ALIGNMENT, {{kAlignment, 3}}));
-  int32_t counts[] = {77, 77};
+  int32_t counts[] = {77, 77, 77, 77};
   float stretch = 77;
   const std::span written(reinterpret_cast<uint8_t*>(counts), sizeof counts);
   ExpectStatuses(

@@ -93,28 +93,6 @@ TEST(PixelFormat, DecodersWriteRefusedFieldsOnlyWhereTheyStayInPlace) {
   }
 }
 
-// Vector forms write three channels of 8 bits as four. Rows of this width leave one spare sample in
-// their place of the ring, and where the first column alone reaches beyond the source, a whole step
-// ends with the last one. So many taps are for these forms alone.
-TEST(Resize, VectorFormsWriteNoSampleTooMany) {
-  constexpr int32_t kWidth = 53, kHeight = 20, kSourceWidth = 130, kSourceHeight = 60, kTaps = 16;
-  std::vector<float> table(OVRA_KERNEL_TABLE_ENTRIES);
-  ASSERT_EQ(OvraCalcCubicSpline(-0.75F, table.data()), OVRA_OK);
-  std::vector<uint8_t> source(3 * kSourceWidth * kSourceHeight);
-  for (size_t i = 0; i < source.size(); ++i) source[i] = static_cast<uint8_t>(128 + i * i % 128);
-  for (const int32_t x : {3, 4, 5, 6, 7}) {
-    SCOPED_TRACE(x);
-    ovra_test::ExpectTiersAgree([&] {
-      std::vector<uint8_t> resized(3 * kWidth * kHeight);
-      EXPECT_EQ(OvraResizeImageCore(source.data(), kSourceWidth, kSourceHeight, resized.data(),
-                                    kWidth, kHeight, 0x120, x, 8, 2 * kWidth, 2 * kHeight,
-                                    table.data(), 2.0F, kTaps),
-                OVRA_OK);
-      return resized;
-    });
-  }
-}
-
 // Only pictures larger than any that the conformance test draws are written round the cache. Rows
 // begin anywhere in a cache line, and end beside memory that may not be touched.
 TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
