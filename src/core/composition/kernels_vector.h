@@ -2,6 +2,9 @@
 // The vector forms, for registers of any width. Included by one kernel file a tier.
 #pragma once
 
+#include <algorithm>
+#include <cstring>
+
 #include "core/composition/kernels.h"
 #include "core/vector_ops.h"
 
@@ -15,23 +18,9 @@ const CompositionKernels::OfWeight& Rest() {
   return NarrowerThan<V>(kCompositionPlain, kCompositionSse).Of(kWeightOf);
 }
 
-// Lane k from the 16 bytes at p + k * step.
-template <class V>
-typename V::Reg LoadLanes(const uint8_t* p, std::ptrdiff_t step) {
-  return V::LoadLanes(p, p + step);
-}
-
 // The same place of the next row: a row's beginning is more than a processor foresees.
 inline void Prefetch(const uint8_t* p, std::ptrdiff_t next) {
   PrefetchAt(p, next, 1);
-}
-
-// The first N bytes of each lane, without gaps.
-template <class V, std::ptrdiff_t kBytes>
-void StoreFirstBytesOfLanes(uint8_t* p, typename V::Reg a) {
-  // The bytes behind a lane's are the next lane's, written next.
-  for (int lane = 0; lane + 1 < V::kLanes; ++lane) V::StoreLane(p + lane * kBytes, a, lane);
-  Sse::StoreFirst<kBytes>(p + (V::kLanes - 1) * kBytes, V::Lane(a, V::kLanes - 1));
 }
 
 // (w + 1) * owner + (256 - w) * other = w * (owner - other) + (owner + 256 * other), and the last
@@ -55,78 +44,100 @@ typename V::Reg Blend(typename V::Reg weight, typename V::Reg source, typename V
                     V::template UnpackHigh<8>(owner, other)));
 }
 
-// Where the bytes of a destination lane come from in the lane of its source pixels.
-template <int kChannels>
-struct PixelShuffle {
-  static constexpr int kPixels = kLaneBytes / (kChannels + 1);  // whole source pixels in a lane
-  static constexpr int8_t kZero = -1;
+// Where destination samples find their color and weight in rows with a weight behind each pixel.
+template <class V, int kChannels>
+struct AlphaOrder {
+  // A step is so many registers of the destination that it ends with a pixel.
+  static constexpr int kRegisters = kChannels == 3 ? 3 : 1;
+  static constexpr int kDestinationBytes = kRegisters * V::kBytes;
+  static constexpr int kPixels = kDestinationBytes / kChannels;
+  static constexpr int kSourceBytes = kPixels * (kChannels + 1);
 
-  alignas(kLaneBytes) int8_t color[kLaneBytes] = {};
-  alignas(kLaneBytes) int8_t weight[kLaneBytes] = {};
+  static constexpr int SourcePixel(int sample) { return sample / kChannels * (kChannels + 1); }
 
-  constexpr PixelShuffle() {
-    for (int i = 0; i < kLaneBytes; ++i) {
-      const int pixel = i / kChannels;
-      const int start = pixel * (kChannels + 1);
-      color[i] = pixel < kPixels ? static_cast<int8_t>(start + i % kChannels) : kZero;
-      weight[i] = pixel < kPixels ? static_cast<int8_t>(start + kChannels) : kZero;
+  // Of half a register, eight samples a lane: they are of at most four pixels, which one load has.
+  struct Half {
+    int begin[2] = {};                            // of the first and the last lane's load
+    alignas(V::kBytes) int8_t color[V::kBytes];   // as bytes, in the same half of the lane
+    alignas(V::kBytes) int8_t weight[V::kBytes];  // as words
+
+    constexpr Half(int register_number, int half) : color(), weight() {
+      constexpr int kSamples = kLaneBytes / 2;
+      constexpr int8_t kZero = -1;
+      for (int lane = 0; lane < V::kLanes; ++lane) {
+        const int lane_begin = (register_number * V::kLanes + lane) * kLaneBytes;
+        const int lane_end = SourcePixel(lane_begin + kLaneBytes - 1) + kChannels + 1;
+        const int first = lane_begin + half * kSamples;
+        begin[lane] = std::min<int>(SourcePixel(first), lane_end - kLaneBytes);
+        for (int i = 0; i < kSamples; ++i) {
+          const int pixel = SourcePixel(first + i) - begin[lane];
+          const int out = lane * kLaneBytes;
+          color[out + half * kSamples + i] = static_cast<int8_t>(pixel + (first + i) % kChannels);
+          weight[out + 2 * i] = static_cast<int8_t>(pixel + kChannels);
+          weight[out + 2 * i + 1] = kZero;
+        }
+      }
     }
-  }
+  };
+
+  template <int kRegister, int kHalf>
+  static constexpr Half kHalfOf = Half(kRegister, kHalf);
 };
 
-template <int kChannels>
-constexpr PixelShuffle<kChannels> kPixelShuffle;
-
-// Two and three channels: each lane takes the source pixels that fit it and writes their bytes in
-// the destination. It also loads the bytes behind those, so as many must follow in the row.
 template <class V, int kChannels, WeightOf kWeightOf>
 struct AlphaBlend {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
-                  NextRow next) {
-    constexpr std::ptrdiff_t kPixelsPerLane = PixelShuffle<kChannels>::kPixels;
-    constexpr std::ptrdiff_t kPixelsPerStep = V::kLanes * kPixelsPerLane;
-    constexpr std::ptrdiff_t kSourceBytes = kPixelsPerLane * (kChannels + 1);
-    constexpr std::ptrdiff_t kDestinationBytes = kPixelsPerLane * kChannels;
-    constexpr std::ptrdiff_t kPixelsLoaded =
-        kPixelsPerStep + (kLaneBytes - kDestinationBytes + kChannels - 1) / kChannels;
-    const auto color = V::LoadToAllLanes(kPixelShuffle<kChannels>.color);
-    const auto weight = V::LoadToAllLanes(kPixelShuffle<kChannels>.weight);
-    for (; pixels >= kPixelsLoaded; pixels -= kPixelsPerStep) {
-      Prefetch(source, next.source);
-      Prefetch(destination, next.destination);
-      const auto in = LoadLanes<V>(source, kSourceBytes);
-      const auto old = LoadLanes<V>(destination, kDestinationBytes);
-      const auto blended =
-          Blend<kWeightOf, V>(V::Shuffle8(in, weight), V::Shuffle8(in, color), old);
-      StoreFirstBytesOfLanes<V, kDestinationBytes>(destination, blended);
-      source += kPixelsPerStep * (kChannels + 1);
-      destination += kPixelsPerStep * kChannels;
-    }
-    Rest<V, kWeightOf>().alpha[kChannels - 1](source, destination, pixels, next);
-  }
-};
+  using Order = AlphaOrder<V, kChannels>;
 
-// One channel: two source vectors hold the words (sample, weight) of one destination vector. Lane k
-// of both is taken from the 32 bytes that belong to lane k of the destination.
-template <class V, WeightOf kWeightOf>
-struct AlphaBlend<V, 1, kWeightOf> {
+  // What does not fill a step is blended with samples before it, of which the old ones are kept.
   static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                   NextRow next) {
-    constexpr std::ptrdiff_t kPixelsPerStep = V::kLanes * kLaneBytes;
-    const auto low_bytes = V::Set16(0x00FF);
-    for (; pixels >= kPixelsPerStep; pixels -= kPixelsPerStep) {
-      Prefetch(source, next.source);
-      Prefetch(destination, next.destination);
-      const auto in0 = LoadLanes<V>(source, 2 * kLaneBytes);
-      const auto in1 = LoadLanes<V>(source + kLaneBytes, 2 * kLaneBytes);
-      const auto color = V::PackU16(V::And(in0, low_bytes), V::And(in1, low_bytes));
-      const auto weight = V::PackU16(V::ShiftRightU16(in0, 8), V::ShiftRightU16(in1, 8));
-      const auto old = LoadLanes<V>(destination, kLaneBytes);
-      V::Store(destination, Blend<kWeightOf, V>(weight, color, old));
-      source += 2 * kPixelsPerStep;
-      destination += kPixelsPerStep;
+    if (pixels < Order::kPixels) {
+      return Rest<V, kWeightOf>().alpha[kChannels - 1](source, destination, pixels, next);
     }
-    Rest<V, kWeightOf>().alpha[0](source, destination, pixels, next);
+    uint8_t end[Order::kDestinationBytes];
+    uint8_t* const end_begin = destination + (pixels - Order::kPixels) * kChannels;
+    const bool has_end = pixels % Order::kPixels != 0;
+    if (has_end) {
+      std::memcpy(end, end_begin, sizeof end);
+      Step(source + (pixels - Order::kPixels) * (kChannels + 1), end);
+    }
+    for (; pixels >= Order::kPixels; pixels -= Order::kPixels) {
+      PrefetchAt(source, next.source, Order::kSourceBytes);
+      PrefetchAt(destination, next.destination, Order::kDestinationBytes);
+      Step(source, destination);
+      source += Order::kSourceBytes;
+      destination += Order::kDestinationBytes;
+    }
+    if (has_end) std::memcpy(end_begin, end, sizeof end);
+  }
+
+ private:
+  static void Step(const uint8_t* source, uint8_t* destination) {
+    BlendRegister<0>(source, destination);
+    if constexpr (Order::kRegisters > 1) {
+      BlendRegister<1>(source, destination);
+      BlendRegister<2>(source, destination);
+    }
+  }
+
+  template <int kRegister>
+  static void BlendRegister(const uint8_t* source, uint8_t* destination) {
+    uint8_t* const out = destination + kRegister * V::kBytes;
+    const auto old = V::Load(out);
+    V::Store(out, V::PackU16(BlendHalf<kRegister, 0>(source, old),
+                             BlendHalf<kRegister, 1>(source, old)));
+  }
+
+  template <int kRegister, int kHalf>
+  static typename V::Reg BlendHalf(const uint8_t* source, typename V::Reg old) {
+    constexpr const auto& kOrder = Order::template kHalfOf<kRegister, kHalf>;
+    const auto in = V::LoadLanes(source + kOrder.begin[0], source + kOrder.begin[V::kLanes - 1]);
+    const auto color = V::Shuffle8(in, V::LoadAligned(kOrder.color));
+    const auto weight = V::Shuffle8(in, V::LoadAligned(kOrder.weight));
+    const auto owner = kWeightOf == WeightOf::kSource ? color : old;
+    const auto other = kWeightOf == WeightOf::kSource ? old : color;
+    return BlendWords<V>(weight, kHalf == 0 ? V::template UnpackLow<8>(owner, other)
+                                            : V::template UnpackHigh<8>(owner, other));
   }
 };
 
