@@ -18,6 +18,7 @@ namespace ovra_host {
 struct Slot {
   std::atomic<bool> reserved = false;
   std::atomic<bool> valid = false;
+  std::atomic<bool> in_making = false;
   std::array<char, PATH_MAX> path = {};
 };
 
@@ -28,6 +29,9 @@ constexpr std::array<int, 3> kSignals = {SIGINT, SIGTERM, SIGHUP};
 // More than files are ever written at a time.
 std::array<Slot, 64> slots;
 
+// A signal removes all files: no more are made.
+std::atomic<bool> ending = false;
+
 Slot* ReserveSlot() {
   for (Slot& slot : slots) {
     if (!slot.reserved.exchange(true)) return &slot;
@@ -35,8 +39,11 @@ Slot* ReserveSlot() {
   return nullptr;
 }
 
+// A file in the making is another thread's, which goes on: this one holds signals back meanwhile.
 void EndBySignal(int signal) {
+  ending = true;
   for (const Slot& slot : slots) {
+    while (slot.in_making) continue;
     if (slot.valid) ::unlink(slot.path.data());
   }
   ::signal(signal, SIG_DFL);
@@ -85,10 +92,16 @@ int TemporaryName::Create(const std::string& folder) {
     errno = slot_ == nullptr ? EMFILE : ENAMETOOLONG;
     return -1;
   }
-  std::snprintf(slot_->path.data(), slot_->path.size(), "%s", pattern.c_str());
   const SignalsHeldBack held_back;
+  slot_->in_making = true;
+  if (ending) {
+    slot_->in_making = false;
+    while (true) ::pause();
+  }
+  std::snprintf(slot_->path.data(), slot_->path.size(), "%s", pattern.c_str());
   const int descriptor = ::mkostemp(slot_->path.data(), O_CLOEXEC);
   slot_->valid = descriptor >= 0;
+  slot_->in_making = false;
   return descriptor;
 }
 
