@@ -158,6 +158,19 @@ const uint16_t* Call::Samples(size_t count, uint32_t max) {
 void Call::Run(const Invocation& invocation) {
   for (const auto& buffer : buffers_)
     buffer->before.assign(buffer->memory.begin(), buffer->memory.end());
+  const Draw drawn = draw;
+  const OvraStatus status = RunOnce(invocation);
+  const std::vector<uint8_t> expected = turns_ > 1 ? Destinations() : std::vector<uint8_t>();
+  for (size_t turn = 1; turn < turns_; ++turn) {
+    for (const auto& buffer : buffers_) {
+      if (buffer->is_destination) std::ranges::copy(buffer->before, buffer->memory.begin());
+    }
+    draw = drawn;
+    if (RunOnce(invocation) != status || Destinations() != expected) outcome_.turns_agree = false;
+  }
+}
+
+OvraStatus Call::RunOnce(const Invocation& invocation) {
   const OvraStatus status = invoker_(invocation);
   ++call_count.count;
   if (outcome_.status == OVRA_OK) outcome_.status = status;
@@ -165,6 +178,7 @@ void Call::Run(const Invocation& invocation) {
     outcome_.output.push_back(static_cast<uint8_t>(static_cast<uint32_t>(status) >> shift));
   }
   for (const auto& buffer : buffers_) Check(*buffer, status);
+  return status;
 }
 
 OvraStatus Call::ConvertAll(const Images& images, const Conversion& convert) {
@@ -174,8 +188,10 @@ OvraStatus Call::ConvertAll(const Images& images, const Conversion& convert) {
   while (draw.MayErr() && draw.OneIn(2)) {
     const int32_t lower = draw.Int(1, height);
     if (convert(source, destination, lower) != OVRA_OK) break;
+    if (draw.StaysSmall()) continue;
     const auto other = static_cast<size_t>(draw.Int(0, std::size(kOperations) - 1));
-    outcome_.complaint += MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
+    outcome_.complaint +=
+        MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
   }
   if (crowd_) {
     const auto room = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& buffer) {
@@ -191,11 +207,18 @@ OvraStatus Call::ConvertAll(const Images& images, const Conversion& convert) {
   return convert(source, destination, height);
 }
 
-Outcome Call::Finish() {
+std::vector<uint8_t> Call::Destinations() const {
+  std::vector<uint8_t> bytes;
   for (const auto& buffer : buffers_) {
-    if (!buffer->is_destination) continue;
-    outcome_.output.insert(outcome_.output.end(), buffer->memory.begin(), buffer->memory.end());
+    const GuardedBuffer& memory = buffer->memory;
+    if (buffer->is_destination) bytes.insert(bytes.end(), memory.begin(), memory.end());
   }
+  return bytes;
+}
+
+Outcome Call::Finish() {
+  const std::vector<uint8_t> destinations = Destinations();
+  outcome_.output.insert(outcome_.output.end(), destinations.begin(), destinations.end());
   return std::move(outcome_);
 }
 
@@ -213,11 +236,13 @@ uint8_t* Call::NewDestination(size_t size) {
 uint8_t* Call::FillImage(uint8_t* image, const Shape& shape) {
   Contents contents(draw, shape.MaxSample());
   const auto channels = static_cast<int32_t>(shape.Channels());
-  const auto samples = static_cast<int32_t>(shape.RowSamples());
+  const size_t sample_bytes = shape.SampleBytes();
   for (int32_t y = 0; y < shape.height; ++y) {
     uint8_t* place = image + shape.Stride() * static_cast<size_t>(y);
-    for (int32_t i = 0; i < samples; ++i, place += shape.SampleBytes()) {
-      StoreSample(place, shape.SampleBytes(), contents.Sample(i / channels, y, i % channels));
+    for (int32_t x = 0; x < shape.width; ++x) {
+      for (int32_t c = 0; c < channels; ++c, place += sample_bytes) {
+        StoreSample(place, sample_bytes, contents.Sample(x, y, c));
+      }
     }
   }
   return image;
@@ -239,8 +264,8 @@ void Call::Check(const Buffer& buffer, OvraStatus status) {
 }
 
 Outcome MakeCall(const Operation& operation, const Draw& draw, const Call::Invoker& invoker,
-                 const Call::Crowd& crowd) {
-  Call call(draw, invoker, crowd);
+                 const Call::Crowd& crowd, size_t turns) {
+  Call call(draw, invoker, crowd, turns);
   operation.call(call);
   return call.Finish();
 }

@@ -87,6 +87,7 @@ struct Outcome {
   OvraStatus status = OVRA_OK;  // the first that is not OVRA_OK
   OvraStatus no_memory_status = OVRA_ERROR_NO_MEMORY;
   bool may_do_without_memory = false;
+  bool turns_agree = true;
   std::string complaint;  // what it did that no call may do; empty when well
 };
 
@@ -96,8 +97,8 @@ class Call {
   using Invoker = std::function<OvraStatus(const Invocation&)>;
   using Crowd = std::function<void(const std::function<std::vector<uint8_t>()>&)>;
 
-  Call(Draw drawn, Invoker invoker, Crowd crowd)
-      : draw(drawn), invoker_(std::move(invoker)), crowd_(std::move(crowd)) {}
+  Call(Draw drawn, Invoker invoker, Crowd crowd, size_t turns)
+      : draw(drawn), invoker_(std::move(invoker)), crowd_(std::move(crowd)), turns_(turns) {}
 
   Draw draw;
 
@@ -151,8 +152,9 @@ class Call {
   void Run(const Invocation& invocation);
 
   // What a Run does with its context: `convert` takes the images and their height. Where the draw
-  // may err, lower images go before, and calls of other operations between; where a Crowd was given,
-  // it uses the context at the same time, with the same source and destinations of its own.
+  // may err, lower images go before, and, unless it stays small, calls of other operations between;
+  // where a Crowd was given, it uses the context at the same time, with the same source and
+  // destinations of its own.
   using Conversion = std::function<OvraStatus(const uint8_t*, uint8_t*, int32_t)>;
   // Asks for no memory, of which there may be none.
   template <class Function>
@@ -182,10 +184,13 @@ class Call {
   uint8_t* NewSource(size_t size) { return NewBuffer(size).memory.data(); }
   uint8_t* NewDestination(size_t size);
   uint8_t* FillImage(uint8_t* image, const Shape& shape);
+  OvraStatus RunOnce(const Invocation& invocation);
+  std::vector<uint8_t> Destinations() const;
   void Check(const Buffer& buffer, OvraStatus status);
 
   Invoker invoker_;
   Crowd crowd_;
+  size_t turns_;
   std::vector<std::unique_ptr<Buffer>> buffers_;
   Outcome outcome_;
 };
@@ -197,9 +202,10 @@ struct Operation {
 
 // Draws and makes one call. `invoker` calls what it is given, in whatever circumstances; `crowd`
 // gets what uses the call's context and answers with the destination, for as many threads as it likes.
+// With more `turns` than one the invoker is asked so often, each time about the same contents.
 Outcome MakeCall(
     const Operation& operation, const Draw& draw,
     const Call::Invoker& invoker = [](const Call::Invocation& run) { return run(); },
-    const Call::Crowd& crowd = nullptr);
+    const Call::Crowd& crowd = nullptr, size_t turns = 1);
 
 }  // namespace ovra_test

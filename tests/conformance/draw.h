@@ -18,11 +18,14 @@ namespace ovra_test {
 // arguments of one function call have none, so draw into variables or between braces.
 class Draw {
  public:
-  // One that may err also draws what no host should pass; without that, OrWrong draws nothing.
-  explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {}, bool may_err = false)
-      : random_(seed), bytes_(bytes), may_err_(may_err) {}
+  // One that may err also draws what no host should pass; without that, OrWrong draws nothing. One
+  // that stays small draws no large sizes.
+  explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {}, bool may_err = false,
+                bool stays_small = false)
+      : random_(seed), bytes_(bytes), may_err_(may_err), stays_small_(stays_small) {}
 
   bool MayErr() const { return may_err_; }
+  bool StaysSmall() const { return stays_small_; }
   bool Errs() { return may_err_ && OneIn(8); }
 
   // A parameter that no buffer's size follows from, or now and then a value that is wrong for most.
@@ -64,7 +67,8 @@ class Draw {
   int32_t Size(int32_t low, int32_t high) {
     const int32_t kind = Int(0, 7);
     if (kind == 0 || high < low) return low < high ? low : high;
-    const int32_t size = Int(low, kind == 1 || high < low + kUsual ? high : low + kUsual);
+    const int32_t most = stays_small_ ? low + kSmall : kind == 1 ? high : low + kUsual;
+    const int32_t size = Int(low, most < high ? most : high);
     const int32_t whole = size / kVector * kVector;
     return kind <= 3 && whole >= low ? whole : size;
   }
@@ -78,6 +82,7 @@ class Draw {
 
  private:
   static constexpr int32_t kUsual = 70;
+  static constexpr int32_t kSmall = 40;  // still more than a vector of bytes
   static constexpr int32_t kVector = 16;
 
   uint64_t Bytes(int count) {
@@ -91,6 +96,7 @@ class Draw {
   Random random_;
   std::span<const uint8_t> bytes_;
   bool may_err_;
+  bool stays_small_;
 };
 
 }  // namespace ovra_test

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <limits>
+#include <map>
 #include <utility>
+#include <vector>
 
 #include "conformance/operations.h"
 
@@ -78,15 +80,22 @@ void DrawDestination(Call& call, int32_t least, int32_t most, Images* images) {
       call.Destination(images->destination_shape, padded ? Padding::kWritten : Padding::kKept);
 }
 
+// Kept, because making one takes longer than most resizes of small pictures.
+const float* UsualTable(bool cubic, float parameter) {
+  thread_local std::map<std::pair<bool, float>, std::vector<float>> tables;
+  std::vector<float>& table = tables[{cubic, parameter}];
+  if (table.empty()) {
+    table.resize(OVRA_KERNEL_TABLE_ENTRIES);
+    (cubic ? OvraCalcCubicSpline : OvraCalcBSpline)(parameter, table.data());
+  }
+  return table.data();
+}
+
 // A usual kernel, or numbers of any kind.
 const float* DrawTable(Call& call) {
   auto* const table = call.Input<float>(OVRA_KERNEL_TABLE_ENTRIES);
   const float parameter = call.draw.Fraction(-2, 2);
-  if (call.draw.OneIn(2)) {
-    OvraCalcCubicSpline(parameter, table);
-  } else {
-    OvraCalcBSpline(parameter, table);
-  }
+  std::copy_n(UsualTable(call.draw.OneIn(2), parameter), OVRA_KERNEL_TABLE_ENTRIES, table);
   const int32_t changed = call.draw.OneIn(6) ? call.draw.Int(1, 4) : 0;
   for (int32_t k = 0; k < changed; ++k) {
     constexpr float kInfinity = std::numeric_limits<float>::infinity();
@@ -212,11 +221,12 @@ OvraStatus PushBands(const Images& i, Draw& draw, int32_t rows, OvraBandResizeCo
     const Shape shape = {from.width, count, from.format};
     GuardedBuffer band(i.AreOfOneSize() ? shape.PaddedBytes() : shape.Bytes());
     std::copy_n(i.source + from.Stride() * static_cast<size_t>(first), band.size(), band.data());
+    const int32_t wrong_row = first == 0 ? -1 : first + 1;  // row 1 may follow an abandoned picture
     int32_t taken = -1;
     int32_t written = -1;
     if (draw.Errs() &&
         OvraBandResize(band.data(), from.width, count, i.destination, to.width, room, from.format,
-                       first + 1, &taken, &written, context) != OVRA_ERROR_BAND_RESIZE_POSITION) {
+                       wrong_row, &taken, &written, context) != OVRA_ERROR_BAND_RESIZE_POSITION) {
       return kAcceptedMistake;
     }
     const OvraStatus status = OvraBandResize(

@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 
 #ifdef _WIN32
 #include <windows.h>
@@ -37,18 +38,51 @@ uint8_t* MapBetweenGuards(size_t bytes) {
   return pages;
 }
 
+// Maps of a few pages are kept for the next buffer that needs as many, since making one takes longer
+// than most calls that are tested. Each points to the next from its first accessible byte; none of
+// this allocates, because tests count allocations.
+constexpr size_t kMostKeptPages = 64;
+std::mutex kept_mutex;
+uint8_t* kept[kMostKeptPages];
+
+// The list that maps of so many bytes belong to, or null.
+uint8_t** KeptMaps(size_t bytes) {
+  const size_t pages = bytes / kPage;
+  return pages > 2 && pages < kMostKeptPages ? &kept[pages] : nullptr;
+}
+
+uint8_t* TakeKept(size_t bytes) {
+  uint8_t** const list = KeptMaps(bytes);
+  const std::lock_guard lock(kept_mutex);
+  if (list == nullptr || *list == nullptr) return nullptr;
+  uint8_t* const pages = *list;
+  std::memcpy(list, pages + kPage, sizeof *list);
+  return pages;
+}
+
+// False where it is not to be kept.
+bool Keep(uint8_t* pages, size_t bytes) {
+  uint8_t** const list = KeptMaps(bytes);
+  if (list == nullptr) return false;
+  const std::lock_guard lock(kept_mutex);
+  std::memcpy(pages + kPage, list, sizeof *list);
+  *list = pages;
+  return true;
+}
+
 }  // namespace
 
 GuardedBuffer::GuardedBuffer(size_t size, Guard guard) : size_(size) {
   const size_t usable = (size + kPage - 1) / kPage * kPage;
   mapped_bytes_ = usable + 2 * kPage;
-  uint8_t* const pages = MapBetweenGuards(mapped_bytes_);
-  pages_ = pages;
-  std::memset(pages + kPage, kFill, usable);
-  data_ = pages + kPage + (guard == Guard::kAfter ? usable - size : 0);
+  pages_ = TakeKept(mapped_bytes_);
+  if (pages_ == nullptr) pages_ = MapBetweenGuards(mapped_bytes_);
+  std::memset(pages_ + kPage, kFill, usable);
+  data_ = pages_ + kPage + (guard == Guard::kAfter ? usable - size : 0);
 }
 
 GuardedBuffer::~GuardedBuffer() {
+  if (Keep(pages_, mapped_bytes_)) return;
 #ifdef _WIN32
   VirtualFree(pages_, 0, MEM_RELEASE);
 #else

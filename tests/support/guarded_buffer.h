@@ -36,7 +36,7 @@ class GuardedBuffer {
   }
 
  private:
-  void* pages_;
+  uint8_t* pages_;
   size_t mapped_bytes_;
   uint8_t* data_;
   size_t size_;
