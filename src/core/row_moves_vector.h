@@ -99,8 +99,7 @@ struct RowMover {
   // nothing else is written to lines that go round the cache. More than any row has where no pixel
   // begins with a line.
   static std::ptrdiff_t BytesBeforeLine(const uint8_t* destination) {
-    auto bytes = static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(destination) &
-                                             uintptr_t{kLineBytes - 1});
+    std::ptrdiff_t bytes = BytesToLine(destination);
     while (bytes % kPixelBytes != 0 && bytes < kBlockBytes) bytes += kLineBytes;
     if (bytes % kPixelBytes != 0) return PTRDIFF_MAX;
     return bytes > 0 && bytes < kStepBytes ? bytes + kBlockBytes : bytes;

@@ -15,6 +15,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "core/wrapping.h"
+
 namespace ovra {
 namespace {
 
@@ -307,11 +309,19 @@ inline void PrefetchLine(uintptr_t address) {
   _mm_prefetch(reinterpret_cast<const char*>(address), _MM_HINT_T0);
 }
 
+constexpr uintptr_t kCacheLine = 64;
+
 // The same for the lines of `bytes` bytes that stand `distance` from these.
 inline void PrefetchAt(const void* here, std::ptrdiff_t distance, std::ptrdiff_t bytes) {
-  constexpr uintptr_t kLineBytes = 64;
-  const uintptr_t there = reinterpret_cast<uintptr_t>(here) + static_cast<uintptr_t>(distance);
-  for (uintptr_t i = 0; i < static_cast<uintptr_t>(bytes); i += kLineBytes) PrefetchLine(there + i);
+  const uintptr_t there = AddressAt(reinterpret_cast<uintptr_t>(here), distance);
+  const auto end = static_cast<uintptr_t>(bytes);
+  for (uintptr_t i = 0; i < end; i += kCacheLine) PrefetchLine(there + i);
+}
+
+// From `place` to where a line begins.
+inline std::ptrdiff_t BytesToLine(const void* place) {
+  const uintptr_t past = reinterpret_cast<uintptr_t>(place) % kCacheLine;
+  return static_cast<std::ptrdiff_t>((kCacheLine - past) % kCacheLine);
 }
 
 // Streaming stores go round the cache, in no order: this ends them.

@@ -9,6 +9,7 @@
 #include "color/handle.h"
 #include "core/saturate.h"
 #include "core/work_memory.h"
+#include "core/wrapping.h"
 
 namespace ovra {
 namespace {
@@ -66,18 +67,15 @@ void PreparePairs(bool deep_input, FixedMatrix* fixed) {
     }
   }
   if (!fixed->fits_pairs) return;
-  constexpr int32_t kLowHalf = 0xFFFF;
   const int32_t signed_zero = deep_input ? 1 << 15 : 0;
   for (int i = 0; i < FixedMatrix::kSamples; ++i) {
     const int32_t w0 = fixed->weight[0][i];
     const int32_t w1 = fixed->weight[1][i];
     const int32_t w2 = fixed->weight[2][i];
-    fixed->weights01[i] = w1 * (kLowHalf + 1) | (w0 & kLowHalf);
-    fixed->weight2[i] = w2 & kLowHalf;
-    // Modulo 2^32, as all sums are.
-    fixed->pair_sum[i] = static_cast<int32_t>(static_cast<uint32_t>(signed_zero) *
-                                                  static_cast<uint32_t>(w0 + w1 + w2) +
-                                              (1U << (fixed->shift - 1)));
+    fixed->weights01[i] = PackedPair(w0, w1);
+    fixed->weight2[i] = PackedPair(w2, 0);
+    fixed->pair_sum[i] = static_cast<int32_t>(
+        WrappingSum(WrappingProduct(signed_zero, w0 + w1 + w2), 1U << (fixed->shift - 1)));
   }
 }
 

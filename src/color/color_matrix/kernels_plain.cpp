@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "color/color_matrix/kernels.h"
+#include "core/wrapping.h"
 
 namespace ovra {
 namespace {
@@ -8,10 +9,11 @@ void ConvertPixel(const uint32_t (&x)[3], uint32_t (&out)[3], const FixedMatrix&
   const uint32_t half = uint32_t{1} << (matrix.shift - 1);
   for (int k = 0; k < 3; ++k) {
     uint32_t sum = half;
-    for (int j = 0; j < 3; ++j) sum += static_cast<uint32_t>(matrix.weight[j][k]) * x[j];
+    for (int j = 0; j < 3; ++j) {
+      sum = WrappingSum(sum, WrappingProduct(matrix.weight[j][k], x[j]));
+    }
     const int32_t scaled = static_cast<int32_t>(sum) >> matrix.shift;
-    const auto value = static_cast<int32_t>(static_cast<uint32_t>(scaled) +
-                                            static_cast<uint32_t>(matrix.offset[k]));
+    const auto value = static_cast<int32_t>(WrappingSum(scaled, matrix.offset[k]));
     out[k] = static_cast<uint32_t>(value < 0 ? 0 : value > matrix.max ? matrix.max : value);
   }
 }

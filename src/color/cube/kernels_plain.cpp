@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "color/cube/kernels.h"
+#include "core/wrapping.h"
 
 namespace ovra {
 namespace {
@@ -44,10 +45,10 @@ void Convert(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
     const PixelWeights pixel = Weigh(in + 3 * i, tables);
     const Coefficient* const cell = coefficients + size_t{pixel.cell} * kCubeCellEntries;
     for (int channel = 0; channel < kChannels; ++channel) {
-      uint32_t sum = kHalf;  // products and sums are taken modulo 2^32
+      uint32_t sum = kHalf;
       for (int slot = 0; slot < kCubeSlots; ++slot) {
         const Coefficient coefficient = cell[CubeEntry(Coefficient{}, slot, channel)];
-        sum += static_cast<uint32_t>(coefficient) * pixel.weights[slot];
+        sum = WrappingSum(sum, WrappingProduct(coefficient, pixel.weights[slot]));
       }
       const int32_t value = static_cast<int32_t>(sum) >> kCubeFractionBits;
       out[kChannels * i + channel] =

@@ -46,8 +46,7 @@ void FillRow(uint8_t* out, std::ptrdiff_t bytes, const PixelPattern& pattern) {
   FillLine<V, false>(out, pattern.bytes);
   FillLine<V, false>(out + last, pattern.bytes + last % pattern.pixel_bytes);
   // Of the first whole line a part has been written, and of the last.
-  auto x =
-      static_cast<std::ptrdiff_t>(-reinterpret_cast<uintptr_t>(out) & uintptr_t{kLineBytes - 1});
+  std::ptrdiff_t x = BytesToLine(out);
   std::ptrdiff_t phase = x % pattern.pixel_bytes;
   const std::ptrdiff_t turn = kLineBytes % pattern.pixel_bytes;
   for (std::ptrdiff_t line = 0; x < last; ++line, x += kLineBytes) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <cstring>
 
+#include "core/wrapping.h"
 #include "filter/plane_filter/kernels.h"
 
 namespace ovra {
@@ -26,8 +27,7 @@ void CombineRowsDivide(const int16_t* const* rows, const PlaneKernel& kernel, in
 int32_t WeightedSum(const int16_t* const* rows, const PlaneKernel& kernel, std::ptrdiff_t x) {
   uint32_t sum = 0;
   for (std::ptrdiff_t k = 0; k < kernel.taps; ++k) {
-    sum += static_cast<uint32_t>(kernel.weights[k]) *
-           static_cast<uint32_t>(static_cast<int32_t>(rows[k][x]));
+    sum = WrappingSum(sum, WrappingProduct(kernel.weights[k], rows[k][x]));
   }
   return static_cast<int32_t>(sum);
 }

@@ -4,12 +4,14 @@
 #include <iterator>
 #include <numeric>
 
+#include "core/wrapping.h"
+
 namespace ovra {
 namespace {
 
 int32_t SumOfWeights(const int32_t* weights, uint32_t tap_count) {
   uint32_t sum = 0;
-  for (uint32_t k = 0; k < tap_count; ++k) sum += static_cast<uint32_t>(weights[k]);
+  for (uint32_t k = 0; k < tap_count; ++k) sum = WrappingSum(sum, weights[k]);
   return static_cast<int32_t>(sum);
 }
 
@@ -27,9 +29,7 @@ bool IsThreeTaps(const PlaneKernel& kernel) {
 
 void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs) {
   for (size_t k = 0; k < taps; k += 2) {
-    const uint32_t second = k + 1 < taps ? static_cast<uint32_t>(weights[k + 1]) : 0;
-    pairs[k / 2] =
-        static_cast<int32_t>((static_cast<uint32_t>(weights[k]) & 0xFFFF) | second << 16);
+    pairs[k / 2] = PackedPair(weights[k], k + 1 < taps ? weights[k + 1] : 0);
   }
 }
 

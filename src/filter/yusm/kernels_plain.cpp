@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
+#include "core/wrapping.h"
 #include "filter/yusm/kernels.h"
 
 namespace ovra {
@@ -33,8 +34,8 @@ void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* delta
                 std::ptrdiff_t columns, const YUsmTables& tables) {
   for (std::ptrdiff_t x = 0; x < columns; ++x) {
     const int32_t difference = luminance[x] - blurred[x];
-    const uint32_t product = static_cast<uint32_t>(tables.correction[difference + kNoDifference]) *
-                             static_cast<uint32_t>(tables.level[luminance[x]]);
+    const uint32_t product =
+        WrappingProduct(tables.correction[difference + kNoDifference], tables.level[luminance[x]]);
     deltas[x] = static_cast<int16_t>(static_cast<int32_t>(product) >> tables.shift);
   }
 }

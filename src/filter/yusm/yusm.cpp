@@ -8,6 +8,7 @@
 #include "core/format_rules.h"
 #include "core/row_ring.h"
 #include "core/rows.h"
+#include "core/wrapping.h"
 #include "filter/luminance/kernels.h"
 #include "filter/plane_filter/plane_filter.h"
 #include "filter/yusm/kernels.h"
@@ -61,8 +62,7 @@ class LevelDeltas {
                             [level](int32_t entry) { return entry == level[0]; });
     if (!is_level_) return;
     for (size_t i = 0; i < OVRA_DIFFERENCE_TABLE_SIZE; ++i) {
-      const uint32_t product =
-          static_cast<uint32_t>(context.correction_table[i]) * static_cast<uint32_t>(level[0]);
+      const uint32_t product = WrappingProduct(context.correction_table[i], level[0]);
       deltas_[i] = static_cast<int16_t>(static_cast<int32_t>(product) >> shift);
     }
   }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
+#include "core/wrapping.h"
 #include "filter/yusm_double/kernels.h"
 
 namespace ovra {
@@ -8,9 +9,8 @@ namespace {
 
 constexpr int32_t kNoDifference = OVRA_DIFFERENCE_TABLE_SIZE / 2;  // the entry at difference 0
 
-// Products wrap at 32 bits.
 int32_t Product(int32_t a, int32_t b) {
-  return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
+  return static_cast<int32_t>(WrappingProduct(a, b));
 }
 
 int32_t ScaledBand(const YUsmBandTables& tables, int32_t luminance, int32_t band) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 
+#include "core/wrapping.h"
 #include "resample/kernel_table.h"
 
 namespace ovra {
@@ -75,7 +76,7 @@ uint32_t AxisTaps::FillWeights(double fraction, int16_t* weights) const {
   for (int32_t k = 0; k < taps_; ++k) {
     const double value = few ? values[k] : KernelAt(TapDistance(fraction, first + k));
     weights[k] = usable ? SaturatedTrunc<int16_t>(value / kernel_sum * kUnitWeight) : int16_t{0};
-    weight_sum += static_cast<uint32_t>(weights[k]);
+    weight_sum = WrappingSum(weight_sum, weights[k]);
   }
   return weight_sum;
 }

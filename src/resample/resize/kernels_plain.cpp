@@ -1,25 +1,21 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
+#include "core/wrapping.h"
 #include "resample/resize/kernels.h"
 
 namespace ovra {
 namespace {
 
-// A product modulo 2^32.
-uint32_t WrappingProduct(int32_t a, int32_t b) {
-  return static_cast<uint32_t>(a) * static_cast<uint32_t>(b);
-}
-
 template <class Sample>
 Intermediate<Sample> FinishHorizontal(uint32_t sum) {
-  const auto rounded = static_cast<int32_t>(sum + kHorizontalRounding);
+  const auto rounded = static_cast<int32_t>(WrappingSum(sum, kHorizontalRounding));
   return static_cast<Intermediate<Sample>>(rounded >> kHorizontalShift);
 }
 
 template <class Sample>
 Sample FinishVertical(uint32_t sum, int32_t max_sample) {
-  const auto rounded = static_cast<int32_t>(sum + kVerticalRounding);
+  const auto rounded = static_cast<int32_t>(WrappingSum(sum, kVerticalRounding));
   return static_cast<Sample>(std::clamp(rounded >> kVerticalShift, 0, max_sample));
 }
 
@@ -34,7 +30,9 @@ void Columns(const HorizontalPass& pass, int32_t begin, int32_t end, const Sampl
       const int64_t column =
           kClamp ? std::clamp<int64_t>(first + k, 0, pass.source_width - 1) : first + k;
       const Sample* const pixel = source + static_cast<std::ptrdiff_t>(column) * kChannels;
-      for (int c = 0; c < kChannels; ++c) sums[c] += WrappingProduct(pixel[c], weights[k]);
+      for (int c = 0; c < kChannels; ++c) {
+        sums[c] = WrappingSum(sums[c], WrappingProduct(pixel[c], weights[k]));
+      }
     }
     for (int c = 0; c < kChannels; ++c) {
       out[std::ptrdiff_t{i} * kChannels + c] = FinishHorizontal<Sample>(sums[c]);
@@ -57,7 +55,8 @@ void CombineRows(const VerticalPass<Sample>& pass, int32_t taps, const int32_t* 
   for (std::ptrdiff_t i = 0; i < pass.samples; ++i) {
     uint32_t sum = 0;
     for (int32_t k = 0; k < taps; ++k) {
-      sum += WrappingProduct(pass.ring[slots[k] * pass.row_spacing + i], weights[k]);
+      const auto sample = pass.ring[slots[k] * pass.row_spacing + i];
+      sum = WrappingSum(sum, WrappingProduct(sample, weights[k]));
     }
     destination[i] = FinishVertical<Sample>(sum, pass.max_sample);
   }

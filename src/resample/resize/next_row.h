@@ -11,18 +11,15 @@
 namespace ovra {
 namespace {
 
-constexpr int32_t kCacheLine = 64;
-
 class NextRow {
  public:
   // Of the row `stride` bytes after `row` what comes before byte `begin` is needed first.
   NextRow(const void* row, std::ptrdiff_t stride, std::ptrdiff_t begin)
-      : row_(reinterpret_cast<uintptr_t>(row) + static_cast<uintptr_t>(stride)),
-        next_(row_ + static_cast<uintptr_t>(begin)) {}
+      : row_(AddressAt(reinterpret_cast<uintptr_t>(row), stride)), next_(AddressAt(row_, begin)) {}
 
   // To be called with rising numbers.
   void AskUpToByte(std::ptrdiff_t byte) {
-    const uintptr_t end = row_ + static_cast<uintptr_t>(byte);
+    const uintptr_t end = AddressAt(row_, byte);
     for (; next_ < end; next_ += kCacheLine) PrefetchLine(next_);
   }
 

@@ -42,9 +42,7 @@ constexpr int32_t kRowsOfAFactor = sizeof(Sample) == 1 ? 2 : 1;
 template <class V, class Sample>
 typename V::Reg FactorOf(const int16_t* weights, int32_t k, int32_t count) {
   if constexpr (kRowsOfAFactor<Sample> == 1) return V::Set32(weights[k]);
-  const int32_t second = k + 1 < count ? weights[k + 1] : 0;
-  return V::Set32(static_cast<int32_t>(static_cast<uint16_t>(weights[k]) |
-                                       static_cast<uint32_t>(second) << 16));
+  return V::Set32(PackedPair(weights[k], k + 1 < count ? weights[k + 1] : 0));
 }
 
 // Adds `count` rows from sample i on; factor(k) is FactorOf of row k.

@@ -40,8 +40,8 @@ inline WeightPairs SplitWeights(const int32_t* weights, int32_t count) {
   for (int32_t p = 0; p < split.pairs; ++p) {
     const int32_t first = weights[2 * p];
     const int32_t second = 2 * p + 1 < count ? weights[2 * p + 1] : 0;
-    split.high[p] = ((first >> kLowBits) & 0xFFFF) | (second >> kLowBits) * (1 << 16);
-    split.low[p] = (first & kLowMask) | (second & kLowMask) << 16;
+    split.high[p] = PackedPair(first >> kLowBits, second >> kLowBits);
+    split.low[p] = PackedPair(first & kLowMask, second & kLowMask);
   }
   return split;
 }

@@ -7,6 +7,7 @@
 
 #include "core/format_rules.h"
 #include "core/range.h"
+#include "core/wrapping.h"
 #include "tone/pyramid/soft_limit.h"
 
 namespace ovra {
@@ -77,7 +78,7 @@ void MakeGains(const OvraHyperToneParams& params, const uint16_t* curve, int32_t
     gain = std::clamp(gain, 0.0, kMaxGain);
     const auto fixed = static_cast<int32_t>(std::floor(gain * 8192 + 0.5));
     const auto slope = static_cast<int32_t>(std::floor(contrast * gain / (x + 0.25) * 2048 + 0.5));
-    gains[i] = static_cast<int32_t>(static_cast<uint32_t>(slope) << 16) | fixed;
+    gains[i] = PackedPair(fixed, slope);
   }
 }
 

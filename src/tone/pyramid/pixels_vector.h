@@ -56,7 +56,7 @@ std::ptrdiff_t CoverPixels(const void* destination, std::ptrdiff_t pixels, bool 
 // Two 16-bit weights for neighbours that are multiplied and added.
 template <class V>
 typename V::Reg WeightPair(int32_t first, int32_t second) {
-  return V::Set32(static_cast<int32_t>(static_cast<uint32_t>(second) << 16) | (first & 0xFFFF));
+  return V::Set32(PackedPair(first, second));
 }
 
 // weights[0] * c0 + weights[1] * c1 + weights[2] * c2, shifted down to at most 15 bits; the weights
