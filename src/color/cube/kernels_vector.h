@@ -3,7 +3,8 @@
 //
 // A step takes four pixels a lane: lane 0 holds pixels 0 to 3 of the step, lane 1 pixels 4 to 7.
 // Products of eight 16-bit coefficients with weights of at most 4096 stay below 2^30 in sum; wide
-// coefficients are multiplied and added modulo 2^32, as the plain kernel does.
+// coefficients are multiplied and added modulo 2^32, as the plain kernel does, and since they are not
+// cut off their sums are near nodes again, below 2^29. So neither overflows by rounding.
 #pragma once
 
 #include <cstring>
@@ -17,36 +18,27 @@ namespace {
 template <class V>
 constexpr int kStepPixels = 4 * V::kLanes;
 
-// Positions of a strip of pixels are looked up one by one, then used by whole vectors. The strip is
-// long enough that the stores have left the pipeline when the vectors are loaded.
-constexpr std::ptrdiff_t kStripPixels = 256;
-
-struct Strip {
-  alignas(64) CubePosition positions[3][kStripPixels];
+// The positions of one step's pixels on the three axes.
+template <class V>
+struct StepPositions {
+  alignas(32) CubePosition positions[3][kStepPixels<V>];
 };
 
-template <class Input>
-CubePosition LookUp(const CubeAxis& axis, Input sample, uint32_t max_input) {
-  uint32_t code = sample;
-  if (sizeof(Input) > 1 && code > max_input) code = max_input;
-  return axis.positions[code];
-}
-
-// Fills the strip from `pixels` pixels, and up to a multiple of `step` pixels with the origin.
-template <class Input>
-void FillStrip(const Input* source, std::ptrdiff_t pixels, std::ptrdiff_t step,
-               const CubeTables& tables, Strip* strip) {
-  const CubeAxis x = tables.axes[0];
-  const CubeAxis y = tables.axes[1];
-  const CubeAxis z = tables.axes[2];
-  const uint32_t max_input = tables.max_input;
-  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
-    strip->positions[0][i] = LookUp(x, source[3 * i + x.sample], max_input);
-    strip->positions[1][i] = LookUp(y, source[3 * i + y.sample], max_input);
-    strip->positions[2][i] = LookUp(z, source[3 * i + z.sample], max_input);
-  }
-  for (std::ptrdiff_t i = pixels; i % step != 0; ++i) {
-    for (CubePosition(&positions)[kStripPixels] : strip->positions) positions[i] = 0;
+// Looks up as many pixels as a step has. Samples are at most the greatest code.
+template <class V, class Input>
+void LookUp(const Input* samples, const CubeTables& tables, StepPositions<V>* step) {
+  const Input* const x = samples + tables.axes[0].sample;
+  const Input* const y = samples + tables.axes[1].sample;
+  const Input* const z = samples + tables.axes[2].sample;
+  const CubePosition* const x_positions = tables.axes[0].positions;
+  const CubePosition* const y_positions = tables.axes[1].positions;
+  const CubePosition* const z_positions = tables.axes[2].positions;
+  // Volatile, since compilers else gather them in registers first, which takes a tenth more time.
+  volatile CubePosition(*const to)[kStepPixels<V>] = step->positions;
+  for (int i = 0; i < kStepPixels<V>; ++i) {
+    to[0][i] = x_positions[x[3 * i]];
+    to[1][i] = y_positions[y[3 * i]];
+    to[2][i] = z_positions[z[3 * i]];
   }
 }
 
@@ -59,14 +51,14 @@ struct StepWeights {
 };
 
 template <class V>
-StepWeights<V> Weigh(const Strip& strip, std::ptrdiff_t first, const CubeTables& tables) {
+void Weigh(const StepPositions<V>& step, const CubeTables& tables, StepWeights<V>* result) {
   using Reg = typename V::Reg;
   constexpr int kOne = 1 << kCubeFractionBits;
   const Reg fraction_mask = V::Set32(kCubeFractionMask);
   Reg cells = V::Set32(0);
   Reg fractions[3];
   for (int k = 0; k < 3; ++k) {
-    const Reg positions = V::LoadAligned(strip.positions[k] + first);
+    const Reg positions = V::LoadAligned(step.positions[k]);
     const Reg stride = V::Set32(static_cast<int>(tables.axes[k].cell_stride));
     const Reg steps = V::ShiftRightU32(positions, kCubeCellShift);
     cells = V::Add32(cells, V::MulLow32(steps, stride));
@@ -86,13 +78,11 @@ StepWeights<V> Weigh(const Strip& strip, std::ptrdiff_t first, const CubeTables&
   const Reg low23 = V::template UnpackLow<32>(pairs[2], pairs[3]);
   const Reg high01 = V::template UnpackHigh<32>(pairs[0], pairs[1]);
   const Reg high23 = V::template UnpackHigh<32>(pairs[2], pairs[3]);
-  StepWeights<V> result;
-  V::StoreAligned(result.weights[0], V::template UnpackLow<64>(low01, low23));
-  V::StoreAligned(result.weights[V::kLanes], V::template UnpackHigh<64>(low01, low23));
-  V::StoreAligned(result.weights[2 * V::kLanes], V::template UnpackLow<64>(high01, high23));
-  V::StoreAligned(result.weights[3 * V::kLanes], V::template UnpackHigh<64>(high01, high23));
-  V::StoreAligned(result.cells, cells);
-  return result;
+  V::StoreAligned(result->weights[0], V::template UnpackLow<64>(low01, low23));
+  V::StoreAligned(result->weights[V::kLanes], V::template UnpackHigh<64>(low01, low23));
+  V::StoreAligned(result->weights[2 * V::kLanes], V::template UnpackLow<64>(high01, high23));
+  V::StoreAligned(result->weights[3 * V::kLanes], V::template UnpackHigh<64>(high01, high23));
+  V::StoreAligned(result->cells, cells);
 }
 
 // A cell in registers: a lane holds the four channels of a slot, or of a pair of slots where these are
@@ -143,7 +133,7 @@ typename V::Reg SumProducts(const Coefficient* cell, const uint16_t* pixel_weigh
   return sums;
 }
 
-// The four channels of pixel `kPixel` of each lane, not yet clamped.
+// Twice the four channels of pixel `kPixel` of each lane, not yet rounded and clamped.
 template <class V, class Coefficient, int kPixel>
 typename V::Reg Interpolate(const Coefficient* coefficients, const StepWeights<V>& step) {
   constexpr int kLastLane = V::kLanes - 1;
@@ -154,18 +144,20 @@ typename V::Reg Interpolate(const Coefficient* coefficients, const StepWeights<V
   };
   const auto first = sums(0);
   const auto sum = kLastLane == 0 ? first : V::AddLanes32(first, sums(kLastLane));
-  const auto rounded = V::Add32(sum, V::Set32(1 << (kCubeFractionBits - 1)));
-  return V::ShiftRight32(rounded, kCubeFractionBits);
+  return V::ShiftRight32(sum, kCubeFractionBits - 1);
 }
 
-// Clamps four pixels a lane and writes them channel by channel, lane 0 first. With three channels
-// each 16-byte store leaves 4 bytes of garbage behind its 12, the last one behind the step.
+// Rounds and clamps four pixels a lane, which are twice what they shall be, and writes them channel by
+// channel, lane 0 first. With three channels each 16-byte store leaves 4 bytes of garbage behind its 12, the last one behind the step.
 template <class V, int kChannels>
 void StorePixels(const typename V::Reg (&pixels)[4], typename V::Reg max_output,
                  uint16_t* destination) {
   constexpr std::ptrdiff_t kHalf = 2 * kChannels;
-  auto first = V::MinU16(V::PackU32(pixels[0], pixels[1]), max_output);
-  auto second = V::MinU16(V::PackU32(pixels[2], pixels[3]), max_output);
+  const auto round = [&](typename V::Reg a, typename V::Reg b) {
+    return V::MinU16(V::AverageU16(V::PackU32(a, b), V::Zero()), max_output);
+  };
+  auto first = round(pixels[0], pixels[1]);
+  auto second = round(pixels[2], pixels[3]);
   if (kChannels == 3) {
     alignas(16) static constexpr int8_t kClose[16] = {0,  1,  2,  3,  4,  5,  8,  9,
                                                       10, 11, 12, 13, -1, -1, -1, -1};
@@ -179,11 +171,15 @@ void StorePixels(const typename V::Reg (&pixels)[4], typename V::Reg max_output,
   }
 }
 
-// Saturation is the clamp: an output of one byte has 8 bits.
+// Saturation is the clamp: an output of one byte has 8 bits. What packing limits before rounding is
+// beyond them.
 template <class V, int kChannels>
 void StorePixels(const typename V::Reg (&pixels)[4], typename V::Reg /*max_output*/,
                  uint8_t* destination) {
-  auto bytes = V::PackU16(V::PackS32(pixels[0], pixels[1]), V::PackS32(pixels[2], pixels[3]));
+  const auto round = [](typename V::Reg a, typename V::Reg b) {
+    return V::MulRound15(V::PackS32(a, b), V::Set16(1 << 14));  // half of it, rounded up
+  };
+  auto bytes = V::PackU16(round(pixels[0], pixels[1]), round(pixels[2], pixels[3]));
   if (kChannels == 3) {
     alignas(16) static constexpr int8_t kClose[16] = {0,  1,  2,  4,  5,  6,  8,  9,
                                                       10, 12, 13, 14, -1, -1, -1, -1};
@@ -195,48 +191,80 @@ void StorePixels(const typename V::Reg (&pixels)[4], typename V::Reg /*max_outpu
   }
 }
 
+// Looking up keeps other parts of a processor busy than weighing and interpolating do, so that each
+// pass of the loop has something of all three, for steps that are kLead apart: by the time that what
+// was stored is read, it has left the pipeline.
 template <class V, class Input, class Output, class Coefficient, int kChannels>
-struct CubeConversion {
+class CubeConversion {
+ public:
   static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
                   const CubeTables& tables) {
-    const auto* in = reinterpret_cast<const Input*>(source);
-    auto* out = reinterpret_cast<Output*>(destination);
-    Strip strip;
-    for (; pixels > 0; pixels -= kStripPixels) {
-      const std::ptrdiff_t count = pixels < kStripPixels ? pixels : kStripPixels;
-      FillStrip(in, count, kStepPixels<V>, tables, &strip);
-      ConvertStrip(strip, count, tables, out);
-      in += 3 * count;
-      out += kChannels * count;
+    const auto* const in = reinterpret_cast<const Input*>(source);
+    auto* const out = reinterpret_cast<Output*>(destination);
+    const std::ptrdiff_t steps = (pixels + kStep - 1) / kStep;
+    StepPositions<V> positions[kRing];
+    StepWeights<V> weights[kRing];
+    for (std::ptrdiff_t i = 0; i < steps + 2 * kLead; ++i) {
+      if (i < steps) {
+        LookUpStep(in + 3 * kStep * i, pixels - kStep * i, tables, &positions[i % kRing]);
+      }
+      const std::ptrdiff_t weighed = i - kLead;
+      if (weighed >= 0 && weighed < steps) {
+        Weigh<V>(positions[weighed % kRing], tables, &weights[weighed % kRing]);
+      }
+      const std::ptrdiff_t done = i - 2 * kLead;
+      if (done >= 0) {
+        ConvertStep(weights[done % kRing], tables, pixels - kStep * done,
+                    out + kChannels * kStep * done);
+      }
     }
   }
 
  private:
-  static void ConvertStrip(const Strip& strip, std::ptrdiff_t pixels, const CubeTables& tables,
-                           Output* destination) {
-    // All weights come first: by the time that they are read their stores have left the pipeline.
-    StepWeights<V> steps[kStripPixels / kStepPixels<V>];
-    for (std::ptrdiff_t i = 0; i < pixels; i += kStepPixels<V>) {
-      steps[i / kStepPixels<V>] = Weigh<V>(strip, i, tables);
+  static constexpr std::ptrdiff_t kStep = kStepPixels<V>;
+  static constexpr std::ptrdiff_t kLead = 2;
+  static constexpr std::ptrdiff_t kRing = 4;  // more than kLead, and quick to divide by
+  // Tables of words leave the processor less time to foresee what comes.
+  static constexpr uintptr_t kAheadBytes = 1024;
+  // The garbage behind a step must lie within the run: what follows may not be ours.
+  static constexpr std::ptrdiff_t kGarbagePixels = 2;
+
+  // `pixels` are left, of which a step is looked up, or what there is, filled up with the origin.
+  static void LookUpStep(const Input* source, std::ptrdiff_t pixels, const CubeTables& tables,
+                         StepPositions<V>* step) {
+    alignas(32) Input samples[3 * kStep] = {};
+    if constexpr (sizeof(Input) == 1) {
+      if (pixels >= kStep) return LookUp<V>(source, tables, step);
+      std::memcpy(samples, source, static_cast<size_t>(3 * pixels));
+    } else {
+      PrefetchLine(reinterpret_cast<uintptr_t>(source) + kAheadBytes);
+      if (pixels >= kStep && tables.max_input == UINT16_MAX) return LookUp<V>(source, tables, step);
+      const Sse::Reg max = Sse::Set16(static_cast<int>(tables.max_input));
+      if (pixels < kStep) {
+        std::memcpy(samples, source, static_cast<size_t>(3 * pixels) * sizeof(Input));
+        source = samples;
+      }
+      constexpr int kLast = 3 * kStep - 8;  // where the last register begins, which may overlap
+      for (int i = 0; i < kLast + 8; i += 8) {
+        const int at = i < kLast ? i : kLast;
+        Sse::Store(samples + at, Sse::MinU16(Sse::Load(source + at), max));
+      }
     }
-    // The garbage behind a step must lie within the strip: what follows the strip may be input
-    // that is still to be read, or not ours.
-    constexpr std::ptrdiff_t kGarbagePixels = 2;
-    std::ptrdiff_t i = 0;
-    for (; i + kStepPixels<V> + kGarbagePixels <= pixels; i += kStepPixels<V>) {
-      ConvertStep(steps[i / kStepPixels<V>], tables, destination + kChannels * i);
-    }
-    for (; i < pixels; i += kStepPixels<V>) {
-      Output step[kChannels * (kStepPixels<V> + kGarbagePixels)];
-      ConvertStep(steps[i / kStepPixels<V>], tables, step);
-      const std::ptrdiff_t left = pixels - i < kStepPixels<V> ? pixels - i : kStepPixels<V>;
-      std::memcpy(destination + kChannels * i, step,
-                  static_cast<size_t>(kChannels * left) * sizeof(Output));
-    }
+    LookUp<V>(samples, tables, step);
   }
 
+  // `pixels` are left.
   static void ConvertStep(const StepWeights<V>& step, const CubeTables& tables,
-                          Output* destination) {
+                          std::ptrdiff_t pixels, Output* destination) {
+    if (pixels >= kStep + kGarbagePixels) return Interpolate4(step, tables, destination);
+    Output whole[kChannels * (kStep + kGarbagePixels)];
+    Interpolate4(step, tables, whole);
+    const std::ptrdiff_t count = pixels < kStep ? pixels : kStep;
+    std::memcpy(destination, whole, static_cast<size_t>(kChannels * count) * sizeof(Output));
+  }
+
+  static void Interpolate4(const StepWeights<V>& step, const CubeTables& tables,
+                           Output* destination) {
     const auto* coefficients = static_cast<const Coefficient*>(tables.coefficients);
     const typename V::Reg pixels[4] = {Interpolate<V, Coefficient, 0>(coefficients, step),
                                        Interpolate<V, Coefficient, 1>(coefficients, step),
