@@ -12,12 +12,17 @@ struct Seeds {
   uint32_t end;
 };
 
-// `usual` seeds; where OVRA_ROUND has a number, as many others.
+// What the environment has under this name, or `otherwise`.
+inline uint32_t NumberOf(const char* name, uint32_t otherwise) {
+  const char* const text = std::getenv(name);
+  return text == nullptr ? otherwise : static_cast<uint32_t>(std::strtoul(text, nullptr, 10));
+}
+
+// `usual` seeds, or as many as OVRA_SEEDS says; where OVRA_ROUND has a number, as many others.
 inline Seeds SeedsOf(uint32_t usual) {
-  const char* const round = std::getenv("OVRA_ROUND");
-  const auto first =
-      round == nullptr ? 0 : static_cast<uint32_t>(std::strtoul(round, nullptr, 10)) * usual;
-  return {first, first + usual};
+  const uint32_t count = NumberOf("OVRA_SEEDS", usual);
+  const uint32_t first = NumberOf("OVRA_ROUND", 0) * count;
+  return {first, first + count};
 }
 
 }  // namespace ovra_test
