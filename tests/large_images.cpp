@@ -17,6 +17,7 @@
 #include <limits>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "ovra/ovra.h"
@@ -71,10 +72,14 @@ struct Image {
 
 using Operation = std::function<OvraStatus(const Image&)>;
 
+constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
+constexpr int32_t kLeast = std::numeric_limits<int32_t>::min();
+
 struct Case {
   const char* name;
   OvraPixelFormatCode format;
   Operation call;
+  int32_t tallest = 10'000'000;  // rows of one pixel that take it seconds
 };
 
 constexpr OvraPixelFormatCode kRgb = 0x120;
@@ -91,8 +96,12 @@ void Expect(bool holds, const Case& c, const std::string& what) {
   ++failures;
 }
 
+size_t PixelBytes(OvraPixelFormatCode format) {
+  return format == kRgb ? 3 : 6;
+}
+
 int32_t ColumnsOfARow(const Case& c) {
-  return static_cast<int32_t>(kRowBytes) / (c.format == kRgb ? 3 : 6);
+  return static_cast<int32_t>(kRowBytes / PixelBytes(c.format));
 }
 
 void FillTile(uint8_t* tile) {
@@ -120,15 +129,18 @@ void CompareWithTiles(const Case& c) {
   Expect(BlockAfter(c, kMany) == BlockAfter(c, kFew), c, "another result than of few tiles");
 }
 
-// Thin images, which end at pages that cannot be touched, and rows that are too long. Any status
-// will do.
+// Thin images, which end at pages that cannot be touched, rows and columns that are too long, and
+// sizes that are negative, or beyond 2^31 where they have no sign. Any status will do.
 void TryThinOnes(const Case& c) {
-  constexpr int32_t kMost = std::numeric_limits<int32_t>::max();
   constexpr int32_t kLong = 60000;
-  const struct { int32_t width, height; } sizes[] = {{kLong, 1}, {1, kLong}, {kMost, 1}};
+  const struct {
+    int32_t width, height;
+  } sizes[] = {{kLong, 1},  {1, kLong},  {kMost, 1}, {1, c.tallest},
+               {kLeast, 1}, {0, kLeast}, {kLeast, 0}};
   for (const auto& size : sizes) {
     const size_t pixel = c.format == kRgb ? 4 : 6;  // with the padding of a bitmap
-    const size_t bytes = pixel * static_cast<size_t>(size.width) * static_cast<size_t>(size.height);
+    const auto pixels = [](int32_t side) { return size_t{static_cast<uint32_t>(side)}; };
+    const size_t bytes = pixel * pixels(size.width) * pixels(size.height);
     const size_t tiles = bytes / kTileBytes + 1;
     Tiles source(tiles);
     Tiles destination(tiles);
@@ -142,35 +154,41 @@ void TryThinOnes(const Case& c) {
   }
 }
 
-// A quarter turn cannot be laid over itself: the destination is 4.4 GiB of memory.
-void TurnLargeImage() {
-  const Case c = {"rotate, quarter turn", kRgb, {}};
-  constexpr int32_t kTiles = 6001;
-  constexpr int32_t kHeight = kTiles * kTileRows;
-  const int32_t width = ColumnsOfARow(c);
-  Tiles source(kTiles);
+// A quarter turn cannot be laid over itself: its destination is memory, up to 4.4 GiB.
+std::vector<uint8_t> Turned(const Case& c, int32_t divisor, int32_t tiles) {
+  Tiles source(static_cast<size_t>(tiles));
   FillTile(source.data());
-  const size_t bytes = kTiles * kTileBytes;
-  void* const room = mmap(nullptr, bytes, PROT_READ | PROT_WRITE,
-                          MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
-  if (room == MAP_FAILED) std::abort();
-  auto* const turned = static_cast<uint8_t*>(room);
+  std::vector<uint8_t> turned(static_cast<size_t>(tiles) * kTileBytes /
+                              static_cast<size_t>(divisor * divisor));
   ++calls;
-  Expect(OvraRotateImage(source.data(), turned, width, kHeight, kRgb, OVRA_ROTATE_TRANSPOSE) ==
-             OVRA_OK,
-         c, "status");
+  const OvraStatus status =
+      c.call({source.data(), turned.data(), ColumnsOfARow(c), tiles * kTileRows, c.format});
+  Expect(status == OVRA_OK, c, "status " + std::to_string(status));
+  return turned;
+}
+
+// Rows begin and end as those of an image of a few tiles, and repeat themselves in between.
+void CompareTurned(const Case& c, int32_t divisor) {
+  constexpr int32_t kFew = 21;
+  constexpr int32_t kMany = 6001;  // like kFew modulo the period
+  constexpr int32_t kPeriodTiles = 4;
+  const std::vector<uint8_t> few = Turned(c, divisor, kFew);
+  const std::vector<uint8_t> many = Turned(c, divisor, kMany);
+  const auto rows = static_cast<size_t>(ColumnsOfARow(c) / divisor);
+  const size_t short_row = few.size() / rows;
+  const size_t long_row = many.size() / rows;
+  const size_t period =
+      PixelBytes(c.format) * size_t{kPeriodTiles * kTileRows} / static_cast<size_t>(divisor);
   bool is_right = true;
-  constexpr size_t kPeriod = size_t{3} * kTileRows;
-  for (int32_t x = 0; x < width; ++x) {
-    const uint8_t* const row = turned + static_cast<size_t>(x) * 3 * kHeight;
-    for (size_t y = 0; y < kTileRows; ++y) {
-      const uint8_t* const pixel = source.data() + y * kRowBytes + static_cast<size_t>(x) * 3;
-      is_right = is_right && std::memcmp(row + 3 * y, pixel, 3) == 0;
-    }
-    is_right = is_right && std::memcmp(row, row + kPeriod, size_t{3} * kHeight - kPeriod) == 0;
+  for (size_t y = 0; y < rows; ++y) {
+    const uint8_t* const expected = few.data() + y * short_row;
+    const uint8_t* const row = many.data() + y * long_row;
+    is_right = is_right && std::memcmp(row, expected, short_row / 2) == 0 &&
+               std::memcmp(row + long_row - short_row / 2, expected + short_row - short_row / 2,
+                           short_row / 2) == 0 &&
+               std::memcmp(row + period, row + 2 * period, long_row - 3 * period) == 0;
   }
-  Expect(is_right, c, "pixels");
-  munmap(room, bytes);
+  Expect(is_right, c, "another result than of few tiles");
 }
 
 // The conversion with these arguments behind the format.
@@ -184,11 +202,73 @@ Operation Converts(OvraStatus(OVRA_CALL* convert)(const uint8_t*, uint8_t*, Side
   };
 }
 
-Operation Resizes(int32_t divisor) {
-  return [divisor](const Image& i) {
-    return OvraResizeImage(i.source, i.width, i.height, i.destination,
-                           std::max(i.width / divisor, 1), std::max(i.height / divisor, 1),
-                           i.format);
+int32_t Part(int32_t size, int32_t divisor) {
+  return std::max(size / divisor, 1);
+}
+
+Operation Resizes(auto* resize, int32_t divisor, auto... more) {
+  return [=](const Image& i) {
+    return resize(i.source, i.width, i.height, i.destination, Part(i.width, divisor),
+                  Part(i.height, divisor), i.format, more...);
+  };
+}
+
+// All but the upper quarter.
+Operation ResizesRegion(auto* resize, int32_t divisor, auto... more) {
+  return [=](const Image& i) {
+    return resize(i.source, i.width, i.height, i.destination, Part(i.width, divisor),
+                  Part(i.height, divisor), i.format, 0, i.height / 4, i.width,
+                  i.height - i.height / 4, more...);
+  };
+}
+
+OvraStatus Enlarge(const Image& i) {
+  return OvraResizeImageVAR(i.source, Part(i.width, 2), Part(i.height, 2), i.destination, i.width,
+                            i.height, i.format, 2, 2);
+}
+
+Operation EnlargesTurned(int32_t mode) {
+  return [mode](const Image& i) {
+    const int32_t width = Part(i.width, 2);
+    const int32_t height = Part(i.height, 2);
+    return OvraResizeRotateImageROI(i.source, width, height, i.destination, i.height, i.width,
+                                    i.format, 0, 0, width, height, mode);
+  };
+}
+
+Operation ReducesTurned(int32_t divisor, int32_t mode) {
+  return [=](const Image& i) {
+    return OvraResizeRotateImageROI(i.source, i.width, i.height, i.destination,
+                                    Part(i.height, divisor), Part(i.width, divisor), i.format, 0, 0,
+                                    i.width, i.height, mode);
+  };
+}
+
+// In two bands: a few rows, and all others.
+Operation ResizesInBands(auto* init, int32_t divisor, auto... more) {
+  return [=](const Image& i) {
+    const int32_t width = Part(i.width, divisor);
+    const int32_t height = Part(i.height, divisor);
+    OvraBandResizeContext* context = nullptr;
+    OvraStatus status = init(i.width, i.height, width, height, i.format, 0, 0, i.width, i.height,
+                             more..., &context);
+    int32_t first = 0;
+    int32_t out = 0;
+    for (int32_t rows = std::min(i.height, 5); status == OVRA_OK && rows > 0;
+         rows = i.height - first) {
+      int32_t taken = 0;
+      int32_t written = 0;
+      const auto at = [&](int32_t columns, int32_t row) {
+        return PixelBytes(i.format) * static_cast<size_t>(columns) * static_cast<size_t>(row);
+      };
+      status = OvraBandResize(i.source + at(i.width, first), i.width, rows,
+                              i.destination + at(width, out), width, height - out, i.format, first,
+                              &taken, &written, context);
+      first += taken;
+      out += written;
+    }
+    OvraBandResize_Free(&context);
+    return status;
   };
 }
 
@@ -258,21 +338,44 @@ uint16_t lattice[24] = {0,   11,  22,  33,  44,  55,  66,  77,  88,  99,  110, 1
                         132, 143, 154, 165, 176, 187, 198, 209, 220, 231, 242, 253};
 const OvraColorCube kCube = {2, kGrid, 2, kGrid, 2, kGrid, lattice};
 
+const std::vector<float> kKernel = [] {
+  std::vector<float> table(OVRA_KERNEL_TABLE_ENTRIES);
+  OvraCalcCubicSpline(-0.75F, table.data());
+  return table;
+}();
+const float* const kCubic = kKernel.data();
+
 const Case kCases[] = {
-    {"resize 1:1", kRgb, Resizes(1)},
-    {"resize 1:2", kRgb, Resizes(2)},
-    {"resize 1:4", kRgb12, Resizes(4)},
-    {"rotate, copy", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_NONE)},
-    {"rotate, half turn", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_HALF)},
+    {"resize 1:1", kRgb, Resizes(OvraResizeImage, 1), kMost},
+    {"resize 1:2", kRgb, Resizes(OvraResizeImage, 2)},
+    {"resize 1:4", kRgb12, Resizes(OvraResizeImage, 4)},
+    {"resize 2:1, factors", kRgb, Enlarge},
+    {"resize, factors", kRgb, Resizes(OvraResizeImageVAR, 2, 0.8, 0.5), kMost},
+    {"resize, region", kRgb12, ResizesRegion(OvraResizeImageROI, 2)},
+    {"resize, region, factors", kRgb, ResizesRegion(OvraResizeImageROIVAR, 2, 0.5, 0.8)},
+    {"resize, core", kRgb, ResizesRegion(OvraResizeImageCore, 2, kCubic, 1.5F, 10)},
+    {"resize, core, factors", kRgb12,
+     ResizesRegion(OvraResizeImageCoreVAR, 2, 0.8, 0.5, kCubic, 1.2F, 2.0F, 5, 8)},
+    {"small resize", kRgb, ResizesRegion(OvraSmallResizeImage, 4, kCubic)},
+    {"resize with a half turn", kRgb, ResizesRegion(OvraResizeRotateImageROI, 2, OVRA_ROTATE_HALF)},
+    {"resize with a flip, core", kRgb12,
+     ResizesRegion(OvraResizeRotateImageCore, 2, kCubic, 2.0F, 8, OVRA_ROTATE_FLIP)},
+    {"small resize, mirrored", kRgb,
+     ResizesRegion(OvraSmallResizeRotateImage, 4, kCubic, OVRA_ROTATE_MIRROR)},
+    {"bands 1:1", kRgb, ResizesInBands(OvraBandResize_Init, 1), kMost},
+    {"bands 1:2, core", kRgb, ResizesInBands(OvraBandResizeCore_Init, 2, kCubic, 2.0F, 8)},
+    {"bands 1:4", kRgb12, ResizesInBands(OvraBandResize_Init, 4)},
+    {"rotate, copy", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_NONE), kMost},
+    {"rotate, half turn", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_HALF), kMost},
     {"rotate, mirror", kRgb12, Converts(OvraRotateImage, OVRA_ROTATE_MIRROR)},
-    {"rotate, flip", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_FLIP)},
-    {"extrapolate", kRgb, Extrapolate},
-    {"free trimming", kRgb, Trims(77)},
-    {"free trimming, no turn", kRgb, Trims(0)},
-    {"composite", kRgb, Composite},
+    {"rotate, flip", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_FLIP), kMost},
+    {"extrapolate", kRgb, Extrapolate, kMost},
+    {"free trimming", kRgb, Trims(77), kMost},
+    {"free trimming, no turn", kRgb, Trims(0), kMost},
+    {"composite", kRgb, Composite, kMost},
     {"composite, mask", kRgb, CompositeByMask},
-    {"raw to DIB", kRgb, Moves(OvraRaw2Dib)},
-    {"DIB to raw", kRgb, Moves(OvraDib2Raw)},
+    {"raw to DIB", kRgb, Moves(OvraRaw2Dib), kMost},
+    {"DIB to raw", kRgb, Moves(OvraDib2Raw), kMost},
     {"luminance mask", kRgb, Converts(OvraYUsmSingleStep, 3, kBlur, 2.0F, kEven, kEven)},
     {"double mask", kRgb,
      Converts(OvraYUsmDoubleSingleStep, 3, kBlur, 3, kBlur, 2.0F, kEven, kEven, 1.5F, kEven,
@@ -288,6 +391,14 @@ const Case kCases[] = {
     {"channel tables", kRgb, Converts(OvraConvColor1DTblSingleStep, kRgb, &kTables)},
     {"polynomials", kRgb12, Converts(OvraConvColorCoefSingleStep, kRgb12, kPolynomials)},
     {"matrix", kRgb, Converts(OvraConvColorMtxSingleStep, kRgb, &kMatrix)},
+};
+
+// Each with the divisor of its sides.
+const std::pair<Case, int32_t> kTurns[] = {
+    {{"transposition", kRgb, Converts(OvraRotateImage, OVRA_ROTATE_TRANSPOSE)}, 1},
+    {{"resize 2:1 with a turn", kRgb, EnlargesTurned(OVRA_ROTATE_QUARTER_LEFT)}, 1},
+    {{"resize 1:2 with a turn", kRgb12, ReducesTurned(2, OVRA_ROTATE_QUARTER_RIGHT)}, 2},
+    {{"resize 1:4 with a turn", kRgb, ReducesTurned(4, OVRA_ROTATE_ANTI_TRANSPOSE)}, 4},
 };
 
 struct Cost {
@@ -331,16 +442,22 @@ int main(int argc, char** argv) {
     return argc == 1 ||
            std::any_of(argv + 1, argv + argc, [&](auto* word) { return std::strstr(name, word); });
   };
-  for (const Case& c : kCases) {
-    if (!is_wanted(c.name)) continue;
+  const auto timed = [&](const Case& c, const auto& run) {
+    if (!is_wanted(c.name)) return;
     const auto begin = std::chrono::steady_clock::now();
-    CompareWithTiles(c);
-    TryThinOnes(c);
+    run();
     const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-    std::printf("%-24s %6.1f s\n", c.name, seconds.count());
+    std::printf("%-26s %6.1f s\n", c.name, seconds.count());
     std::fflush(stdout);
+  };
+  for (const Case& c : kCases) {
+    timed(c, [&] {
+      CompareWithTiles(c);
+      TryThinOnes(c);
+    });
   }
-  if (is_wanted("rotate, quarter turn")) TurnLargeImage();
+  for (const auto& turn : kTurns)
+    timed(turn.first, [&] { CompareTurned(turn.first, turn.second); });
   std::printf("cases: %d\ncalls: %d\n", cases, calls);
   return failures == 0 ? 0 : 1;
 }
