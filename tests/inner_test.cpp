@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <cstring>
 #include <iterator>
 #include <limits>
 #include <random>
@@ -17,6 +18,7 @@
 #include "geometry/rotation/kernels.h"
 #include "ovra/filter.h"
 #include "ovra/resample.h"
+#include "resample/kernel_table.h"
 #include "support/forced_tier.h"
 #include "support/guarded_buffer.h"
 
@@ -44,6 +46,12 @@ TEST(WorkMemory, StartsAtACacheLineAndRefusesSizesThatDoNotFit) {
     EXPECT_FALSE(memory.Allocate(std::numeric_limits<uint64_t>::max()));
     EXPECT_EQ(memory.data(), nullptr);
   }
+}
+
+TEST(ResizeKernelTable, CompilersMakeWhatCallsMake) {
+  std::vector<float> table(ovra::kKernelTableEntries);
+  ASSERT_EQ(ovra::CalcCubicSpline(ovra::kResizeKernelParameter, table.data()), OVRA_OK);
+  EXPECT_EQ(std::memcmp(table.data(), ovra::ResizeKernelTable(), sizeof(float) * table.size()), 0);
 }
 
 // Of every field all 16 or 256 values, alone in an otherwise valid word.

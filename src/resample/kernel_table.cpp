@@ -13,8 +13,12 @@ namespace {
 struct CubicConvolution {
   long double a;
 
-  long double Inner(long double t) const { return (a + 2) * (t * t * t) - (a + 3) * (t * t) + 1; }
-  long double Outer(long double u) const { return a * (u * u * u) - 2 * a * (u * u) + a * u; }
+  constexpr long double Inner(long double t) const {
+    return (a + 2) * (t * t * t) - (a + 3) * (t * t) + 1;
+  }
+  constexpr long double Outer(long double u) const {
+    return a * (u * u * u) - 2 * a * (u * u) + a * u;
+  }
 };
 
 struct BSpline {
@@ -33,7 +37,7 @@ struct BSpline {
 
 // Not inlined: no arithmetic may move to where the caller has not yet set the precision.
 template <class Kernel>
-[[gnu::noinline]] void FillPieces(const Kernel& kernel, float* table) {
+[[gnu::noinline]] constexpr void FillPieces(const Kernel& kernel, float* table) {
   constexpr long double kStep = 1.0L / kKernelTableSteps;
   for (int32_t i = 0; i < kKernelTableSteps; ++i) {
     const long double distance = i * kStep;
@@ -50,6 +54,18 @@ Status FillTable(const Kernel& kernel, float* table) {
   std::fill(table + 2 * kKernelTableSteps, table + kKernelTableEntries, 0.0F);
   return OVRA_OK;
 }
+
+struct KernelTable {
+  float entries[kKernelTableEntries] = {};
+};
+
+// Compilers compute in the full precision of long double. For this parameter nothing is rounded on the
+// way to a float.
+constexpr KernelTable kResizeTable = [] {
+  KernelTable table;
+  FillPieces(CubicConvolution{kResizeKernelParameter}, table.entries);
+  return table;
+}();
 
 // From this ratio on a kernel of so many taps serves, stretched by the reciprocal of the middle of
 // its band of ratios.
@@ -75,6 +91,10 @@ Status CalcCubicSpline(float a, float* table) {
 
 Status CalcBSpline(float b, float* table) {
   return FillTable(BSpline{b}, table);
+}
+
+const float* ResizeKernelTable() {
+  return kResizeTable.entries;
 }
 
 void SelectKernelSupport(float ratio, uint32_t* taps, float* stretch) {

@@ -19,6 +19,9 @@ inline constexpr float kResizeKernelParameter = -0.75F;
 Status CalcCubicSpline(float a, float* table);
 Status CalcBSpline(float b, float* table);
 
+// What CalcCubicSpline gives for that parameter, made when the library was compiled.
+const float* ResizeKernelTable();
+
 // Taps and stretch of the kernel for a size ratio (output by input; below 1 reduces).
 void SelectKernelSupport(float ratio, uint32_t* taps, float* stretch);
 

@@ -88,9 +88,8 @@ Status BandResizeInit(const ResizeShape& shape, PixelFormatCode code, KernelTier
   if (status != OVRA_OK) return status;
   ContextPtr<BandResizeContext> made = MakeBandContext(shape, code);
   if (made == nullptr) return OVRA_ERROR_NO_MEMORY;
-  status = AllocateResizeTable(&made->table);
-  if (status == OVRA_OK) status = CheckResizeNotEmpty(shape);
-  if (status == OVRA_OK) status = PlanByRatio(shape, format, made->table.data(), &plan);
+  status = CheckResizeNotEmpty(shape);
+  if (status == OVRA_OK) status = PlanByRatio(shape, format, ResizeKernelTable(), &plan);
   return status == OVRA_OK ? HandOut(plan, tier, std::move(made), context) : status;
 }
 

@@ -8,8 +8,8 @@
 #include "core/work_memory.h"
 #include "resample/row_stream.h"
 
-// What lies between two bands of a picture. It holds its own kernel table, and no pointer of the
-// caller's.
+// What lies between two bands of a picture. It holds its own copy of a caller's kernel table, and no
+// pointer of the caller's.
 struct OvraBandResizeContext {
   ovra::PixelFormatCode format = 0;
   ovra::ResizeShape shape = {};

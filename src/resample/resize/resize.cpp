@@ -23,11 +23,6 @@ void CopyRows(const ResizeImages& images, const ResizePlan& plan) {
 
 }  // namespace
 
-Status AllocateResizeTable(WorkMemory<float>* table) {
-  if (!table->Allocate(kKernelTableEntries)) return OVRA_ERROR_NO_MEMORY;
-  return CalcCubicSpline(kResizeKernelParameter, table->data());
-}
-
 Status CheckResizeCore(PixelFormatCode code, const ResizeKernel& kernel, PixelFormat* format) {
   Status status = CheckResizeKernel(kernel);
   if (status == OVRA_OK) status = DecodePixelFormat(code, format);
@@ -49,24 +44,20 @@ Status ResizeWhole(const ResizeImages& images, const ResizePlan& plan, KernelTie
 
 Status ResizeImage(const ResizeImages& images, KernelTier tier) {
   PixelFormat format;
-  WorkMemory<float> table;
   ResizePlan plan;
-  // The format word is looked at before anything else, and the table taken before the sizes are.
+  // The format word is looked at before anything else.
   Status status = DecodePixelFormat(images.format, &format);
-  if (status == OVRA_OK) status = AllocateResizeTable(&table);
   if (status == OVRA_OK) status = CheckResizeNotEmpty(images.shape);
   if (status != OVRA_OK) return status;
   if (!HasImages(images)) return OVRA_ERROR_RESIZE_NULL_IMAGE;
-  status = PlanByRatio(images.shape, format, table.data(), &plan);
+  status = PlanByRatio(images.shape, format, ResizeKernelTable(), &plan);
   return status == OVRA_OK ? ResizeWhole(images, plan, tier) : status;
 }
 
 Status ResizeImageVar(const ResizeImages& images, ResizeFactors factors, KernelTier tier) {
   PixelFormat format;
-  WorkMemory<float> table;
   ResizePlan plan;
   Status status = DecodePixelFormat(images.format, &format);
-  if (status == OVRA_OK) status = AllocateResizeTable(&table);
   if (status != OVRA_OK) return status;
   if (factors.horizontal < kMinEngineRatio || factors.vertical < kMinEngineRatio) {
     return OVRA_ERROR_RESIZE_FACTOR;
@@ -74,7 +65,7 @@ Status ResizeImageVar(const ResizeImages& images, ResizeFactors factors, KernelT
   if (!HasImages(images)) return OVRA_ERROR_RESIZE_NULL_IMAGE;
   status = CheckResizeFormat(format);
   if (status == OVRA_OK) {
-    const ResizeKernel kernel = {table.data(), SupportFor(factors.horizontal),
+    const ResizeKernel kernel = {ResizeKernelTable(), SupportFor(factors.horizontal),
                                  SupportFor(factors.vertical)};
     status = PlanEngine(images.shape, format, factors, kernel, &plan);
   }

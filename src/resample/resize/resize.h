@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "core/cpu.h"
-#include "core/work_memory.h"
 #include "resample/resize_plan.h"
 
 namespace ovra {
@@ -29,9 +28,6 @@ Status ResizeImageCoreVar(const ResizeImages& images, ResizeFactors factors,
                           const ResizeKernel& kernel, KernelTier tier);
 
 // What the resizes of whole pictures and others share.
-
-// The table of the library's own kernel.
-Status AllocateResizeTable(WorkMemory<float>* table);
 
 // The checks of the engine with the caller's kernel, from the table on.
 Status CheckResizeCore(PixelFormatCode code, const ResizeKernel& kernel, PixelFormat* format);

@@ -7,6 +7,7 @@
 #include "geometry/rotation/rotation.h"
 #include "ovra/geometry.h"
 #include "ovra/resample.h"
+#include "resample/kernel_table.h"
 #include "resample/row_stream.h"
 
 namespace ovra {
@@ -109,16 +110,14 @@ Status Turn(const ResizeImages& images, const ResizePlan& plan, int32_t mode, Ke
 
 Status ResizeRotateImage(const ResizeImages& images, int32_t mode, KernelTier tier) {
   PixelFormat format;
-  WorkMemory<float> table;
   ResizePlan plan;
   Status status = DecodePixelFormat(images.format, &format);
   if (status == OVRA_OK) status = CheckMode(mode);
-  if (status == OVRA_OK) status = AllocateResizeTable(&table);
   if (status != OVRA_OK) return status;
   const ResizeShape shape = UprightShape(images, mode);
   status = CheckResizeNotEmpty(shape);
   if (status == OVRA_OK) status = CheckImages(images);
-  if (status == OVRA_OK) status = PlanByRatio(shape, format, table.data(), &plan);
+  if (status == OVRA_OK) status = PlanByRatio(shape, format, ResizeKernelTable(), &plan);
   return status == OVRA_OK ? Turn(images, plan, mode, tier) : status;
 }
 
