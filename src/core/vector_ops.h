@@ -117,6 +117,9 @@ struct Sse {
     return _mm_insert_epi16(entries, table[pair3 >> 16], 7);
   }
 
+  // For sums of a loop that fills the registers: without it GCC 12 moves each sum to a second one, and
+  // some to memory.
+  static void KeepInPlace(Reg& a) { __asm__("" : "+x"(a)); }
   static Reg Zero() { return _mm_setzero_si128(); }
   static Reg Set8(int32_t v) { return _mm_set1_epi8(static_cast<char>(v)); }
   static Reg Set16(int32_t v) { return _mm_set1_epi16(static_cast<int16_t>(v)); }
@@ -393,6 +396,7 @@ struct Avx2 {
     return SetLanes(Sse::Gather16(table, Lane(index, 0)), Sse::Gather16(table, Lane(index, 1)));
   }
 
+  static void KeepInPlace(Reg& a) { __asm__("" : "+x"(a)); }
   static Reg Zero() { return _mm256_setzero_si256(); }
   static Reg Set8(int32_t v) { return _mm256_set1_epi8(static_cast<char>(v)); }
   static Reg Set16(int32_t v) { return _mm256_set1_epi16(static_cast<int16_t>(v)); }

@@ -43,6 +43,25 @@ Picture16 Resized(const Picture16& source, int32_t width, int32_t height) {
   return ResizedBy(OvraResizeImage, source, width, height);
 }
 
+// Of the upper 8 bits, whose levels are multiples of kByteStep again.
+constexpr int kByteStep = 257;
+Picture16 ResizedBytes(const Picture16& source, int32_t width, int32_t height) {
+  constexpr OvraPixelFormatCode kByteFormat = 0;
+  const auto high = [](uint16_t sample) { return static_cast<uint8_t>(sample >> 8); };
+  std::vector<uint8_t> from(source.samples.size());
+  std::transform(source.samples.begin(), source.samples.end(), from.begin(), high);
+  Picture16 result(static_cast<uint32_t>(width), static_cast<uint32_t>(height), 16, 1,
+                   OVRA_MODEL_GREY);
+  std::vector<uint8_t> to(result.samples.size());
+  EXPECT_EQ(
+      OvraResizeImage(from.data(), static_cast<int32_t>(source.width),
+                      static_cast<int32_t>(source.height), to.data(), width, height, kByteFormat),
+      OVRA_OK);
+  std::transform(to.begin(), to.end(), result.samples.begin(),
+                 [](uint8_t sample) { return static_cast<uint16_t>(sample * kByteStep); });
+  return result;
+}
+
 Picture16 Scaled(const Picture16& source, int32_t width, int32_t height, double horizontal,
                  double vertical) {
   return ResizedBy(OvraResizeImageVAR, source, width, height, horizontal, vertical);
@@ -99,6 +118,10 @@ TEST(Resize, ConstantPicturesStayConstant) {
                                     Resized(flat, 1, 1), Resized(flat, 17, 14)}) {
       EXPECT_EQ(result.samples, std::vector<uint16_t>(result.samples.size(), level))
           << level << ", " << result.width;
+    }
+    for (const Picture16& result : {ResizedBytes(flat, 9, 7), ResizedBytes(flat, 1, 1)}) {
+      EXPECT_EQ(result.samples,
+                std::vector<uint16_t>(result.samples.size(), (level >> 8) * kByteStep));
     }
   }
 }
@@ -172,10 +195,12 @@ TEST(SmallResize, MirroredInputGivesMirroredOutput) {
   Picture16 mirrored = source;
   std::reverse(mirrored.samples.begin(), mirrored.samples.end());  // both axes at once
   for (const int32_t size : {7, 12, 33}) {
-    const Picture16 result = Resized(source, size, size);
-    const Picture16 back = Resized(mirrored, size, size);
-    for (size_t i = 0; i < result.samples.size(); ++i) {
-      ASSERT_NEAR(back.samples[i], result.samples.rbegin()[static_cast<int>(i)], 1) << size;
+    for (const auto& [resized, step] : {std::pair(&Resized, 1), {&ResizedBytes, kByteStep}}) {
+      const Picture16 result = resized(source, size, size);
+      const Picture16 back = resized(mirrored, size, size);
+      for (size_t i = 0; i < result.samples.size(); ++i) {
+        ASSERT_NEAR(back.samples[i], result.samples.rbegin()[static_cast<int>(i)], step) << size;
+      }
     }
   }
 }
@@ -190,9 +215,16 @@ TEST(SmallResize, ZonePlateShowsNoMoire) {
     const double squares = (x - kMiddle) * (x - kMiddle) + (y - kMiddle) * (y - kMiddle);
     return 32767.5 * (1 + std::cos(std::numbers::pi / kSize * squares));
   });
-  for (const int32_t factor : {8, 10, 16}) {
+  for (const auto& [resized, factor] : {std::pair(&Resized, 8),
+                                        {&Resized, 10},
+                                        {&Resized, 16},
+                                        {&ResizedBytes, 8},
+                                        {&ResizedBytes, 10},
+                                        {&ResizedBytes, 16},
+                                        {&ResizedBytes, 25},
+                                        {&ResizedBytes, 100}}) {
     const int32_t size = kSize / factor;
-    const Picture16 result = Resized(plate, size, size);
+    const Picture16 result = resized(plate, size, size);
     const int32_t passed = size / factor;  // destination pixels across the part below the limit
     double energy = 0;
     int count = 0;
@@ -231,8 +263,12 @@ TEST(SmallResize, DoesNotShiftThePicture) {
   const Picture16 spot = Drawn(kSize, kSize, [](double x, double y) {
     return 60000 * std::exp(-((x - kX) * (x - kX) + (y - kY) * (y - kY)) / 1800);
   });
-  for (const int32_t size : {48, 60, 133}) {
-    const Picture16 result = Resized(spot, size, size);
+  for (const auto& [resized, size] : {std::pair(&Resized, 48),
+                                      {&Resized, 60},
+                                      {&Resized, 133},
+                                      {&ResizedBytes, 48},
+                                      {&ResizedBytes, 60}}) {
+    const Picture16 result = resized(spot, size, size);
     double sum = 0;
     double sum_x = 0;
     double sum_y = 0;

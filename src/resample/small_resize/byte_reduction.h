@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The two passes of a strong reduction of 8-bit samples in 16-bit multiplications, for kernels whose
-// rows are all kept. The bytes are those of the general form, which takes what does not fit.
+// rows are all kept. The bytes are those of the general form.
 #pragma once
 
 #include <cstddef>
@@ -13,21 +13,18 @@ namespace ovra {
 
 class ByteReduction {
  public:
-  // For columns whose `weights` have been made, `columns.weight_stride` for each. Where
-  // these are not for the kernels, nothing is taken, and nothing fits. False when there is no memory.
-  [[nodiscard]] bool Prepare(const ReductionColumns& columns, uint32_t channels,
-                             const ByteReductionKernels& kernels);
+  // For rows of `samples` samples, of which the columns are made. Where these are not for the
+  // kernels, nothing is taken. False when there is no memory.
+  [[nodiscard]] bool Prepare(const ReductionAxis& columns, int32_t width, std::ptrdiff_t samples,
+                             uint32_t channels, const ByteReductionKernels& kernels);
 
   bool Usable() const { return kernels_ != nullptr; }
 
-  // Whether a destination row can be made of these rows.
-  bool Fits(const WeighedRows<uint8_t>& rows);
-
-  // The destination row of the rows that were last found to fit.
-  void Write(const SourceAhead& ahead, uint8_t* destination);
+  // The destination row of these rows, up to kMaxByteRows, whose weights are words.
+  void Write(const WeighedRows<uint8_t>& rows, const SourceAhead& ahead, uint8_t* destination);
 
  private:
-  void FillColumns(const ReductionColumns& columns);
+  void FillColumns(const ReductionAxis& columns);
 
   const ByteReductionKernels* kernels_ = nullptr;
   WeighByteColumns* weigh_columns_ = nullptr;

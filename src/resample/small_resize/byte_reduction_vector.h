@@ -13,61 +13,46 @@
 namespace ovra {
 namespace {
 
-// The sums of a register of bytes: 32-bit ones of the high parts, 16-bit ones of the low parts, which
-// join the 32-bit ones now and then. Elements stand as unpacking leaves them.
+// The sums of two registers of bytes, which stand as unpacking leaves them.
 template <class V>
 struct ByteRowSums {
   using Reg = typename V::Reg;
-  static constexpr std::ptrdiff_t kSamples = V::kBytes;
-  static constexpr int kShift = kReductionWeightBits - kReductionIntermediateBits;
+  static constexpr int kRegs = 2;
+  static constexpr std::ptrdiff_t kSamples = kRegs * V::kBytes;
+  static constexpr int kShift = kReductionWeightBits - kWordLowBits - kReductionIntermediateBits;
 
-  Reg high[4];
-  Reg low[4];
-  Reg low_words[2];
+  Reg sums[4 * kRegs];
 
-  ByteRowSums() {
-    constexpr int32_t kRounding = 1 << (kShift - 1);
-    for (int i = 0; i < 4; ++i) {
-      high[i] = V::Zero();
-      low[i] = V::Set32(kRounding - (kByteIntermediateOffset << kShift));
-    }
-    low_words[0] = low_words[1] = V::Zero();
+  explicit ByteRowSums(Reg start) {
+    for (Reg& sum : sums) sum = start;
   }
 
-  void Add(const uint8_t* first, const uint8_t* second, Reg high_weights, Reg low_weights) {
-    const Reg a = V::Load(first);
-    const Reg b = V::Load(second);
-    AddHalf(0, V::template UnpackLow<8>(a, b), high_weights, low_weights);
-    AddHalf(1, V::template UnpackHigh<8>(a, b), high_weights, low_weights);
-  }
-
-  void Carry() {
-    for (int half = 0; half < 2; ++half) {
-      const Reg words = low_words[half];
-      low[2 * half] =
-          V::Add32(low[2 * half], V::ShiftRight32(V::template UnpackLow<16>(words, words), 16));
-      low[2 * half + 1] = V::Add32(low[2 * half + 1],
-                                   V::ShiftRight32(V::template UnpackHigh<16>(words, words), 16));
-      low_words[half] = V::Zero();
+  void Add(const uint8_t* first, const uint8_t* second, Reg weights) {
+    for (int i = 0; i < kRegs; ++i) {
+      const Reg a = V::Load(first + i * V::kBytes);
+      const Reg b = V::Load(second + i * V::kBytes);
+      AddPairs(4 * i, V::template UnpackLow<8>(a, b), weights);
+      AddPairs(4 * i + 2, V::template UnpackHigh<8>(a, b), weights);
     }
   }
 
-  void Store(int low_bits, int16_t* out) const {
-    Reg sums[4];
-    for (int i = 0; i < 4; ++i) {
-      sums[i] = V::ShiftRight32(V::Add32(V::ShiftLeft32(high[i], low_bits), low[i]), kShift);
+  void Store(int16_t* out) const {
+    for (int i = 0; i < kRegs; ++i, out += V::kBytes) {
+      Reg shifted[4];
+      for (int k = 0; k < 4; ++k) shifted[k] = V::ShiftRight32(sums[4 * i + k], kShift);
+      V::StoreLanes(out, out + 16, V::PackS32(shifted[0], shifted[1]));
+      V::StoreLanes(out + 8, out + 24, V::PackS32(shifted[2], shifted[3]));
     }
-    V::StoreLanes(out, out + 16, V::PackS32(sums[0], sums[1]));
-    V::StoreLanes(out + 8, out + 24, V::PackS32(sums[2], sums[3]));
   }
 
  private:
-  void AddHalf(int half, Reg pairs, Reg high_weights, Reg low_weights) {
-    const Reg zero = V::Zero();
-    Reg* const sums = high + 2 * half;
-    sums[0] = V::Add32(sums[0], V::MulAdd16(V::template UnpackLow<8>(pairs, zero), high_weights));
-    sums[1] = V::Add32(sums[1], V::MulAdd16(V::template UnpackHigh<8>(pairs, zero), high_weights));
-    low_words[half] = V::Add16(low_words[half], V::MulAddU8S8(pairs, low_weights));
+  void AddPairs(int i, Reg pairs, Reg weights) {
+    AddProducts(V::template UnpackLow<8>(pairs, V::Zero()), weights, &sums[i]);
+    AddProducts(V::template UnpackHigh<8>(pairs, V::Zero()), weights, &sums[i + 1]);
+  }
+  static void AddProducts(Reg words, Reg weights, Reg* sum) {
+    *sum = V::Add32(*sum, V::MulAdd16(words, weights));
+    V::KeepInPlace(*sum);
   }
 };
 
@@ -77,25 +62,24 @@ constexpr std::ptrdiff_t kAhead = 192;
 template <class V>
 void WeighByteRowsVector(const WeighedByteRows& rows, std::ptrdiff_t samples,
                          const SourceAhead& ahead, int16_t* intermediate) {
-  const std::ptrdiff_t last = samples - V::kBytes;  // the block there overlaps the one before
-  const std::ptrdiff_t ahead_step = ahead.bytes / (samples / V::kBytes) + 1;
+  constexpr std::ptrdiff_t kStep = ByteRowSums<V>::kSamples;
+  constexpr int kShift = ByteRowSums<V>::kShift;
+  const auto start = V::Set32((1 << (kShift - 1)) - (kByteIntermediateOffset << kShift));
+  const std::ptrdiff_t last = samples - kStep;  // the block there overlaps the one before
+  const std::ptrdiff_t ahead_step = ahead.bytes / (samples / kStep) + 1;
   std::ptrdiff_t ahead_end = 0;
   NextRow next_rows(ahead.begin, 0, 0);
-  for (std::ptrdiff_t i = 0;; i = i + V::kBytes < last ? i + V::kBytes : last) {
+  for (std::ptrdiff_t i = 0;; i = i + kStep < last ? i + kStep : last) {
     next_rows.AskUpToByte(ahead_end += ahead_step);
-    ByteRowSums<V> sums;
-    for (int32_t p = 0; p < rows.pairs;) {
-      const int32_t next = p + rows.pairs_at_once;
-      for (const int32_t end = next < rows.pairs ? next : rows.pairs; p < end; ++p) {
-        const uint8_t* const first = rows.rows[2 * p] + i;
-        const uint8_t* const second = rows.rows[2 * p + 1] + i;
-        PrefetchLine(reinterpret_cast<uintptr_t>(first + kAhead));
-        PrefetchLine(reinterpret_cast<uintptr_t>(second + kAhead));
-        sums.Add(first, second, V::Set32(rows.high[p]), V::Set32(rows.low[p]));
-      }
-      sums.Carry();
+    ByteRowSums<V> sums(start);
+    for (int32_t p = 0; p < rows.pairs; ++p) {
+      const uint8_t* const first = rows.rows[2 * p] + i;
+      const uint8_t* const second = rows.rows[2 * p + 1] + i;
+      PrefetchLine(reinterpret_cast<uintptr_t>(first + kAhead));
+      PrefetchLine(reinterpret_cast<uintptr_t>(second + kAhead));
+      sums.Add(first, second, V::Set32(rows.weights[p]));
     }
-    sums.Store(rows.low_bits, intermediate + i);
+    sums.Store(intermediate + i);
     if (i == last) break;
   }
 }
@@ -136,11 +120,10 @@ Sse::Reg SumsOfFour(const typename V::Reg (&a)[4]) {
 // Four sums of products: those of a pixel's channels, or of four columns.
 template <class V>
 struct FourColumnSums {
-  typename V::Reg high[4];
-  typename V::Reg low[4];
+  typename V::Reg sums[4];
 
   FourColumnSums() {
-    for (int i = 0; i < 4; ++i) high[i] = low[i] = V::Zero();
+    for (auto& sum : sums) sum = V::Zero();
   }
 
   // Sum i of the words from samples[i] on, with the weights from weights[i] on.
@@ -151,17 +134,15 @@ struct FourColumnSums {
     for (std::ptrdiff_t t = 0; t < taps; t += kStep) {
       for (int i = 0; i < kSums; ++i) {
         const auto words = V::Load(samples[i] + t);
-        high[i] = V::Add32(high[i], V::MulAdd16(words, V::Load(weights[i] + t)));
-        low[i] = V::Add32(low[i], V::MulAdd16(words, V::Load(weights[i] + taps + t)));
+        sums[i] = V::Add32(sums[i], V::MulAdd16(words, V::Load(weights[i] + t)));
       }
     }
   }
 
   // As bytes, in the lowest 32 bits.
   Sse::Reg Bytes(Sse::Reg offsets) const {
-    const Sse::Reg carried = Sse::ShiftRight32(SumsOfFour<V>(low), kByteColumnLowBits);
-    const Sse::Reg sums = Sse::Add32(Sse::Add32(SumsOfFour<V>(high), offsets), carried);
-    const Sse::Reg words = Sse::PackS32(Sse::ShiftRight32(sums, kByteColumnShift), Sse::Zero());
+    const Sse::Reg whole = Sse::Add32(SumsOfFour<V>(sums), offsets);
+    const Sse::Reg words = Sse::PackS32(Sse::ShiftRight32(whole, kByteColumnShift), Sse::Zero());
     return Sse::PackU16(words, words);
   }
 };
@@ -173,7 +154,7 @@ void WeighGreyByteColumns(const ByteReductionColumns& job, uint8_t* destination)
     const int16_t* weights[kByteColumnsAtOnce];
     for (int i = 0; i < kByteColumnsAtOnce; ++i) {
       samples[i] = job.planes + job.first[column + i];
-      weights[i] = job.weights + (column + i) * 2 * job.taps;
+      weights[i] = job.weights + (column + i) * job.taps;
     }
     FourColumnSums<V> sums;
     sums.template Add<kByteColumnsAtOnce>(samples, weights, job.taps);
@@ -194,7 +175,7 @@ template <class V, int kChannels>
 void WeighPixelByteColumns(const ByteReductionColumns& job, uint8_t* destination) {
   for (std::ptrdiff_t column = 0; column < job.columns; ++column) {
     const int16_t* samples[4] = {};
-    const int16_t* const weights = job.weights + column * 2 * job.taps;
+    const int16_t* const weights = job.weights + column * job.taps;
     for (int c = 0; c < kChannels; ++c) {
       samples[c] = job.planes + c * job.plane_spacing + job.first[column];
     }
@@ -214,7 +195,7 @@ void WeighPixelByteColumns(const ByteReductionColumns& job, uint8_t* destination
 
 template <class V>
 constexpr ByteReductionKernels kByteReductionOf = {
-    4 * V::kBytes / 2,
+    2 * V::kBytes,
     WeighByteRowsVector<V>,
     {SplitThreeIntermediate<V>, SplitFourIntermediate<V>},
     {WeighGreyByteColumns<V>, WeighPixelByteColumns<V, 3>, WeighPixelByteColumns<V, 4>}};

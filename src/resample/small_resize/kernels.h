@@ -67,18 +67,12 @@ struct ReductionKernelsOf {
   }
 };
 
-// 8-bit samples, all rows at hand. A row's weight is high * 2^low_bits + low: high parts meet pairs of
-// rows in 16-bit multiply-adds, low ones in 8-bit ones whose sums stay within 16 bits for some pairs.
+// 8-bit samples, all rows at hand: pairs of rows meet the words of their weights.
 inline constexpr int32_t kMaxByteRows = 64;
-inline constexpr int32_t kMinByteLowBits = 3;
-inline constexpr int32_t kMaxByteLowBits = 7;
 
 struct WeighedByteRows {
   int32_t pairs;
-  int32_t pairs_at_once;  // whose low parts sum to 16 bits
-  int32_t low_bits;
-  int32_t high[kMaxByteRows / 2];  // of a pair, the first in the lower 16 bits
-  int32_t low[kMaxByteRows / 2];   // likewise in 8 bits, twice
+  int32_t weights[kMaxByteRows / 2];  // of a pair, the first in the lower 16 bits
   const uint8_t* rows[kMaxByteRows];
 };
 
@@ -99,22 +93,20 @@ using WeighByteRows = void(const WeighedByteRows& rows, std::ptrdiff_t samples,
 using SplitIntermediate = void(const int16_t* intermediate, std::ptrdiff_t pixels, int16_t* planes,
                                std::ptrdiff_t spacing);
 
-// The columns, in parts of so many low bits, which sums of 512 products keep within 32 bits.
-inline constexpr int32_t kByteColumnLowBits = 8;
-inline constexpr std::ptrdiff_t kMaxByteColumnTaps = 512;
+// Sums of products of intermediate words and weights, which the kernel's gain keeps within 32 bits.
 inline constexpr std::ptrdiff_t kByteColumnStep = 16;    // taps
 inline constexpr std::ptrdiff_t kByteColumnsAtOnce = 4;  // of one channel
 inline constexpr int32_t kByteColumnShift =
-    kReductionWeightBits + kReductionIntermediateBits - kByteColumnLowBits;
+    kReductionWeightBits - kWordLowBits + kReductionIntermediateBits;
 inline constexpr int32_t kByteColumnRounding = 1 << (kByteColumnShift - 1);
 
 struct ByteReductionColumns {
   const int16_t* planes;  // may be read as far as a column's taps reach
   std::ptrdiff_t plane_spacing;
   const int32_t* first;    // pixel under the first tap of each column
-  const int16_t* weights;  // of each column the high parts, then the low ones
+  const int16_t* weights;  // of each column as many as `taps`
   std::ptrdiff_t taps;     // of every column: a multiple of kByteColumnStep
-  const int32_t* offsets;  // of each column's sum of high parts: rounding, and what samples lack
+  const int32_t* offsets;  // of each column's sum: rounding, and what samples lack
   int32_t columns;
 };
 

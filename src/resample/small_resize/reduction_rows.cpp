@@ -18,36 +18,43 @@ Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, 
   const ResizeRegion& region = shape.region;
   kernels_ = &ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2).template Of<Sample>();
   weigh_columns_ = kernels_->WeighColumnsOf(plan.format.channels);
+  const auto depth_bits = static_cast<int32_t>(plan.format.depth_bits);
   columns_ = ReductionAxis({shape.destination.width, shape.source.width, region.x, region.width,
                             plan.factors.horizontal},
-                           plan.kernel.table);
+                           plan.kernel.table, depth_bits);
   rows_ = ReductionAxis({shape.destination.height, shape.source.height, plan.FirstRegionRow(),
                          region.height, plan.factors.vertical},
-                        plan.kernel.table);
+                        plan.kernel.table, depth_bits);
   destination_height_ = shape.destination.height;
   source_stride_ = plan.SourceStride();
-  if (!AllocateColumns(plan)) return OVRA_ERROR_NO_MEMORY;
-  FillColumns();
-  if constexpr (sizeof(Sample) == 1) {
-    const ByteReductionKernels& byte_kernels =
-        ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2).bytes;
-    if (!byte_reduction_.Prepare(column_job_, plan.format.channels, byte_kernels)) {
-      return OVRA_ERROR_NO_MEMORY;
-    }
-    rows_stay_ = RowsStay(memory) && byte_reduction_.Usable();
-  }
-  if (!AllocateRows()) return OVRA_ERROR_NO_MEMORY;
+  const auto channels = static_cast<std::ptrdiff_t>(plan.format.channels);
+  first_sample_ = columns_.First(0) * channels;
+  samples_ = (columns_.Last(shape.destination.width - 1) + 1) * channels - first_sample_;
+  const bool complete = PrepareBytes(plan, memory, tier) &&
+                        (byte_reduction_.Usable() || PrepareColumns(plan)) && AllocateRows();
+  if (!complete) return OVRA_ERROR_NO_MEMORY;
   Restart();
   return OVRA_OK;
 }
 
 template <class Sample>
-bool ReductionRows<Sample>::AllocateColumns(const ResizePlan& plan) {
+bool ReductionRows<Sample>::PrepareBytes(const ResizePlan& plan, RowMemory memory,
+                                         KernelTier tier) {
+  if constexpr (sizeof(Sample) == 1) {
+    const ReductionKernels& kernels = ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2);
+    if (rows_.MaxTaps() > kMaxByteRows || !rows_.HasWords()) return true;
+    if (!byte_reduction_.Prepare(columns_, plan.shape.destination.width, samples_,
+                                 plan.format.channels, kernels.bytes)) {
+      return false;
+    }
+    rows_stay_ = RowsStay(memory) && byte_reduction_.Usable();
+  }
+  return true;
+}
+
+template <class Sample>
+bool ReductionRows<Sample>::PrepareColumns(const ResizePlan& plan) {
   const int32_t width = plan.shape.destination.width;
-  const auto channels = static_cast<std::ptrdiff_t>(plan.format.channels);
-  const int32_t first_column = columns_.First(0);
-  first_sample_ = first_column * channels;
-  samples_ = (columns_.Last(width - 1) - first_column + 1) * channels;
   const std::ptrdiff_t stride = (std::ptrdiff_t{columns_.MaxTaps()} + kReductionWeightStep - 1) /
                                 kReductionWeightStep * kReductionWeightStep;
   const auto sets = static_cast<uint64_t>(width);
@@ -66,6 +73,7 @@ bool ReductionRows<Sample>::AllocateColumns(const ResizePlan& plan) {
                  samples_,
                  static_cast<int32_t>(plan.format.MaxSample()),
                  scratch_.data()};
+  FillColumns();
   return true;
 }
 
@@ -74,7 +82,9 @@ bool ReductionRows<Sample>::AllocateRows() {
   const auto samples = static_cast<uint64_t>(samples_);
   const int32_t taps = rows_.MaxTaps();
   rows_to_keep_ = taps <= kMaxKeptRows ? taps : kKeptRows;
-  if (!row_weights_.Allocate(static_cast<uint64_t>(taps)) || !intermediate_.Allocate(samples) ||
+  const bool general = !byte_reduction_.Usable();
+  if (!row_weights_.Allocate(static_cast<uint64_t>(taps)) ||
+      (general && !intermediate_.Allocate(samples)) ||
       (!rows_stay_ && !kept_.Allocate(samples, static_cast<uint64_t>(rows_to_keep_)))) {
     return false;
   }
@@ -102,13 +112,14 @@ void ReductionRows<Sample>::Restart() {
   next_destination_ = 0;
   window_first_ = 0;
   window_rows_ = 0;
+  first_needed_ = rows_.First(0);
 }
 
 template <class Sample>
 void ReductionRows<Sample>::Take(const uint8_t* row) {
   const int32_t number = taken_++;
   source_end_ = row + source_stride_;
-  if (next_destination_ == destination_height_ || number < rows_.First(next_destination_)) {
+  if (next_destination_ == destination_height_ || number < first_needed_) {
     return;  // no kernel reaches it
   }
   if (window_rows_ == rows_to_keep_) SumKeptRows();
@@ -140,14 +151,16 @@ template <class Sample>
 void ReductionRows<Sample>::Write(uint8_t* destination) {
   Weigh(PartOf(next_destination_), reinterpret_cast<Sample*>(destination));
   ++next_destination_;
-  if (next_destination_ < destination_height_) DropRowsBefore(rows_.First(next_destination_));
+  if (next_destination_ == destination_height_) return;
+  first_needed_ = rows_.First(next_destination_);
+  DropRowsBefore(first_needed_);
 }
 
 template <class Sample>
 void ReductionRows<Sample>::Weigh(const Part& part, Sample* destination) {
   if constexpr (sizeof(Sample) == 1) {
-    if (part.begins && byte_reduction_.Fits(part.rows)) {
-      return byte_reduction_.Write(Ahead(), destination);
+    if (byte_reduction_.Usable()) {
+      return byte_reduction_.Write(part.rows, Ahead(), destination);
     }
   }
   kernels_->weigh_rows(part.rows, samples_, part.begins ? nullptr : sums_.Row(next_destination_),

@@ -44,7 +44,8 @@ class ReductionRows {
     bool begins;         // none was summed before
   };
 
-  [[nodiscard]] bool AllocateColumns(const ResizePlan& plan);
+  [[nodiscard]] bool PrepareBytes(const ResizePlan& plan, RowMemory memory, KernelTier tier);
+  [[nodiscard]] bool PrepareColumns(const ResizePlan& plan);
   [[nodiscard]] bool AllocateRows();
   void FillColumns();
   Part PartOf(int32_t destination_row);
@@ -80,6 +81,7 @@ class ReductionRows {
   bool rows_stay_ = false;  // where they are, as long as they are needed
   int32_t taken_ = 0;
   int32_t next_destination_ = 0;
+  int32_t first_needed_ = 0;  // by the next destination row
   int32_t window_first_ = 0;  // the source row of window_[0]
   int32_t window_rows_ = 0;
 };
