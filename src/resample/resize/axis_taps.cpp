@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "resample/resize/axis_taps.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -18,6 +19,12 @@ Integer SaturatedTrunc(double value) {
   if (value <= static_cast<double>(Limits::min())) return Limits::min();
   if (value >= static_cast<double>(Limits::max())) return Limits::max();
   return static_cast<Integer>(value);
+}
+
+// The same for numbers, without branches.
+int16_t Truncated(double value) {
+  using Limits = std::numeric_limits<int16_t>;
+  return static_cast<int16_t>(std::clamp<double>(value, Limits::min(), Limits::max()));
 }
 
 // Distance of tap t from the position, which lies `fraction` to the right of tap 0.
@@ -45,21 +52,18 @@ int32_t AxisTaps::CentreOf(int32_t i) const {
   return SaturatedTrunc<int32_t>(std::floor(PositionOf(i)));
 }
 
-TapSet AxisTaps::Fill(int32_t i, int16_t* weights) const {
+double AxisTaps::FractionOf(int32_t i) const {
   const double position = PositionOf(i);
-  const double whole = std::floor(position);
-  for (int32_t tap = taps_; tap < WeightStride(taps_); ++tap) weights[tap] = 0;
-  return {SaturatedTrunc<int32_t>(whole), FillWeights(position - whole, weights)};
+  return position - std::floor(position);
 }
 
-// Beyond the table the kernel is 0.
+// Beyond the table the kernel is 0. A distance that is no number is none.
 double AxisTaps::KernelAt(double distance) const {
-  const auto entry = SaturatedTrunc<int32_t>(distance * table_step_);
-  return entry >= 0 && entry < kKernelTableEntries ? static_cast<double>(table_[entry]) : 0.0;
+  const double entry = distance * table_step_;
+  if (entry < kKernelTableEntries) return static_cast<double>(table_[static_cast<int32_t>(entry)]);
+  return std::isnan(entry) ? static_cast<double>(table_[0]) : 0.0;
 }
 
-// The weights of a position that lies `fraction` to the right of its centre tap. Answers their
-// sum.
 uint32_t AxisTaps::FillWeights(double fraction, int16_t* weights) const {
   constexpr int32_t kFewTaps = 16;
   double values[kFewTaps];  // of few taps, looked up once
@@ -75,9 +79,10 @@ uint32_t AxisTaps::FillWeights(double fraction, int16_t* weights) const {
   uint32_t weight_sum = 0;
   for (int32_t k = 0; k < taps_; ++k) {
     const double value = few ? values[k] : KernelAt(TapDistance(fraction, first + k));
-    weights[k] = usable ? SaturatedTrunc<int16_t>(value / kernel_sum * kUnitWeight) : int16_t{0};
+    weights[k] = usable ? Truncated(value / kernel_sum * kUnitWeight) : int16_t{0};
     weight_sum = WrappingSum(weight_sum, weights[k]);
   }
+  for (int32_t k = taps_; k < WeightStride(taps_); ++k) weights[k] = 0;
   return weight_sum;
 }
 

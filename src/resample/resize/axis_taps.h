@@ -52,14 +52,20 @@ class AxisTaps {
 
   int32_t CentreOf(int32_t i) const;
 
-  // Writes the weights in tap order, WeightStride of them; those beyond the taps are 0. The others
-  // are truncated and kept as they are: a set may sum to a little less or more than kUnitWeight.
-  TapSet Fill(int32_t i, int16_t* weights) const;
+  // Before the first position.
+  static constexpr double kNoFraction = -1.0;
+
+  // How far position i lies to the right of its centre, on which alone its weights depend.
+  double FractionOf(int32_t i) const;
+
+  // Writes the weights of positions with this fraction in tap order, WeightStride of them; those beyond
+  // the taps are 0. The others are truncated and kept as they are: a set may sum to a little less or
+  // more than kUnitWeight. Answers their sum.
+  uint32_t FillWeights(double fraction, int16_t* weights) const;
 
  private:
   double PositionOf(int32_t i) const;
   double KernelAt(double distance) const;
-  uint32_t FillWeights(double fraction, int16_t* weights) const;
 
   const float* table_ = nullptr;
   double table_step_ = 0.0;  // table entries for a tap distance of one

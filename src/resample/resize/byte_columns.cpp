@@ -117,11 +117,16 @@ void ByteColumns::FillShuffles() {
 bool ByteColumns::FillWeights() {
   const std::ptrdiff_t register_bytes = lanes_ * kByteWindow;
   const int32_t group_columns = lanes_ * kByteColumnsInLane;
+  double last_fraction = AxisTaps::kNoFraction;
+  SplitWeight split[kMaxTaps] = {};
   for (int32_t column = 0; column < lane_count_ * kByteColumnsInLane; ++column) {
-    int16_t weights[kMaxTaps] = {};
-    SplitWeight split[kMaxTaps];
-    if (column < width_) taps_.Fill(column, weights);
-    if (!SplitWeights(weights, kMaxTaps, split)) return false;
+    const double fraction = taps_.FractionOf(std::min(column, width_ - 1));
+    if (fraction != last_fraction) {
+      int16_t weights[kMaxTaps] = {};
+      taps_.FillWeights(fraction, weights);
+      if (!SplitWeights(weights, kMaxTaps, split)) return false;
+      last_fraction = fraction;
+    }
     int8_t* at =
         GroupTable(column / group_columns) + windows_ * register_bytes + column % group_columns * 2;
     for (int32_t k = 0; k < 2 * pass_.pairs; k += 2, at += 2 * register_bytes) {

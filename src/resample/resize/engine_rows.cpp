@@ -107,7 +107,9 @@ bool EngineRows<Sample>::FillColumns(const ResizePlan& plan, const AxisTaps& tap
     return false;
   }
   for (int32_t i = 0; i < plan.shape.destination.width; ++i) {
-    columns_[static_cast<size_t>(i)] = taps.Fill(i, column_weights_.data() + i * stride);
+    columns_[static_cast<size_t>(i)] = {
+        taps.CentreOf(i),
+        taps.FillWeights(taps.FractionOf(i), column_weights_.data() + i * stride)};
   }
   return true;
 }
@@ -132,6 +134,7 @@ void EngineRows<Sample>::FindInnerColumns(int32_t pixels_read) {
 template <class Sample>
 void EngineRows<Sample>::Restart() {
   next_destination_ = 0;
+  row_fraction_ = AxisTaps::kNoFraction;
   taken_ = 0;
   filtered_ = -1;
   next_ = std::numeric_limits<int64_t>::min();
@@ -197,7 +200,9 @@ template <class Sample>
 void EngineRows<Sample>::Write(uint8_t* destination) {
   auto* const out = reinterpret_cast<Sample*>(destination);
   vertical_pass_.oldest = slot_;
-  rows_.Fill(next_destination_, row_weights_.data());
+  const double fraction = rows_.FractionOf(next_destination_);
+  if (fraction != row_fraction_) rows_.FillWeights(fraction, row_weights_.data());
+  row_fraction_ = fraction;
   if (combine_rows_ != nullptr) {
     combine_rows_(vertical_pass_, out);
   } else if (!tap_arrays_for_each_row_ || AllocateTapArrays()) {

@@ -41,7 +41,8 @@ class EngineRows {
 
   AxisTaps rows_;
   WorkMemory<int16_t> row_weights_;
-  ByteColumns byte_columns_;  // where they are usable; the others take what follows
+  double row_fraction_ = 0.0;  // whose weights they are: often that of the next row, too
+  ByteColumns byte_columns_;   // where they are usable; the others take what follows
   WorkMemory<TapSet> columns_;
   WorkMemory<int16_t> column_weights_;
   RowRing<Intermediate<Sample>> ring_;
