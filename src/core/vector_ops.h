@@ -266,6 +266,8 @@ struct Sse {
   static Doubles LoadDoubles(const double* p) { return {_mm_loadu_pd(p)}; }
   static Doubles LoadDoublesAligned(const double* p) { return {_mm_load_pd(p)}; }
   static void StoreDoublesAligned(double* p, Doubles a) { _mm_store_pd(p, a.value); }
+  static Doubles OfBits(Reg bits) { return {_mm_castsi128_pd(bits)}; }
+  static Reg BitsOf(Doubles a) { return _mm_castpd_si128(a.value); }
   static Doubles MinDoubles(Doubles a, Doubles b) { return {_mm_min_pd(a.value, b.value)}; }
   static Doubles MaxDoubles(Doubles a, Doubles b) { return {_mm_max_pd(a.value, b.value)}; }
   static Doubles CopySign(Doubles magnitude, Doubles sign) {
@@ -538,6 +540,8 @@ struct Avx2 {
   static Doubles LoadDoubles(const double* p) { return {_mm256_loadu_pd(p)}; }
   static Doubles LoadDoublesAligned(const double* p) { return {_mm256_load_pd(p)}; }
   static void StoreDoublesAligned(double* p, Doubles a) { _mm256_store_pd(p, a.value); }
+  static Doubles OfBits(Reg bits) { return {_mm256_castsi256_pd(bits)}; }
+  static Reg BitsOf(Doubles a) { return _mm256_castpd_si256(a.value); }
   static Doubles MinDoubles(Doubles a, Doubles b) { return {_mm256_min_pd(a.value, b.value)}; }
   static Doubles MaxDoubles(Doubles a, Doubles b) { return {_mm256_max_pd(a.value, b.value)}; }
   static Doubles CopySign(Doubles magnitude, Doubles sign) {

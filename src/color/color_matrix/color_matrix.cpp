@@ -147,7 +147,11 @@ DoubleMatrix MakeDoubleMatrix(const ColorMatrix& matrix, const DecodedFormatPair
   exact.max = formats.output.MaxSample();
   for (int k = 0; k < kChannels; ++k) {
     for (int t = 0; t < kTerms; ++t) {
-      for (double& weight : exact.weight[k][t]) weight = matrix.rows[k][t];
+      // All sums that are no number shall be negative; the kernels take them for less than 0.
+      const double given = matrix.rows[k][t];
+      for (double& weight : exact.weight[k][t]) {
+        weight = std::isnan(given) ? -std::numeric_limits<double>::quiet_NaN() : given;
+      }
     }
   }
   return exact;

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "color/color_matrix/kernels.h"
+#include "color/color_matrix/second_order_vector.h"
 #include "core/vector_ops.h"
 
 namespace ovra {
@@ -15,8 +16,6 @@ constexpr int kLaneBytes = 16;
 template <class Sample>
 constexpr bool kDeep = sizeof(Sample) == 2;
 
-// Fixed point ------------------------------------------------------------------------------------
-//
 // Each 32-bit element computes one output sample, and the elements follow the order of the samples in
 // memory, so that results only need packing. Four pixels are 12 samples: three registers ("thirds")
 // a lane, whose patterns of pixels and channels repeat from group to group.
@@ -250,21 +249,22 @@ std::ptrdiff_t ConvertByteSteps(const uint8_t* source, uint8_t* destination, std
 }
 
 // Answers the number of pixels done, as many as whole steps have.
-template <class In, class Out>
+template <class Matrix, class In, class Out>
 using ConvertSteps = std::ptrdiff_t(const In* source, Out* destination, std::ptrdiff_t pixels,
-                                    const FixedMatrix& matrix);
+                                    const Matrix& matrix);
 
-// What is left of a run goes through a step of its own, beside which there is room to read.
-template <class V, class In, class Out, ConvertSteps<In, Out> kSteps>
-void ConvertFixed(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
-                  const FixedMatrix& matrix) {
+// What is left of a run goes through a step of its own, beside which there is room for kBeyond pixels.
+template <class Matrix, class In, class Out, int kStep, int kBeyond,
+          ConvertSteps<Matrix, In, Out> kSteps>
+void ConvertBySteps(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
+                    const Matrix& matrix) {
   constexpr std::ptrdiff_t kPixelBytesIn = 3 * sizeof(In);
   constexpr std::ptrdiff_t kPixelBytesOut = 3 * sizeof(Out);
   std::ptrdiff_t i = kSteps(reinterpret_cast<const In*>(source),
                             reinterpret_cast<Out*>(destination), pixels, matrix);
   while (i < pixels) {
-    constexpr int kPixels = kStepPixels<V> + kReadBeyond;
-    const std::ptrdiff_t left = pixels - i < kStepPixels<V> ? pixels - i : kStepPixels<V>;
+    constexpr int kPixels = kStep + kBeyond;
+    const std::ptrdiff_t left = pixels - i < kStep ? pixels - i : kStep;
     In in[3 * kPixels] = {};
     Out out[3 * kPixels];
     std::memcpy(in, source + kPixelBytesIn * i, static_cast<size_t>(kPixelBytesIn * left));
@@ -274,180 +274,22 @@ void ConvertFixed(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pi
   }
 }
 
+template <class V, class In, class Out, ConvertSteps<FixedMatrix, In, Out> kSteps>
+constexpr ConvertMatrixRun<FixedMatrix>* kConvertFixed =
+    ConvertBySteps<FixedMatrix, In, Out, kStepPixels<V>, kReadBeyond, kSteps>;
 template <class V, class In, class Out>
 constexpr ConvertMatrixRun<FixedMatrix>* kFixed =
-    ConvertFixed<V, In, Out, ConvertFixedSteps<V, WideSums<V, In>, In, Out>>;
+    kConvertFixed<V, In, Out, ConvertFixedSteps<V, WideSums<V, In>, In, Out>>;
 template <class V, class In, class Out>
 constexpr ConvertMatrixRun<FixedMatrix>* kFixedPairs =
-    ConvertFixed<V, In, Out, ConvertFixedSteps<V, PairSums<V, In>, In, Out>>;
+    kConvertFixed<V, In, Out, ConvertFixedSteps<V, PairSums<V, In>, In, Out>>;
 template <class V>
 constexpr ConvertMatrixRun<FixedMatrix>* kFixedBytes =
-    ConvertFixed<V, uint8_t, uint8_t, ConvertByteSteps<V>>;
-
-// Double precision -------------------------------------------------------------------------------
-//
-// Pixels go in groups of four, one in each element of as many registers as four doubles take.
-
-// The samples of four pixels by channel, as 32-bit integers.
-struct Planes {
-  Sse::Reg channel[3];
-};
-
-inline Planes LoadPlanes(const uint8_t* source) {
-  alignas(kLaneBytes) static constexpr int8_t kPick[3][kLaneBytes] = {
-      {0, -1, -1, -1, 3, -1, -1, -1, 6, -1, -1, -1, 9, -1, -1, -1},
-      {1, -1, -1, -1, 4, -1, -1, -1, 7, -1, -1, -1, 10, -1, -1, -1},
-      {2, -1, -1, -1, 5, -1, -1, -1, 8, -1, -1, -1, 11, -1, -1, -1}};
-  const Sse::Reg samples = Sse::LoadFirst<3 * kGroupPixels>(source);
-  return {{Sse::Shuffle8(samples, Sse::LoadAligned(kPick[0])),
-           Sse::Shuffle8(samples, Sse::LoadAligned(kPick[1])),
-           Sse::Shuffle8(samples, Sse::LoadAligned(kPick[2]))}};
-}
-
-inline Planes LoadPlanes(const uint16_t* source) {
-  // Pixels 0 and 1 of a channel from the one register, 2 and 3 from the other.
-  alignas(kLaneBytes) static constexpr int8_t kFirst[kLaneBytes] = {0,  1,  -1, -1, 6,  7,  -1, -1,
-                                                                    -1, -1, -1, -1, -1, -1, -1, -1};
-  alignas(kLaneBytes) static constexpr int8_t kSecond[kLaneBytes] = {
-      -1, -1, -1, -1, -1, -1, -1, -1, 4, 5, -1, -1, 10, 11, -1, -1};
-  const Sse::Reg low = Sse::Load(source);       // samples 0..7
-  const Sse::Reg high = Sse::Load(source + 4);  // samples 4..11
-  const auto plane = [&](Sse::Reg a, Sse::Reg b) {
-    return Sse::Or(Sse::Shuffle8(a, Sse::LoadAligned(kFirst)),
-                   Sse::Shuffle8(b, Sse::LoadAligned(kSecond)));
-  };
-  return {{plane(low, high), plane(Sse::ShiftBytesDown<2>(low), Sse::ShiftBytesDown<2>(high)),
-           plane(Sse::ShiftBytesDown<4>(low), Sse::ShiftBytesDown<4>(high))}};
-}
-
-inline void StorePlanes(const Planes& planes, uint8_t* destination) {
-  alignas(kLaneBytes) static constexpr int8_t kPixels[kLaneBytes] = {0,  4, 8, 1,  5,  9,  2,  6,
-                                                                     10, 3, 7, 11, -1, -1, -1, -1};
-  const Sse::Reg words = Sse::PackU32(planes.channel[0], planes.channel[1]);
-  const Sse::Reg words2 = Sse::PackU32(planes.channel[2], planes.channel[2]);
-  Sse::StoreFirst<3 * kGroupPixels>(
-      destination, Sse::Shuffle8(Sse::PackU16(words, words2), Sse::LoadAligned(kPixels)));
-}
-
-inline void StorePlanes(const Planes& planes, uint16_t* destination) {
-  // Of two registers of pixels, what comes from channels 0 and 1, and what from channel 2.
-  alignas(kLaneBytes) static constexpr int8_t kWords[2][kLaneBytes] = {
-      {0, 1, 8, 9, -1, -1, 2, 3, 10, 11, -1, -1, 4, 5, 12, 13},
-      {-1, -1, 6, 7, 14, 15, -1, -1, -1, -1, -1, -1, -1, -1, -1, -1}};
-  alignas(kLaneBytes) static constexpr int8_t kWords2[2][kLaneBytes] = {
-      {-1, -1, -1, -1, 0, 1, -1, -1, -1, -1, 2, 3, -1, -1, -1, -1},
-      {4, 5, -1, -1, -1, -1, 6, 7, -1, -1, -1, -1, -1, -1, -1, -1}};
-  const Sse::Reg words = Sse::PackU32(planes.channel[0], planes.channel[1]);
-  const Sse::Reg words2 = Sse::PackU32(planes.channel[2], planes.channel[2]);
-  const auto pixels = [&](int i) {
-    return Sse::Or(Sse::Shuffle8(words, Sse::LoadAligned(kWords[i])),
-                   Sse::Shuffle8(words2, Sse::LoadAligned(kWords2[i])));
-  };
-  Sse::Store(destination, pixels(0));
-  Sse::StoreFirst<8>(destination + 8, pixels(1));
-}
-
-// Strips of pixels are converted to doubles, then summed, then packed: each by itself has more to do at a
-// time than one pixel's way through all of it.
+    kConvertFixed<V, uint8_t, uint8_t, ConvertByteSteps<V>>;
 template <class V, class In, class Out>
-struct Exact {
-  static void Run(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
-                  const DoubleMatrix& matrix) {
-    const auto* const in = reinterpret_cast<const In*>(source);
-    auto* const out = reinterpret_cast<Out*>(destination);
-    Strip strip;
-    std::ptrdiff_t i = 0;
-    while (i + kStep <= pixels) {
-      const std::ptrdiff_t left = (pixels - i) / kStep * kStep;
-      const std::ptrdiff_t count = left < kStripPixels ? left : kStripPixels;
-      for (std::ptrdiff_t k = 0; k < count; k += kGroupPixels) Widen(in + 3 * (i + k), k, &strip);
-      for (std::ptrdiff_t k = 0; k < count; k += kStep) Convert(matrix, k, &strip);
-      for (std::ptrdiff_t k = 0; k < count; k += kGroupPixels) {
-        StorePlanes({{Sse::LoadAligned(strip.out[0] + k), Sse::LoadAligned(strip.out[1] + k),
-                      Sse::LoadAligned(strip.out[2] + k)}},
-                    out + 3 * (i + k));
-      }
-      i += count;
-    }
-    kColorMatrixPlain.exact[kDeep<In>][kDeep<Out>](
-        source + 3 * i * sizeof(In), destination + 3 * i * sizeof(Out), pixels - i, matrix);
-  }
-
- private:
-  using Doubles = typename V::Doubles;
-  static constexpr int kRegisters = 2;  // a channel, which share the loads of the weights
-  static constexpr int kGroupRegisters = kGroupPixels / V::kDoubles;
-  static constexpr std::ptrdiff_t kStep = kRegisters * V::kDoubles;
-  static constexpr std::ptrdiff_t kStripPixels = 64;
-
-  struct Strip {
-    alignas(32) double in[3][kStripPixels];
-    alignas(32) int32_t out[3][kStripPixels];
-  };
-
-  static void Widen(const In* source, std::ptrdiff_t k, Strip* strip) {
-    const Planes planes = LoadPlanes(source);
-    for (int channel = 0; channel < 3; ++channel) {
-      Doubles group[kGroupRegisters];
-      V::ToDoubles(planes.channel[channel], group);
-      for (int r = 0; r < kGroupRegisters; ++r) {
-        V::StoreDoublesAligned(strip->in[channel] + k + V::kDoubles * r, group[r]);
-      }
-    }
-  }
-
-  static void Convert(const DoubleMatrix& matrix, std::ptrdiff_t k, Strip* strip) {
-    Doubles x[3][kRegisters];
-    for (int channel = 0; channel < 3; ++channel) {
-      for (int r = 0; r < kRegisters; ++r) {
-        x[channel][r] = V::LoadDoublesAligned(strip->in[channel] + k + V::kDoubles * r);
-      }
-    }
-    Doubles sums[3][kRegisters];
-    Sum(x, matrix, sums);
-    for (int channel = 0; channel < 3; ++channel) {
-      for (int r = 0; r < kRegisters; r += kGroupRegisters) {
-        Doubles group[kGroupRegisters];
-        for (int g = 0; g < kGroupRegisters; ++g) group[g] = sums[channel][r + g];
-        Sse::StoreAligned(strip->out[channel] + k + V::kDoubles * r, V::Truncate(group));
-      }
-    }
-  }
-
-  // Products of samples are integers below 2^32, which doubles hold exactly. The loop over the terms
-  // stays one: its body are six independent sums, while the compiler would finish one after the other.
-  static void Sum(const Doubles (&x)[3][kRegisters], const DoubleMatrix& matrix,
-                  Doubles (&sums)[3][kRegisters]) {
-    Doubles terms[10][kRegisters];
-    for (int r = 0; r < kRegisters; ++r) {
-      const Doubles a = x[0][r];
-      const Doubles b = x[1][r];
-      const Doubles c = x[2][r];
-      const Doubles all[] = {a, b, c, V::SetDoubles(1), a * a, b * b, c * c, b * a, c * b, c * a};
-      for (int t = 0; t < 10; ++t) terms[t][r] = all[t];
-    }
-    for (int k = 0; k < 3; ++k) {
-      const Doubles weight = V::LoadDoublesAligned(matrix.weight[k][0]);
-      for (int r = 0; r < kRegisters; ++r) sums[k][r] = terms[0][r] * weight;
-    }
-#pragma GCC unroll 1
-    for (int t = 1; t < 10; ++t) {
-      for (int k = 0; k < 3; ++k) {
-        const Doubles weight = V::LoadDoublesAligned(matrix.weight[k][t]);
-        for (int r = 0; r < kRegisters; ++r) sums[k][r] = sums[k][r] + terms[t][r] * weight;
-      }
-    }
-    // The minimum answers its second operand when that is no number. Neither such sums nor negative
-    // ones need more: the one truncates to the least integer, and packing limits both to 0.
-    const Doubles half = V::SetDoubles(0.5);
-    const Doubles max = V::SetDoubles(matrix.max);
-    for (int k = 0; k < 3; ++k) {
-      for (int r = 0; r < kRegisters; ++r) {
-        sums[k][r] = V::MinDoubles(max, sums[k][r] + half);
-      }
-    }
-  }
-};
+constexpr ConvertMatrixRun<DoubleMatrix>* kExact =
+    ConvertBySteps<DoubleMatrix, In, Out, SecondOrder<V, In, Out>::kStep,
+                   SecondOrder<V, In, Out>::kBeyond, SecondOrder<V, In, Out>::ConvertSteps>;
 
 template <class V>
 constexpr ColorMatrixKernels kColorMatrixOf = {
@@ -456,8 +298,8 @@ constexpr ColorMatrixKernels kColorMatrixOf = {
     .fixed_pairs = {{kFixedPairs<V, uint8_t, uint8_t>, kFixedPairs<V, uint8_t, uint16_t>},
                     {kFixedPairs<V, uint16_t, uint8_t>, kFixedPairs<V, uint16_t, uint16_t>}},
     .fixed_bytes = kFixedBytes<V>,
-    .exact = {{Exact<V, uint8_t, uint8_t>::Run, Exact<V, uint8_t, uint16_t>::Run},
-              {Exact<V, uint16_t, uint8_t>::Run, Exact<V, uint16_t, uint16_t>::Run}},
+    .exact = {{kExact<V, uint8_t, uint8_t>, kExact<V, uint8_t, uint16_t>},
+              {kExact<V, uint16_t, uint8_t>, kExact<V, uint16_t, uint16_t>}},
 };
 
 }  // namespace
