@@ -193,6 +193,12 @@ struct Sse {
   static Reg PackU32(Reg a, Reg b) { return _mm_packus_epi32(a, b); }
   static Reg InOrder(Reg packed) { return packed; }
 
+  // The same, which the compiler takes for unknown: it loads it once, and adds in the written order.
+  static Reg Pinned(Reg a) {
+    asm("" : "+x"(a));
+    return a;
+  }
+
   static Reg Add8(Reg a, Reg b) { return _mm_add_epi8(a, b); }
   static Reg Sub8(Reg a, Reg b) { return _mm_sub_epi8(a, b); }
   static Reg AddSatU8(Reg a, Reg b) { return _mm_adds_epu8(a, b); }
@@ -473,6 +479,11 @@ struct Avx2 {
   static Reg PackS32(Reg a, Reg b) { return _mm256_packs_epi32(a, b); }
   static Reg PackU32(Reg a, Reg b) { return _mm256_packus_epi32(a, b); }
   static Reg InOrder(Reg packed) { return _mm256_permute4x64_epi64(packed, 0xD8); }
+
+  static Reg Pinned(Reg a) {
+    asm("" : "+x"(a));
+    return a;
+  }
 
   static Reg Add8(Reg a, Reg b) { return _mm256_add_epi8(a, b); }
   static Reg Sub8(Reg a, Reg b) { return _mm256_sub_epi8(a, b); }

@@ -41,74 +41,115 @@ bool IsAddressable(uint32_t width, uint32_t height) {
   return width + kBorder <= kMaxPixels / (height + kBorder);
 }
 
-const EdgeFilterKernels& KernelsOf(KernelTier tier) {
-  return ForTier(tier, kEdgeFilterPlain, kEdgeFilterSse, kEdgeFilterAvx2);
-}
+struct Size {
+  std::ptrdiff_t width;
+  std::ptrdiff_t height;
+};
 
-// The rows within reach of the one in hand, each as three planes of scaled samples with the first
-// and the last pixel repeated.
-class WorkRows {
+// A strip of columns of a picture on its way through the filter. Even rows see even rows only, odd
+// rows odd ones: either is filtered by itself, so that what it needs stays in the first-level cache.
+// Rows above the first and below the last are these, and so are columns.
+class EdgeStrip {
  public:
-  [[nodiscard]] bool Prepare(const uint8_t* source, uint32_t width, uint32_t height,
-                             SplitEdgeRow* split) {
-    source_ = source;
-    split_ = split;
-    width_ = static_cast<std::ptrdiff_t>(width);
-    height_ = static_cast<std::ptrdiff_t>(height);
-    const uint64_t plane_samples = uint64_t{width} + 2 * kEdgeReach;
-    if (!rows_.Allocate(3 * plane_samples, 2 * kEdgeReach + 1)) return false;
-    plane_stride_ = static_cast<std::ptrdiff_t>(plane_samples);
-    for (std::ptrdiff_t y = 0; y < std::min(kEdgeReach, height_); ++y) Load(y);
-    return true;
+  [[nodiscard]] bool Allocate() {
+    return samples_.Allocate(3 * kEdgePlane, kEdgeSide) &&
+           scaled_.Allocate(kEdgeScaledRow, kEdgeSide) &&
+           factors_.Allocate(kEdgeLaterNeighbours * kEdgePlane, kEdgeLaterRows);
   }
 
-  // What row `y` sees; to be asked for in ascending order. Rows above the first and below the last
-  // are these.
-  EdgeNeighbours Neighbours(std::ptrdiff_t y) {
-    if (y + kEdgeReach < height_) Load(y + kEdgeReach);
-    EdgeNeighbours neighbours;
-    neighbours.plane_stride = plane_stride_;
-    const int16_t** next = neighbours.samples;
-    for (std::ptrdiff_t dy = -kEdgeReach; dy <= kEdgeReach; dy += kEdgeStep) {
-      const int64_t row = std::clamp<int64_t>(int64_t{y} + dy, 0, height_ - 1);
-      const int16_t* const first = rows_.Row(static_cast<std::ptrdiff_t>(row)) + kEdgeReach;
-      for (std::ptrdiff_t dx = -kEdgeReach; dx <= kEdgeReach; dx += kEdgeStep) {
-        *next++ = first + dx;
+  // Filters columns first to end - 1, at most kEdgeStripColumns.
+  void Filter(const uint8_t* source, uint8_t* destination, Size size, std::ptrdiff_t first,
+              std::ptrdiff_t end, const EdgeTable& table, const EdgeFilterKernels& kernels) {
+    source_ = source;
+    size_ = size;
+    first_ = first;
+    end_ = end;
+    for (std::ptrdiff_t parity = 0; parity < kEdgeStep; ++parity) {
+      // Ring rows are kEdgeStep apart; the first one is out of reach of the picture's first.
+      const auto row_of = [&](std::ptrdiff_t r) {
+        return parity + kEdgeStep * (r - 2 * kEdgeMiddle);
+      };
+      for (std::ptrdiff_t r = 0; r < 2 * kEdgeMiddle; ++r) Load(r, row_of(r), kernels);
+      for (std::ptrdiff_t r = kEdgeMiddle; row_of(r) < size.height; ++r) {
+        Load(r + kEdgeMiddle, row_of(r + kEdgeMiddle), kernels);
+        Weigh(r, table, kernels);
+        const std::ptrdiff_t y = row_of(r);
+        if (y < 0) continue;
+        kernels.pull(Pulls(r), destination + 3 * (size.width * y + first), end - first);
       }
     }
-    return neighbours;
   }
 
  private:
-  void Load(std::ptrdiff_t y) {
-    int16_t* const row = rows_.Row(y);
-    split_(source_ + 3 * width_ * y, row + kEdgeReach, plane_stride_, width_);
+  // Row `y` of the picture, or the nearest one, becomes row r of the rings.
+  void Load(std::ptrdiff_t r, std::ptrdiff_t y, const EdgeFilterKernels& kernels) {
+    const std::ptrdiff_t begin = std::max<std::ptrdiff_t>(first_ - kEdgeMargin, 0);
+    const std::ptrdiff_t end = std::min(end_ + kEdgeMargin, size_.width);
+    uint8_t* const samples = samples_.Row(r) + kEdgeFirstColumn;
+    int16_t* const scaled = scaled_.Row(r) + kEdgeFirstColumn;
+    const std::ptrdiff_t at = begin - first_;
+    const std::ptrdiff_t held = std::clamp<std::ptrdiff_t>(y, 0, size_.height - 1);
+    const uint8_t* const pixels = source_ + 3 * (size_.width * held + begin);
+    kernels.split(pixels, samples + at, scaled + at, end - begin, 3 * size_.width * kEdgeStep);
     for (std::ptrdiff_t c = 0; c < 3; ++c) {
-      int16_t* const first = row + c * plane_stride_ + kEdgeReach;
-      std::fill(first - kEdgeReach, first, *first);
-      std::fill_n(first + width_, kEdgeReach, first[width_ - 1]);
+      RepeatEnds(samples + c * kEdgePlane, at, end - first_);
+      RepeatEnds(scaled + c * kEdgePlane, at, end - first_);
+      RepeatEnds(scaled + c * kEdgePlane + kEdgeSecondCopy, at, end - first_);
     }
   }
 
+  // Fills the margins where a plane's columns begin to end - 1 do not.
+  template <class Sample>
+  void RepeatEnds(Sample* plane, std::ptrdiff_t begin, std::ptrdiff_t end) const {
+    std::fill(plane - kEdgeMargin, plane + begin, plane[begin]);
+    std::fill(plane + end, plane + (end_ - first_) + kEdgeMargin, plane[end - 1]);
+  }
+
+  void Weigh(std::ptrdiff_t r, const EdgeTable& table, const EdgeFilterKernels& kernels) {
+    const uint8_t* rows[kEdgeLaterRows];
+    for (std::ptrdiff_t j = 0; j < kEdgeLaterRows; ++j) {
+      rows[j] = samples_.Row(r + j) + kEdgeFirstColumn - kEdgeFirstWeighed;
+    }
+    kernels.Weigh(table)(rows, table, factors_.Row(r) + kEdgeFirstColumn - kEdgeFirstWeighed,
+                         end_ - first_ + kEdgeFirstWeighed + kEdgeReach);
+  }
+
+  EdgePulls Pulls(std::ptrdiff_t r) {
+    EdgePulls pulls;
+    for (std::ptrdiff_t j = 0; j < kEdgeSide; ++j) {
+      pulls.rows[j] = scaled_.Row(r + j - kEdgeMiddle) + kEdgeFirstColumn;
+    }
+    for (std::ptrdiff_t j = 0; j < kEdgeLaterRows; ++j) {
+      pulls.factors[j] = factors_.Row(r - j) + kEdgeFirstColumn;
+    }
+    return pulls;
+  }
+
   const uint8_t* source_ = nullptr;
-  SplitEdgeRow* split_ = nullptr;
-  std::ptrdiff_t width_ = 0;
-  std::ptrdiff_t height_ = 0;
-  std::ptrdiff_t plane_stride_ = 0;
-  RowRing<int16_t> rows_;
+  Size size_ = {};
+  std::ptrdiff_t first_ = 0;
+  std::ptrdiff_t end_ = 0;
+  RowRing<uint8_t> samples_;
+  RowRing<int16_t> scaled_;
+  RowRing<int16_t> factors_;
 };
 
 }  // namespace
 
 Status FilterEdges(const uint8_t* source, uint8_t* destination, uint32_t width, uint32_t height,
                    const EdgeTable& table, KernelTier tier) {
-  const EdgeFilterKernels& kernels = KernelsOf(tier);
-  WorkRows work_rows;
-  if (!work_rows.Prepare(source, width, height, kernels.split)) return OVRA_ERROR_NO_MEMORY;
-  FilterEdgeRow* const filter_row = kernels.Filter(table);
-  const auto row_pixels = static_cast<std::ptrdiff_t>(width);
-  for (std::ptrdiff_t y = 0; y < static_cast<std::ptrdiff_t>(height); ++y) {
-    filter_row(work_rows.Neighbours(y), table, destination + 3 * row_pixels * y, row_pixels);
+  const EdgeFilterKernels& kernels =
+      ForTier(tier, kEdgeFilterPlain, kEdgeFilterSse, kEdgeFilterAvx2);
+  const Size size = {static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height)};
+  EdgeStrip strip;
+  if (!strip.Allocate()) return OVRA_ERROR_NO_MEMORY;
+  // Strips of about the same width: a narrow last one would be slow.
+  const std::ptrdiff_t strips = (size.width - 1) / kEdgeStripColumns + 1;
+  std::ptrdiff_t first = 0;
+  for (std::ptrdiff_t left = strips; left > 0; --left) {
+    const std::ptrdiff_t end = first + (size.width - first - 1) / left + 1;
+    strip.Filter(source, destination, size, first, end, table, kernels);
+    first = end;
   }
   return OVRA_OK;
 }

@@ -30,20 +30,27 @@ struct SixteenPixels {
 };
 
 template <class V>
-void Split(const uint8_t* pixels, int16_t* planes, std::ptrdiff_t plane_stride,
-           std::ptrdiff_t width) {
+void Split(const uint8_t* pixels, uint8_t* planes, int16_t* scaled_planes, std::ptrdiff_t width,
+           std::ptrdiff_t next) {
   static_assert(kEdgeSampleScale == 2);
   const auto block = [&](std::ptrdiff_t x) {
-    const SixteenPixels<V> in(pixels + 3 * x);
+    PrefetchAt(pixels + 3 * x, next, 1);
+    Sse::Reg channels[3];
+    SplitThreeChannels<Sse, 8>(pixels + 3 * x, channels);
     for (int c = 0; c < 3; ++c) {
-      for (int r = 0; r < in.kRegs; ++r) {
-        const auto samples = in.samples[c][r];
-        V::Store(planes + c * plane_stride + x + r * (V::kBytes / 2), V::Add16(samples, samples));
+      Sse::Store(planes + c * kEdgePlane + x, channels[c]);
+      typename V::Reg samples[2 / V::kLanes];
+      V::WidenU8To16(channels[c], samples);
+      for (int r = 0; r < 2 / V::kLanes; ++r) {
+        int16_t* const to = scaled_planes + c * kEdgePlane + x + r * (V::kBytes / 2);
+        const auto scaled = V::Add16(samples[r], samples[r]);
+        V::Store(to, scaled);
+        V::Store(to + kEdgeSecondCopy, scaled);
       }
     }
   };
-  if (!CoverRow(width, SixteenPixels<V>::kPixels, block)) {
-    Narrower<V>().split(pixels, planes, plane_stride, width);
+  if (!CoverRow(width, Sse::kBytes, block)) {
+    Narrower<V>().split(pixels, planes, scaled_planes, width, next);
   }
 }
 
@@ -56,18 +63,19 @@ struct EdgeLookup {
     for (int s = 0; s < kSegments; ++s) {
       low[s] = V::LoadToAllLanes(table.segments[s].low);
       high[s] = V::LoadToAllLanes(table.segments[s].high);
+      // Reaches 0x80, for which a shuffle gives 0, beyond the segment's 16 entries.
+      to_index[s] = V::Set8(0x70 - 16 * s - table.full_until);
     }
   }
 
-  // From distances, saturated bytes, to -32 * weight: those of the lower half of each lane in
-  // factors[0], of the upper in factors[1].
+  // From distances, saturated bytes, to factors: those of the lower half of each lane in factors[0],
+  // of the upper in factors[1].
   void operator()(Reg distances, Reg (&factors)[2]) const {
-    const Reg excess = V::SubSatU8(distances, full_until);
+    const Reg falling = V::MaxU8(distances, full_until);
     Reg low_bytes = V::Zero();
     Reg high_bytes = V::Zero();
     for (int s = 0; s < kSegments; ++s) {
-      // Reaches 0x80, for which a shuffle gives 0, beyond the segment's 16 entries.
-      const Reg index = V::AddSatU8(excess, V::Set8(0x70 - 16 * s));
+      const Reg index = V::AddSatU8(falling, to_index[s]);
       low_bytes = V::Xor(low_bytes, V::Shuffle8(low[s], index));
       high_bytes = V::Xor(high_bytes, V::Shuffle8(high[s], index));
     }
@@ -76,9 +84,42 @@ struct EdgeLookup {
   }
 
   Reg full_until;
+  Reg to_index[kSegments];
   Reg low[kSegments];
   Reg high[kSegments];
 };
+
+// Sums of three absolute differences, saturated.
+template <class V>
+typename V::Reg Distances(const typename V::Reg (&pixels)[3], const uint8_t* neighbours) {
+  const auto difference = [&](int c) {
+    const auto others = V::Pinned(V::Load(neighbours + c * kEdgePlane));  // loaded once
+    return V::Sub8(V::MaxU8(pixels[c], others), V::MinU8(pixels[c], others));
+  };
+  return V::AddSatU8(V::AddSatU8(difference(0), difference(1)), difference(2));
+}
+
+template <class V, int kSegments>
+void Weigh(const uint8_t* const (&rows)[kEdgeLaterRows], const EdgeTable& table, int16_t* factors,
+           std::ptrdiff_t columns) {
+  const EdgeLookup<V, kSegments> look_up(table);
+  const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg pixels[3];
+    for (int c = 0; c < 3; ++c) pixels[c] = V::Load(rows[0] + c * kEdgePlane + x);
+    int16_t* out = factors + x;
+    for (std::ptrdiff_t j = 0; j < kEdgeLaterRows; ++j) {
+      for (std::ptrdiff_t i = FirstLater(j); i < kEdgeSide; ++i) {
+        const auto distances = Distances<V>(pixels, rows[j] + x + kEdgeStep * (i - kEdgeMiddle));
+        typename V::Reg made[2];
+        look_up(V::InOrder(distances), made);
+        V::Store(out, made[0]);
+        V::Store(out + V::kBytes / 2, made[1]);
+        out += kEdgePlane;
+      }
+    }
+  };
+  for (std::ptrdiff_t x = 0; x < columns; x += V::kBytes) block(x);
+}
 
 // Divides by 49 toward zero; right for every sum of 49 differences of bytes.
 template <class V>
@@ -89,72 +130,90 @@ typename V::Reg DivideByNeighbours(typename V::Reg a) {
   return V::Sub16(quotient, V::ShiftRight16(a, 15));
 }
 
-// Filters a register's 16-bit samples from column x on. Neighbours are taken two by two, so that the
-// bytes of their distances fill a register: both pull at the same pixels, whose sums stay in
-// registers. The pixel itself, in the middle, does not pull.
-template <class V, int kSegments>
-void FilterSamples(const EdgeNeighbours& neighbours, const EdgeLookup<V, kSegments>& look_up,
-                   std::ptrdiff_t x, typename V::Reg (&values)[3]) {
-  using Reg = typename V::Reg;
-  const std::ptrdiff_t stride = neighbours.plane_stride;
-  Reg centre[3];
-  Reg pull[3];
-  for (int c = 0; c < 3; ++c) {
-    centre[c] = V::Load(neighbours.Centre() + c * stride + x);
-    pull[c] = V::Zero();
-  }
-  for (int k = 0; k < kEdgeNeighbours / 2; ++k) {
-    const int16_t* const samples[2] = {neighbours.samples[k],
-                                       neighbours.samples[kEdgeNeighbours - 1 - k]};
-    Reg difference[2][3];  // from the neighbour to the pixel; the factors are negative
-    Reg distance[2];
-    for (int n = 0; n < 2; ++n) {
-      for (int c = 0; c < 3; ++c) {
-        difference[n][c] = V::Sub16(centre[c], V::Load(samples[n] + c * stride + x));
-      }
-      distance[n] = V::Add16(V::Add16(V::Abs16(difference[n][0]), V::Abs16(difference[n][1])),
-                             V::Abs16(difference[n][2]));
-    }
-    // Twice the distance saturates at 255, which the average with 0 rounds to 128: beyond the end
-    // of both tables.
-    static_assert(kEdgeSampleScale == 2);
-    Reg factors[2];
-    look_up(V::AverageU8(V::PackU16(distance[0], distance[1]), V::Zero()), factors);
-    for (int n = 0; n < 2; ++n) {
-      for (int c = 0; c < 3; ++c) {
-        pull[c] = V::Add16(pull[c], V::MulHigh16(difference[n][c], factors[n]));
-      }
-    }
-  }
-  for (int c = 0; c < 3; ++c) {
-    values[c] = V::Add16(V::ShiftRight16(centre[c], 1), DivideByNeighbours<V>(pull[c]));
+// One number a pixel and channel. Not an array: a compiler keeps members in registers.
+template <class V>
+struct ThreeSums {
+  typename V::Reg first = V::Zero();
+  typename V::Reg second = V::Zero();
+  typename V::Reg third = V::Zero();
+};
+
+// Adds the pulls of two neighbours at a register's pixels. Factors are negative: the difference is that
+// from the neighbour to the pixel.
+template <class V>
+[[gnu::always_inline]] inline void AddPulls(const typename V::Reg (&pixels)[3],
+                                            const int16_t* later, const int16_t* earlier,
+                                            const int16_t* later_factors,
+                                            const int16_t* earlier_factors, ThreeSums<V>& sums) {
+  const auto later_factor = V::Load(later_factors);
+  const auto earlier_factor = V::Load(earlier_factors);
+  const auto add = [&](int c, typename V::Reg& sum) {
+    const auto later_pull =
+        V::MulHigh16(V::Sub16(pixels[c], V::Load(later + c * kEdgePlane)), later_factor);
+    const auto earlier_pull =
+        V::MulHigh16(V::Sub16(pixels[c], V::Load(earlier + c * kEdgePlane)), earlier_factor);
+    sum = V::Pinned(V::Add16(sum, V::Pinned(V::Add16(later_pull, earlier_pull))));
+  };
+  add(0, sums.first);
+  add(1, sums.second);
+  add(2, sums.third);
+}
+
+// Neighbours kFirst to kSide - 1 of a row below, and those opposite of a row above.
+template <class V, std::ptrdiff_t kFirst>
+[[gnu::always_inline]] inline void AddRowPulls(const typename V::Reg (&pixels)[3],
+                                               const int16_t* later, const int16_t* earlier,
+                                               std::ptrdiff_t lower, std::ptrdiff_t upper,
+                                               const int16_t* later_factors,
+                                               const int16_t* earlier_factors, ThreeSums<V>& sums) {
+#pragma GCC unroll 7
+  for (std::ptrdiff_t i = kFirst; i < kEdgeSide; ++i) {
+    const std::ptrdiff_t step = kEdgeStep * (i - kEdgeMiddle);
+    const std::ptrdiff_t plane = (i - kFirst) * kEdgePlane;
+    AddPulls<V>(pixels, later + (step > 0 ? lower : upper) + step,
+                earlier + (step > 0 ? upper : lower) - step, later_factors + plane,
+                earlier_factors + plane - step, sums);
   }
 }
 
-// V::kBytes pixels from column x on: one register of bytes a channel.
-template <class V, int kSegments>
-void FilterBlock(const EdgeNeighbours& neighbours, const EdgeLookup<V, kSegments>& look_up,
-                 std::ptrdiff_t x, typename V::Reg (&results)[3]) {
-  typename V::Reg values[2][3];
-  FilterSamples<V, kSegments>(neighbours, look_up, x, values[0]);
-  FilterSamples<V, kSegments>(neighbours, look_up, x + V::kBytes / 2, values[1]);
+// Filters a register's 16-bit samples from column x on.
+template <class V>
+void PullSamples(const EdgePulls& from, std::ptrdiff_t x, typename V::Reg (&values)[3]) {
+  const int16_t* const row = from.rows[kEdgeMiddle];
+  const typename V::Reg pixels[3] = {V::Load(row + x), V::Load(row + kEdgePlane + x),
+                                     V::Load(row + 2 * kEdgePlane + x)};
+  // The copies in which the block stands in the lower and in the upper half of cache lines.
+  const bool is_lower = x % 32 < 16;
+  const std::ptrdiff_t lower = is_lower ? x : x + kEdgeSecondCopy;
+  const std::ptrdiff_t upper = is_lower ? x + kEdgeSecondCopy : x;
+  ThreeSums<V> sums;
+  AddRowPulls<V, FirstLater(0)>(pixels, row, row, lower, upper, from.factors[0] + x,
+                                from.factors[0] + x, sums);
+#pragma GCC unroll 1
+  for (std::ptrdiff_t j = 1; j < kEdgeLaterRows; ++j) {
+    const std::ptrdiff_t plane = LaterNumber(j, 0) * kEdgePlane;
+    AddRowPulls<V, 0>(pixels, from.rows[kEdgeMiddle + j], from.rows[kEdgeMiddle - j], lower, upper,
+                      from.factors[0] + plane + x, from.factors[j] + plane + x, sums);
+  }
+  const typename V::Reg pulls[3] = {sums.first, sums.second, sums.third};
   for (int c = 0; c < 3; ++c) {
-    results[c] = V::InOrder(V::PackU16(values[0][c], values[1][c]));
+    values[c] = V::Add16(V::ShiftRight16(pixels[c], 1), DivideByNeighbours<V>(pulls[c]));
   }
 }
 
-template <class V, int kSegments>
-void Filter(const EdgeNeighbours& neighbours, const EdgeTable& table, uint8_t* output,
-            std::ptrdiff_t width) {
-  const EdgeLookup<V, kSegments> look_up(table);
+template <class V>
+void Pull(const EdgePulls& pulls, uint8_t* output, std::ptrdiff_t width) {
   const auto block = [&](std::ptrdiff_t x) {
+    typename V::Reg values[2][3];
+    PullSamples<V>(pulls, x, values[0]);
+    PullSamples<V>(pulls, x + V::kBytes / 2, values[1]);
     typename V::Reg results[3];
-    FilterBlock<V, kSegments>(neighbours, look_up, x, results);
+    for (int c = 0; c < 3; ++c) {
+      results[c] = V::InOrder(V::PackU16(values[0][c], values[1][c]));
+    }
     JoinThreeChannels<V, 8>(results, output + 3 * x);
   };
-  if (!CoverRow(width, V::kBytes, block)) {
-    Narrower<V>().Filter(table)(neighbours, table, output, width);
-  }
+  if (!CoverRow(width, V::kBytes, block)) Narrower<V>().pull(pulls, output, width);
 }
 
 template <class V>
@@ -199,7 +258,7 @@ uint32_t CountMiddling(const int16_t* a, const int16_t* b, std::ptrdiff_t width)
 
 template <class V>
 constexpr EdgeFilterKernels kEdgeFilterOf = {
-    Split<V>, {Filter<V, 2>, Filter<V, 3>}, ColorDifference<V>, CountMiddling<V>};
+    Split<V>, {Weigh<V, 2>, Weigh<V, 3>}, Pull<V>, ColorDifference<V>, CountMiddling<V>};
 
 }  // namespace
 }  // namespace ovra
