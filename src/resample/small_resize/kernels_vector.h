@@ -132,6 +132,8 @@ void AddRows(const Sample* const* rows, int32_t count, const WeightPairs& weight
     // An odd last row is paired with itself; the weight of its second self is 0.
     const Sample* const a = rows[2 * p] + i;
     const Sample* const b = rows[2 * p + (2 * p + 1 < count ? 1 : 0)] + i;
+    PrefetchLine(reinterpret_cast<uintptr_t>(a) + kAhead);
+    PrefetchLine(reinterpret_cast<uintptr_t>(b) + kAhead);
     const auto high = V::Set32(weights.high[p]);
     const auto low = V::Set32(weights.low[p]);
     left_sums.Add(a, b, high, low);

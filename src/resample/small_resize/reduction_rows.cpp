@@ -10,6 +10,23 @@ namespace {
 // Destination rows whose kernels cover one source row.
 constexpr int32_t kOpenRows = 5;
 
+// Whether so many rows, of each of which some lines are read or asked for, would meet in the same sets
+// of the first-level cache and drive each other out.
+bool RowsCollide(std::ptrdiff_t stride, int32_t rows) {
+  constexpr int32_t kLines = 4;
+  constexpr std::ptrdiff_t kLineBytes = 64;
+  constexpr int32_t kSets = 64;
+  constexpr int32_t kWays = 8;
+  int32_t lines[kSets] = {};
+  for (int32_t row = 0; row < rows; ++row) {
+    const auto first = static_cast<size_t>(row * stride / kLineBytes);
+    for (size_t line = first; line < first + kLines; ++line) {
+      if (++lines[line % kSets] > kWays) return true;
+    }
+  }
+  return false;
+}
+
 }  // namespace
 
 template <class Sample>
@@ -27,10 +44,12 @@ Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, 
                         plan.kernel.table, depth_bits);
   destination_height_ = shape.destination.height;
   source_stride_ = plan.SourceStride();
+  rows_stay_ =
+      RowsStay(memory) && !RowsCollide(source_stride_, std::min(rows_.MaxTaps(), kMaxKeptRows));
   const auto channels = static_cast<std::ptrdiff_t>(plan.format.channels);
   first_sample_ = columns_.First(0) * channels;
   samples_ = (columns_.Last(shape.destination.width - 1) + 1) * channels - first_sample_;
-  const bool complete = PrepareBytes(plan, memory, tier) &&
+  const bool complete = PrepareBytes(plan, tier) &&
                         (byte_reduction_.Usable() || PrepareColumns(plan)) && AllocateRows();
   if (!complete) return OVRA_ERROR_NO_MEMORY;
   Restart();
@@ -38,16 +57,12 @@ Status ReductionRows<Sample>::Prepare(const ResizePlan& plan, RowMemory memory, 
 }
 
 template <class Sample>
-bool ReductionRows<Sample>::PrepareBytes(const ResizePlan& plan, RowMemory memory,
-                                         KernelTier tier) {
+bool ReductionRows<Sample>::PrepareBytes(const ResizePlan& plan, KernelTier tier) {
   if constexpr (sizeof(Sample) == 1) {
     const ReductionKernels& kernels = ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2);
     if (rows_.MaxTaps() > kMaxByteRows || !rows_.HasWords()) return true;
-    if (!byte_reduction_.Prepare(columns_, plan.shape.destination.width, samples_,
-                                 plan.format.channels, kernels.bytes)) {
-      return false;
-    }
-    rows_stay_ = RowsStay(memory) && byte_reduction_.Usable();
+    return byte_reduction_.Prepare(columns_, plan.shape.destination.width, samples_,
+                                   plan.format.channels, kernels.bytes);
   }
   return true;
 }
@@ -81,8 +96,8 @@ template <class Sample>
 bool ReductionRows<Sample>::AllocateRows() {
   const auto samples = static_cast<uint64_t>(samples_);
   const int32_t taps = rows_.MaxTaps();
-  rows_to_keep_ = taps <= kMaxKeptRows ? taps : kKeptRows;
   const bool general = !byte_reduction_.Usable();
+  rows_to_keep_ = std::min(taps, rows_stay_ || !general ? kMaxKeptRows : kCopiedRows);
   if (!row_weights_.Allocate(static_cast<uint64_t>(taps)) ||
       (general && !intermediate_.Allocate(samples)) ||
       (!rows_stay_ && !kept_.Allocate(samples, static_cast<uint64_t>(rows_to_keep_)))) {

@@ -17,10 +17,10 @@
 
 namespace ovra {
 
-// Rows are copied as they are taken, one after the other as processors like to read, until no kernel
-// reaches them any more; kernels that ask for rows side by side in time read them where they are. Where the kernel covers more rows than are kept, those are added to the sums
-// of the destination rows that are open: never more than five at once, since the kernel reaches two
-// destination rows to either side.
+// Rows are read where they are; in bands, and where they would drive each other out of the cache, they
+// are copied and kept until no kernel reaches them any more. Where the kernel covers more rows than are kept, those are added
+// to the sums of the destination rows that are open: never more than five at once, since the kernel
+// reaches two destination rows to either side.
 template <class Sample>
 class ReductionRows {
  public:
@@ -32,10 +32,9 @@ class ReductionRows {
   void Write(uint8_t* destination);
 
  private:
-  // At fewer rows the sums are read and written too often, and more cost memory. Bytes cost little:
-  // the rows of all but very strong reductions are kept.
-  static constexpr int32_t kKeptRows = 24;
-  static constexpr int32_t kMaxKeptRows = sizeof(Sample) == 1 ? kMaxByteRows : kKeptRows;
+  // With fewer rows the sums are read and written too often, and copies of more cost memory.
+  static constexpr int32_t kCopiedRows = 24;
+  static constexpr int32_t kMaxKeptRows = kMaxByteRows;  // where they are, or of bytes
 
   // The rows of a destination row's kernel that are kept.
   struct Part {
@@ -44,7 +43,7 @@ class ReductionRows {
     bool begins;         // none was summed before
   };
 
-  [[nodiscard]] bool PrepareBytes(const ResizePlan& plan, RowMemory memory, KernelTier tier);
+  [[nodiscard]] bool PrepareBytes(const ResizePlan& plan, KernelTier tier);
   [[nodiscard]] bool PrepareColumns(const ResizePlan& plan);
   [[nodiscard]] bool AllocateRows();
   void FillColumns();
