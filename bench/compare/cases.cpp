@@ -35,7 +35,8 @@ Work SameSize(const Row& row, Size size) {
 // `size` is that of the larger picture.
 Work Resize(const Row& row, Size size) {
   const auto scaled = [](Size from, double by) {
-    return Size{static_cast<int>(from.width * by + 0.5), static_cast<int>(from.height * by + 0.5)};
+    return Size{std::max(1, static_cast<int>(from.width * by + 0.5)),
+                std::max(1, static_cast<int>(from.height * by + 0.5))};
   };
   Work work = SameSize(row, row.amount <= 1 ? size : scaled(size, 1 / row.amount));
   work.target_size = scaled(work.source->size(), row.amount);
@@ -50,7 +51,7 @@ Work Turn(const Row& row, Size size) {
 }
 
 Size ThreeQuarters(Size size) {
-  return {size.width * 3 / 4, size.height * 3 / 4};
+  return {std::max(1, size.width * 3 / 4), std::max(1, size.height * 3 / 4)};
 }
 
 // A source of three quarters of the width and height in the middle of a picture.
@@ -272,7 +273,7 @@ size_t BytesMoved(const Work& work) {
   return source + 2 * placed + (work.operation == "mask" ? source : 0);
 }
 
-Case MakeCase(const Family& family, const Row& row, Size size) {
+Case MakeCase(const Family& family, const Row& row, Size size, bool ours_alone) {
   const Work work = family.prepare(row, size);
   const double target_pixels =
       work.background == nullptr ? work.target_size.Pixels() : work.source->size().Pixels();
@@ -285,6 +286,7 @@ Case MakeCase(const Family& family, const Row& row, Size size) {
     if (maker.operation != work.operation) continue;
     Participant participant = maker.make(work);
     if (participant.run) result.participants.push_back(std::move(participant));
+    if (ours_alone) break;  // the first
   }
   return result;
 }
@@ -297,12 +299,13 @@ std::string NameOf(const Row& row, Size size) {
 
 }  // namespace
 
-std::vector<NamedCase> Cases(Size size) {
+std::vector<NamedCase> Cases(Size size, bool ours_alone) {
   std::vector<NamedCase> cases;
   for (const Family& family : Families()) {
     for (const Row& row : family.rows) {
-      cases.push_back(
-          {NameOf(row, size), [&family, &row, size] { return MakeCase(family, row, size); }});
+      cases.push_back({NameOf(row, size), [&family, &row, size, ours_alone] {
+                         return MakeCase(family, row, size, ours_alone);
+                       }});
     }
   }
   return cases;

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ struct Size {
   int height;
 
   double Pixels() const { return double{1} * width * height; }
-  std::string Name() const;
+  std::string Name() const;  // in megapixels if it is of 3 x 2 proportions
 };
 
 // About so many megapixels, of 3 x 2 proportions.
@@ -65,6 +66,11 @@ PicturePtr Scene(Size size, int channels, int depth_bits);
 
 enum class Kind { kOurs, kPlainLoop, kLibrary };
 
+// A call of the library answered with a status.
+struct Refused : std::runtime_error {
+  using std::runtime_error::runtime_error;
+};
+
 struct Participant {
   std::string name;
   PicturePtr result;  // what it writes
@@ -95,8 +101,8 @@ struct NamedCase {
   std::function<Case()> make;
 };
 
-// All cases for pictures of that size.
-std::vector<NamedCase> Cases(Size size);
+// All cases for pictures of that size, with peers or without.
+std::vector<NamedCase> Cases(Size size, bool ours_alone);
 
 struct Timing {
   std::string name;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The library itself. What a host would prepare once is prepared outside the time.
-#include <cstdio>
-#include <cstdlib>
+#include <string>
 #include <utility>
 
 #include "ovra/ovra.h"
@@ -13,8 +12,7 @@ namespace {
 // A figure of a call that was refused would be worth nothing.
 void Expect(OvraStatus status, const char* what) {
   if (status == OVRA_OK) return;
-  std::fprintf(stderr, "%s: status %d\n", what, static_cast<int>(status));
-  std::exit(1);
+  throw Refused(std::string(what) + ": status " + std::to_string(status));
 }
 
 uint32_t Unsigned(int number) {
@@ -86,12 +84,19 @@ void ComposeByMask(const Work& work, Picture* target) {
          "composition by a mask");
 }
 
+// The pictures here have no padding between rows, a DIB's rows begin at multiples of 4 bytes.
+void ExpectNoPadding(const Work& work) {
+  if (work.source->row_bytes() % 4 != 0) throw Refused("a DIB with padding");
+}
+
 void DibToRaw(const Work& work, Picture* target) {
+  ExpectNoPadding(work);
   OvraDib2Raw(work.source->data(), target->data(), Unsigned(target->width()),
               Unsigned(target->height()));
 }
 
 void RawToDib(const Work& work, Picture* target) {
+  ExpectNoPadding(work);
   OvraRaw2Dib(work.source->data(), target->data(), Unsigned(target->width()),
               Unsigned(target->height()));
 }

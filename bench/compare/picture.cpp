@@ -49,7 +49,7 @@ void Draw(Picture* picture, Sample* samples) {
 }  // namespace
 
 std::string Size::Name() const {
-  if (width < 100) return std::to_string(width) + " x " + std::to_string(height);
+  if (width * 2 != height * 3) return std::to_string(width) + " x " + std::to_string(height);
   const double megapixels = Pixels() * 1e-6;
   char text[32];
   snprintf(text, sizeof text, megapixels < 0.95 ? "%.1f MP" : "%.0f MP", megapixels);
