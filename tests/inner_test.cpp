@@ -15,7 +15,7 @@
 #include "core/pixel_format.h"
 #include "core/row_copy/kernels.h"
 #include "core/work_memory.h"
-#include "geometry/rotation/kernels.h"
+#include "geometry/rotation/rotation.h"
 #include "ovra/filter.h"
 #include "ovra/resample.h"
 #include "resample/kernel_table.h"
@@ -148,6 +148,38 @@ TEST(RowMoves, RoundTheCacheAreThoseOfThePlainKernels) {
       for (ptrdiff_t i = 0; i < kRows * bytes; ++i) {
         ASSERT_EQ(filled[static_cast<size_t>(i + 1)], source[static_cast<size_t>(i % pixel_bytes)]);
       }
+    }
+  }
+}
+
+// Blocks as they are in pictures of any width, of widths of a power of two, and written round the cache.
+TEST(Transposition, OfBlocksIsThatOfThePlainKernels) {
+  using ovra_test::GuardedBuffer;
+  constexpr int kPixelBytes[] = {1, 2, 3, 4, 6, 8};
+  constexpr ptrdiff_t kGaps[] = {1, 32, 512, 4096};  // the strides are multiples
+  std::mt19937 random(1);
+  for (int round = 0; round < 400; ++round) {
+    const int pixel_bytes = kPixelBytes[random() % std::size(kPixelBytes)];
+    const auto draw = [&random](unsigned count) { return 1 + ptrdiff_t(random() % count); };
+    const ptrdiff_t rows = round % 40 == 0 ? 256 + draw(50) : draw(70), columns = draw(80);
+    const auto stride = [&](ptrdiff_t pixels) {
+      const ptrdiff_t gap = kGaps[random() % std::size(kGaps)];
+      return (pixels * pixel_bytes + gap - 1) / gap * gap;
+    };
+    const ptrdiff_t from_stride = stride(columns), to_stride = stride(rows);
+    SCOPED_TRACE(testing::Message() << columns << " x " << rows << " of " << pixel_bytes << ' '
+                                    << from_stride << ' ' << to_stride);
+    GuardedBuffer source(static_cast<size_t>((rows - 1) * from_stride + columns * pixel_bytes));
+    for (uint8_t& byte : source) byte = static_cast<uint8_t>(random());
+    const auto transposed = [&](ovra::KernelTier tier, bool streaming) {
+      GuardedBuffer to(static_cast<size_t>((columns - 1) * to_stride + rows * pixel_bytes));
+      ovra::RotationKernelsOf(tier).transpose_block[pixel_bytes](
+          source.data(), from_stride, to.data(), to_stride, rows, columns, streaming);
+      return std::vector<uint8_t>(to.begin(), to.end());
+    };
+    const std::vector<uint8_t> expected = transposed(ovra::KernelTier::kPlain, false);
+    for (const ovra::KernelTier tier : ovra_test::AllTiers()) {
+      ASSERT_EQ(transposed(tier, round % 2 == 0), expected) << ovra_test::TierName(tier);
     }
   }
 }

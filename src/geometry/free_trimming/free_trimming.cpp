@@ -219,7 +219,7 @@ class Trimmer {
       const bool upward = turn.columns_reversed;
       movers_.transpose_block[pixel_bytes_](first, step, PixelOf(tile, upward ? tile.rows - 1 : 0),
                                             upward ? -destination_.stride : destination_.stride,
-                                            count, tile.rows);
+                                            count, tile.rows, false);
       return;
     }
     const bool reversed = turn.columns_reversed;

@@ -23,7 +23,8 @@ void Reverse(const RowMove& move) {
 
 template <int kPixelBytes>
 void Transpose(const uint8_t* source, std::ptrdiff_t source_stride, uint8_t* destination,
-               std::ptrdiff_t destination_stride, std::ptrdiff_t rows, std::ptrdiff_t columns) {
+               std::ptrdiff_t destination_stride, std::ptrdiff_t rows, std::ptrdiff_t columns,
+               bool /*streaming*/) {
   for (std::ptrdiff_t column = 0; column < columns; ++column) {
     for (std::ptrdiff_t row = 0; row < rows; ++row) {
       std::memcpy(destination + column * destination_stride + row * kPixelBytes,

@@ -95,7 +95,7 @@ void OrientRows(const uint8_t* rows, std::ptrdiff_t rows_stride, std::ptrdiff_t 
       upward ? image.base + (image.source_width - 1) * image.stride : image.base;
   kernels.transpose_block[image.pixel_bytes](source, step, first_row + place * image.pixel_bytes,
                                              upward ? -image.stride : image.stride, count,
-                                             image.source_width);
+                                             image.source_width, image.streaming);
   if (place + count == image.source_height) ClearPadding(image);
 }
 
