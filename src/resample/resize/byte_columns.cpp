@@ -99,6 +99,7 @@ void ByteColumns::FillShuffles() {
   for (int32_t lane = 0; lane < lane_count_; ++lane) {
     const LaneTaps taps = TapsOfLane(lane);
     int8_t* const table = GroupTable(lane / lanes_) + lane % lanes_ * kByteWindow;
+    int32_t* const starts = starts_.data() + std::ptrdiff_t{lane} * windows_;
     for (int32_t window = 0; window < windows_; ++window) {
       const int begin = window * columns;
       const int64_t start = taps.Least(begin, begin + columns);
@@ -108,8 +109,7 @@ void ByteColumns::FillShuffles() {
         shuffle[2 * i] = static_cast<int8_t>(taps.first[i] - start);
         shuffle[2 * i + 1] = static_cast<int8_t>(shuffle[2 * i] + 1);
       }
-      starts_[static_cast<size_t>(lane * windows_ + window)] =
-          static_cast<int32_t>(start - first_column_);
+      starts[window] = static_cast<int32_t>(start - first_column_);
     }
   }
 }
@@ -161,10 +161,7 @@ Status ByteColumns::Prepare(const ResizePlan& plan, const AxisTaps& taps,
                                                     kPlaneSpare * kPlaneSpare);
   if (!Allocate()) return OVRA_ERROR_NO_MEMORY;
   FillShuffles();
-  if (!FillWeights()) {
-    *this = ByteColumns();
-    return OVRA_OK;
-  }
+  if (!FillWeights()) return OVRA_OK;
   const int64_t inner_begin = std::clamp<int64_t>(-first_column_, 0, plane_columns_);
   const int64_t inner_end =
       std::clamp<int64_t>(source_width_ - first_column_, inner_begin, plane_columns_);

@@ -17,8 +17,7 @@ namespace ovra {
 
 class ByteColumns {
  public:
-  // Takes memory and makes the tables, where the columns are of the kind; they are of no use
-  // otherwise, and hold no memory.
+  // Takes memory and makes the tables, where the columns are of the kind; they are of no use otherwise.
   Status Prepare(const ResizePlan& plan, const AxisTaps& taps, const ByteColumnsKernels& kernels);
 
   bool Usable() const { return run_ != nullptr; }
