@@ -6,20 +6,38 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "filter/luminance/level_stretch.h"
 #include "filter/plane_filter/kernels.h"
 
 namespace ovra {
+
+inline constexpr int32_t kNoDifference = 1024;
+inline constexpr int32_t kMaxLuminance = 1023;
+
+// The deltas where the level does not matter.
+struct YUsmEvenDeltas {
+  LevelStretch levels;
+  int16_t deltas[2 * kNoDifference];  // by luminance - blurred + kNoDifference
+  // Whether all levels are even and YUsmProduct gives all deltas.
+  bool is_product;
+  int16_t factor;
+  int32_t product_shift;
+};
+
+// A difference is this much farther up in a product, of which the upper 16 bits count, and is a little
+// more than it is: what is a whole number must not fall below it, either side of 0.
+inline constexpr int32_t kYUsmProductBits = 11;
+static constexpr int32_t YUsmProduct(const YUsmEvenDeltas& even, int32_t difference) {
+  const int32_t above = difference * (1 << (16 - kYUsmProductBits)) + 1;
+  return (above * even.factor) >> (16 + even.product_shift);
+}
 
 struct YUsmTables {
   const int32_t* correction;  // 2048 entries, by luminance - blurred + kNoDifference
   const int32_t* level;       // 1024 entries, by luminance
   int32_t shift;              // of their product: 16 or 14
-  // The deltas by difference, where the level is the same everywhere; else null.
-  const int16_t* level_deltas;
+  const YUsmEvenDeltas* even;
 };
-
-inline constexpr int32_t kNoDifference = 1024;
-inline constexpr int32_t kMaxLuminance = 1023;
 
 // The deltas that correct a row's samples, from its luminance and blurred luminance, both
 // 0..kMaxLuminance. deltas may be blurred.

@@ -56,38 +56,47 @@ void FiveTaps(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* ou
   }
 }
 
-// One look-up a pixel: the difference alone decides.
+// Of four or eight pixels, by two look-ups each.
 template <class V>
-void FindLevelDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
-                     std::ptrdiff_t columns, const YUsmTables& tables) {
-  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
-  std::ptrdiff_t x = 0;
-  for (; x + kStep <= columns; x += kStep) {
-    const auto difference = V::Sub16(V::Load(luminance + x), V::Load(blurred + x));
-    const auto entry = V::Add16(difference, V::Set16(kNoDifference));
-    V::Store(deltas + x, V::Gather16(tables.level_deltas, entry));
-  }
-  NarrowerThan<V>(kYUsmPlain, kYUsmSse)
-      .find_deltas(luminance + x, blurred + x, deltas + x, columns - x, tables);
+typename V::Reg LookUpDeltas(const int16_t* luminance, const int16_t* blurred,
+                             const YUsmTables& tables) {
+  const auto y = V::LoadS16As32(luminance);
+  const auto difference = V::Sub32(y, V::LoadS16As32(blurred));
+  const auto product = V::MulLow32(V::Gather32(tables.correction + kNoDifference, difference),
+                                   V::Gather32(tables.level, y));
+  const auto delta = V::ShiftRight32(product, tables.shift);
+  // The low 16 bits under their own sign, so that the store wraps.
+  return V::ShiftRight32(V::ShiftLeft32(delta, 16), 16);
+}
+
+// As YUsmProduct.
+template <class V>
+typename V::Reg ProductDeltas(typename V::Reg difference, const YUsmEvenDeltas& even) {
+  const auto above = V::Or(V::ShiftLeft16(difference, 16 - kYUsmProductBits), V::Set16(1));
+  return V::ShiftRight16(V::MulHigh16(above, V::Set16(even.factor)), even.product_shift);
 }
 
 template <class V>
 void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* deltas,
                 std::ptrdiff_t columns, const YUsmTables& tables) {
-  if (tables.level_deltas != nullptr) {
-    return FindLevelDeltas<V>(luminance, blurred, deltas, columns, tables);
-  }
-  constexpr std::ptrdiff_t kStep = V::kBytes / 4;
-  const int32_t* const no_difference = tables.correction + kNoDifference;
+  constexpr std::ptrdiff_t kStep = V::kBytes / 2;
+  const YUsmEvenDeltas& even = *tables.even;
+  const auto first = V::Set16(even.levels.first);
+  const auto length = V::Set16(even.levels.last - even.levels.first);
   std::ptrdiff_t x = 0;
   for (; x + kStep <= columns; x += kStep) {
-    const auto y = V::LoadS16As32(luminance + x);
-    const auto difference = V::Sub32(y, V::LoadS16As32(blurred + x));
-    const auto product =
-        V::MulLow32(V::Gather32(no_difference, difference), V::Gather32(tables.level, y));
-    const auto delta = V::ShiftRight32(product, tables.shift);
-    // The low 16 bits under their own sign, so that the store wraps.
-    V::Store32AsS16(deltas + x, V::ShiftRight32(V::ShiftLeft32(delta, 16), 16));
+    const auto y = V::Load(luminance + x);
+    const auto difference = V::Sub16(y, V::Load(blurred + x));
+    if (even.is_product) {
+      V::Store(deltas + x, ProductDeltas<V>(difference, even));
+    } else if (V::IsZero(V::SubSatU16(V::Sub16(y, first), length))) {
+      const auto entry = V::Add16(difference, V::Set16(kNoDifference));
+      V::Store(deltas + x, V::Gather16(even.deltas, entry));
+    } else {
+      for (std::ptrdiff_t half = x; half < x + kStep; half += kStep / 2) {
+        V::Store32AsS16(deltas + half, LookUpDeltas<V>(luminance + half, blurred + half, tables));
+      }
+    }
   }
   NarrowerThan<V>(kYUsmPlain, kYUsmSse)
       .find_deltas(luminance + x, blurred + x, deltas + x, columns - x, tables);

@@ -8,9 +8,9 @@
 #include "core/format_rules.h"
 #include "core/row_ring.h"
 #include "core/rows.h"
-#include "core/wrapping.h"
 #include "filter/luminance/kernels.h"
 #include "filter/plane_filter/plane_filter.h"
+#include "filter/yusm/even_deltas.h"
 #include "filter/yusm/kernels.h"
 
 namespace ovra {
@@ -52,29 +52,6 @@ Status BuildContext(const PixelFormat& format, const YUsmParameters& parameters,
                   format.depth_bits, context->get());
   return OVRA_OK;
 }
-
-// The deltas of every difference, where the level does not matter.
-class LevelDeltas {
- public:
-  LevelDeltas(const YUsmContext& context, int32_t shift) {
-    const int32_t* const level = context.level_table;
-    is_level_ = std::all_of(level, level + OVRA_LEVEL_TABLE_SIZE,
-                            [level](int32_t entry) { return entry == level[0]; });
-    if (!is_level_) return;
-    for (size_t i = 0; i < OVRA_DIFFERENCE_TABLE_SIZE; ++i) {
-      const uint32_t product = WrappingProduct(context.correction_table[i], level[0]);
-      deltas_[i] = static_cast<int16_t>(static_cast<int32_t>(product) >> shift);
-    }
-  }
-  LevelDeltas(const LevelDeltas&) = delete;
-  LevelDeltas& operator=(const LevelDeltas&) = delete;
-
-  const int16_t* Get() const { return is_level_ ? deltas_ : nullptr; }
-
- private:
-  bool is_level_;
-  int16_t deltas_[OVRA_DIFFERENCE_TABLE_SIZE];
-};
 
 // What blurs along a row and across rows. The weights (32, 64, 32) need no limit, and
 // (8, 32, 48, 32, 8) are the former twice along a row, but one sum across.
@@ -125,14 +102,17 @@ class YUsmRun {
         after_(taps_ >> 1),
         before_(taps_ - 1 - after_),
         depth_bits_(static_cast<int32_t>(format.depth_bits)),
-        shift_(depth_bits_ == 8 ? 16 : 14),
-        level_deltas_(context, shift_),
-        tables_{context.correction_table, context.level_table, shift_, level_deltas_.Get()},
+        tables_{context.correction_table, context.level_table, depth_bits_ == 8 ? 16 : 14,
+                &even_deltas_},
         weights_(context),
         blur_kernels_(weights_.kernel, tier),
         find_deltas_(ForTier(tier, kYUsmPlain, kYUsmSse, kYUsmAvx2).find_deltas),
         luminance_kernels_(ForTier(tier, kLuminancePlain, kLuminanceSse, kLuminanceAvx2)
-                               .Of(format.color_model, depth_bits_)) {}
+                               .Of(format.color_model, depth_bits_)) {
+    FindEvenDeltas(tables_, &even_deltas_);
+  }
+  YUsmRun(const YUsmRun&) = delete;
+  YUsmRun& operator=(const YUsmRun&) = delete;
 
   [[nodiscard]] bool Allocate() {
     const auto columns = static_cast<uint64_t>(before_ + width_ + after_);
@@ -203,8 +183,7 @@ class YUsmRun {
   const int32_t after_;   // taps right of and below the pixel
   const int32_t before_;  // left of and above it: one less for even counts
   const int32_t depth_bits_;
-  const int32_t shift_;
-  const LevelDeltas level_deltas_;
+  YUsmEvenDeltas even_deltas_;
   const YUsmTables tables_;
   const Weights weights_;
   const BlurKernels blur_kernels_;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "filter/luminance/level_stretch.h"
 #include "ovra/filter.h"
 
 namespace ovra {
@@ -29,6 +30,12 @@ struct YUsmDoubleTables {
   bool is_even;
   YUsmEvenBand even_coarse;
   YUsmEvenBand even_fine;
+  // Where the level matters to neither band, what each adds, by the band's value; while the blurs stay
+  // within the luminance's range and no sum needs more than 16 bits.
+  bool has_even_levels;
+  LevelStretch even_levels;
+  int16_t coarse_changes[OVRA_DIFFERENCE_TABLE_SIZE];
+  int16_t fine_changes[OVRA_DIFFERENCE_TABLE_SIZE];
 };
 
 // The deltas of a row's 8-bit samples, from its luminance (0..1023) and that blurred coarsely and

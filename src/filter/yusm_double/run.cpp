@@ -8,6 +8,7 @@
 #include "core/row_ring.h"
 #include "core/rows.h"
 #include "core/saturate.h"
+#include "core/wrapping.h"
 #include "filter/luminance/kernels.h"
 #include "filter/plane_filter/plane_filter.h"
 #include "filter/yusm_double/kernels.h"
@@ -59,11 +60,37 @@ bool FindEvenBand(const YUsmBandTables& tables, YUsmEvenBand* even) {
   return true;
 }
 
+// What a band adds at one level, by its value. False where that is more than a few times the band.
+bool FillChanges(const YUsmBandTables& tables, int32_t level, int16_t* changes) {
+  constexpr int32_t kMost = 1 << 13;  // two of these and two luminances stay below 2^15
+  constexpr int32_t kNoDifference = OVRA_DIFFERENCE_TABLE_SIZE / 2;
+  bool are_small = true;
+  for (int32_t i = 0; i < OVRA_DIFFERENCE_TABLE_SIZE; ++i) {
+    const int64_t strength =
+        static_cast<int32_t>(WrappingProduct(tables.difference[i], tables.level[level])) >> 8;
+    const int64_t change = strength * (i - kNoDifference) >> 16;
+    are_small &= change >= -kMost && change <= kMost;
+    changes[i] = static_cast<int16_t>(change);
+  }
+  return are_small;
+}
+
+bool FindEvenLevels(YUsmDoubleTables* tables) {
+  const int32_t* const coarse = tables->coarse.level;
+  const int32_t* const fine = tables->fine.level;
+  tables->even_levels = LongestStretch(
+      [=](int32_t a, int32_t b) { return coarse[a] == coarse[b] && fine[a] == fine[b]; });
+  const int32_t level = tables->even_levels.first;
+  return FillChanges(tables->coarse, level, tables->coarse_changes) &&
+         FillChanges(tables->fine, level, tables->fine_changes);
+}
+
 void FillTables(const YUsmDoubleParameters& parameters, YUsmDoubleTables* tables) {
   FillBandTables(parameters.coarse, &tables->coarse);
   FillBandTables(parameters.fine, &tables->fine);
-  tables->is_even = IsMean(parameters.coarse) && IsMean(parameters.fine) &&
-                    IsEven(tables->coarse) && IsEven(tables->fine) &&
+  const bool are_means = IsMean(parameters.coarse) && IsMean(parameters.fine);
+  tables->has_even_levels = are_means && FindEvenLevels(tables);
+  tables->is_even = are_means && IsEven(tables->coarse) && IsEven(tables->fine) &&
                     FindEvenBand(tables->coarse, &tables->even_coarse) &&
                     FindEvenBand(tables->fine, &tables->even_fine);
 }
