@@ -120,6 +120,16 @@ struct Sse {
   // For sums of a loop that fills the registers: without it GCC 12 moves each sum to a second one, and
   // some to memory.
   static void KeepInPlace(Reg& a) { __asm__("" : "+x"(a)); }
+  // Element kElement from memory, the others as they are.
+  template <int kElement>
+  static Reg Insert(Reg a, const uint16_t* p) {
+    return _mm_insert_epi16(a, *p, kElement);
+  }
+  template <int kElement>
+  static Reg Insert(Reg a, const uint8_t* p) {
+    return _mm_insert_epi8(a, *p, kElement);
+  }
+
   static Reg Zero() { return _mm_setzero_si128(); }
   static Reg Set8(int32_t v) { return _mm_set1_epi8(static_cast<char>(v)); }
   static Reg Set16(int32_t v) { return _mm_set1_epi16(static_cast<int16_t>(v)); }

@@ -30,6 +30,7 @@ struct ChannelTables : TaggedContext<0x7AB1E300> {
   DecodedFormatPair decoded;
   WorkMemory<uint16_t> table[kChannels];  // an entry for every value of the input depth
   WorkMemory<uint8_t> bytes[kChannels];   // the same, for a destination of bytes
+  WorkMemory<uint8_t> differences[kChannels];
   WorkMemory<PlacedTables<uint32_t>> placed_bytes;
   WorkMemory<PlacedTables<uint64_t>> placed_words;
 
@@ -52,6 +53,16 @@ bool PlaceEntries(const ChannelTables& context, WorkMemory<PlacedTables<Word>>* 
   return true;
 }
 
+bool MakeDifferences(const WorkMemory<uint8_t>& bytes, WorkMemory<uint8_t>* differences) {
+  constexpr uint32_t kRow = 16;
+  if (!differences->Allocate(256)) return false;
+  for (uint32_t v = 0; v < 256; ++v) {
+    const bool second = v / kRow % 2 == 1;
+    (*differences)[v] = static_cast<uint8_t>(second ? bytes[v] ^ bytes[v - kRow] : bytes[v]);
+  }
+  return true;
+}
+
 // Makes the tables beside `table` that kernels want for these depths.
 bool MakeNarrowTables(ChannelTables* context) {
   const auto& [input, output] = context->decoded;
@@ -61,6 +72,9 @@ bool MakeNarrowTables(ChannelTables* context) {
       if (!context->bytes[k].Allocate(entries)) return false;
       for (uint32_t v = 0; v < entries; ++v) {
         context->bytes[k][v] = static_cast<uint8_t>(context->table[k][v]);
+      }
+      if (entries == 256 && !MakeDifferences(context->bytes[k], &context->differences[k])) {
+        return false;
       }
     }
   }
@@ -123,6 +137,7 @@ SampleTables PrepareTables(const ChannelTables& context) {
   for (int k = 0; k < kChannels; ++k) {
     tables.table[k] = context.table[context.ChannelOf(k)].data();
     tables.bytes[k] = context.bytes[context.ChannelOf(k)].data();
+    tables.differences[k] = context.differences[context.ChannelOf(k)].data();
   }
   tables.last = context.decoded.input.MaxSample();
   tables.placed_bytes = context.placed_bytes.data();

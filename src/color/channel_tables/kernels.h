@@ -17,8 +17,11 @@ using PlacedTables = Word[kPlacedSamples][256];
 struct SampleTables {
   const uint16_t* table[3];
   uint32_t last;  // greatest index; samples above it count as it
-  // The same entries as bytes, where the destination has bytes. Aligned to 16 bytes.
+  // The same entries as bytes, where the destination has bytes.
   const uint8_t* bytes[3];
+  // From bytes to bytes only: the same in rows of 16 entries, every second of which is its difference (by
+  // exclusive or) from the one before it. Aligned to 16 bytes.
+  const uint8_t* differences[3];
   // From bytes only, the one that the destination's samples ask for.
   const PlacedTables<uint32_t>* placed_bytes;
   const PlacedTables<uint64_t>* placed_words;

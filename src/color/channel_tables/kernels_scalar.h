@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "color/channel_tables/kernels.h"
+#include "core/vector_ops.h"
 
 namespace ovra {
 namespace {
@@ -51,39 +52,86 @@ void MapPlaced(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixel
                                     tables);
 }
 
-// Words, through tables whose entries are as wide as the destination's samples.
-template <class Out, bool kAllWords>
-void MapWords(const uint16_t* in, Out* out, std::ptrdiff_t samples, const Out* const (&tables)[3],
-              uint32_t last) {
-  const Out* const table0 = tables[0];
-  const Out* const table1 = tables[1];
-  const Out* const table2 = tables[2];
-  const auto index = [last](uint32_t sample) { return kAllWords || sample < last ? sample : last; };
-  for (std::ptrdiff_t i = 0; i < samples; i += 3) {
-    out[i] = table0[index(in[i])];
-    out[i + 1] = table1[index(in[i + 1])];
-    out[i + 2] = table2[index(in[i + 2])];
+// Words, through tables whose entries are as wide as the destination's samples. Entries are put into their
+// places of a register one by one, which takes one instruction for each and one store for all; samples are read
+// as many at a time as a machine word holds.
+template <class Out>
+struct WordMapper {
+  static constexpr int kEntries = 16 / sizeof(Out);  // of a register
+  static constexpr int kSamples = 3 * kEntries;      // in which channels and places meet again
+  static constexpr std::ptrdiff_t kPixels = kEntries;
+  static constexpr int kAtOnce = sizeof(uintptr_t) / sizeof(uint16_t);
+  static constexpr std::ptrdiff_t kAheadBytes = 2048;
+
+  const Out* tables[3];
+
+  // Puts the entries of the samples from kSample on, which `samples` holds, into their places.
+  template <int kSample, int kLeft = kAtOnce>
+  Sse::Reg Insert(Sse::Reg entries, uintptr_t samples) const {
+    const Out* const entry = tables[kSample % 3] + (samples & 0xFFFF);
+    entries = Sse::Insert<kSample % kEntries>(entries, entry);
+    if constexpr (kLeft > 1) entries = Insert<kSample + 1, kLeft - 1>(entries, samples >> 16);
+    return entries;
+  }
+
+  // A register of entries, of which kSample is the next.
+  template <int kSample>
+  Sse::Reg Fill(Sse::Reg entries, const uint16_t* in) const {
+    uintptr_t samples;
+    std::memcpy(&samples, in + kSample, sizeof samples);
+    entries = Insert<kSample>(entries, samples);
+    if constexpr ((kSample + kAtOnce) % kEntries != 0)
+      entries = Fill<kSample + kAtOnce>(entries, in);
+    return entries;
+  }
+
+  void MapPixels(const uint16_t* in, Out* out) const {
+    Sse::Store(out, Fill<0>(Sse::Zero(), in));
+    Sse::Store(out + kEntries, Fill<kEntries>(Sse::Zero(), in));
+    Sse::Store(out + 2 * kEntries, Fill<2 * kEntries>(Sse::Zero(), in));
+  }
+};
+
+// The samples of so many pixels, limited to the greatest index.
+template <int kSamples>
+void LimitSamples(const uint16_t* in, uint32_t last, uint16_t (&limited)[kSamples]) {
+  const Sse::Reg most = Sse::Set16(static_cast<int>(last));
+  for (int i = 0; i < kSamples; i += 8) {
+    Sse::StoreAligned(limited + i, Sse::MinU16(Sse::Load(in + i), most));
   }
 }
 
 template <class Out>
 void MapDeep(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
              const SampleTables& tables) {
-  constexpr uint32_t kLastWord = 0xFFFF;
+  using Mapper = WordMapper<Out>;
   const auto* const in = reinterpret_cast<const uint16_t*>(source);
   auto* const out = reinterpret_cast<Out*>(destination);
-  const auto map = [&](const Out* const(&entries)[3]) {
-    if (tables.last == kLastWord) {
-      MapWords<Out, true>(in, out, 3 * pixels, entries, tables.last);
+  Mapper mapper;
+  for (int k = 0; k < 3; ++k) {
+    if constexpr (sizeof(Out) == 1) {
+      mapper.tables[k] = tables.bytes[k];
     } else {
-      MapWords<Out, false>(in, out, 3 * pixels, entries, tables.last);
+      mapper.tables[k] = tables.table[k];
     }
-  };
-  if constexpr (sizeof(Out) == 1) {
-    map(tables.bytes);
-  } else {
-    map(tables.table);
   }
+  constexpr std::ptrdiff_t kSourceBytes = Mapper::kSamples * sizeof(uint16_t);
+  std::ptrdiff_t i = 0;
+  if (tables.last == UINT16_MAX) {
+    for (; i + Mapper::kPixels <= pixels; i += Mapper::kPixels) {
+      PrefetchAt(in + 3 * i, Mapper::kAheadBytes, kSourceBytes);
+      mapper.MapPixels(in + 3 * i, out + 3 * i);
+    }
+  } else {
+    for (; i + Mapper::kPixels <= pixels; i += Mapper::kPixels) {
+      PrefetchAt(in + 3 * i, Mapper::kAheadBytes, kSourceBytes);
+      alignas(16) uint16_t limited[Mapper::kSamples];
+      LimitSamples(in + 3 * i, tables.last, limited);
+      mapper.MapPixels(limited, out + 3 * i);
+    }
+  }
+  kChannelTablesPlain.map[1][sizeof(Out) == 2](
+      source + 3 * i * sizeof(uint16_t), destination + 3 * i * sizeof(Out), pixels - i, tables);
 }
 
 }  // namespace

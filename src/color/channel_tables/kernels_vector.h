@@ -11,39 +11,41 @@ namespace ovra {
 namespace {
 
 // The look-up is a tree: a byte shuffle picks from one of 16 table rows by the low four bits of the
-// index, blends choose between rows by one further bit each. A blend looks at the top bit of every
-// byte.
+// index, then further bits choose between rows. By bit 4 this is an exclusive or: a row that differs is
+// kept as its difference from the one before it, and its shuffle gives 0 where the bit is not set. By
+// bits 5 and 6 it is a blend, which looks at the top bit of every byte, by bit 7 both halves together.
 template <class V>
 struct TableLookUp {
   using Reg = typename V::Reg;
 
-  static Reg Run(const uint8_t* table, Reg index) {
+  static Reg Run(const uint8_t* differences, Reg index) {
     // The shifts carry bits into the next byte, but only below its top bit.
-    const Bits bits = {V::ShiftLeft16(index, 3), V::ShiftLeft16(index, 2),
-                       V::ShiftLeft16(index, 1)};
-    const Reg flipped = V::Xor(index, V::Set8(-128));
-    return V::Or(HalfOfTable(table, index, bits), HalfOfTable(table + 128, flipped, bits));
+    const Reg top = V::Set8(-128);
+    const Reg bit5 = V::ShiftLeft16(index, 2);
+    const Reg bit6 = V::ShiftLeft16(index, 1);
+    const Reg without_bit4 = V::AndNot(V::ShiftLeft16(index, 3), top);
+    const auto half = [&](const uint8_t* rows, Reg i) {
+      const Choice choice = {i, V::Or(i, without_bit4), bit5, bit6};
+      return V::Choose8(FourRows(rows, choice), FourRows(rows + 64, choice), bit6);
+    };
+    return V::Or(half(differences, index), half(differences + 128, V::Xor(index, top)));
   }
 
  private:
-  struct Bits {
-    Reg bit4;
+  // An index whose top bit is set picks 0.
+  struct Choice {
+    Reg index;
+    Reg index_with_bit4;
     Reg bit5;
     Reg bit6;
   };
 
-  static Reg Row(const uint8_t* row, Reg index) {
-    return V::Shuffle8(V::LoadToAllLanes(row), index);
+  static Reg TwoRows(const uint8_t* rows, const Choice& choice) {
+    return V::Xor(V::Shuffle8(V::LoadToAllLanes(rows), choice.index),
+                  V::Shuffle8(V::LoadToAllLanes(rows + 16), choice.index_with_bit4));
   }
-  static Reg TwoRows(const uint8_t* rows, Reg index, const Bits& bits) {
-    return V::Choose8(Row(rows, index), Row(rows + 16, index), bits.bit4);
-  }
-  static Reg FourRows(const uint8_t* rows, Reg index, const Bits& bits) {
-    return V::Choose8(TwoRows(rows, index, bits), TwoRows(rows + 32, index, bits), bits.bit5);
-  }
-  // Entries 0..127; 0 for an index that has its top bit set, as the shuffle does it.
-  static Reg HalfOfTable(const uint8_t* half, Reg index, const Bits& bits) {
-    return V::Choose8(FourRows(half, index, bits), FourRows(half + 64, index, bits), bits.bit6);
+  static Reg FourRows(const uint8_t* rows, const Choice& choice) {
+    return V::Choose8(TwoRows(rows, choice), TwoRows(rows + 32, choice), choice.bit5);
   }
 };
 
@@ -75,9 +77,9 @@ void MapBytesByShuffles(const uint8_t* in, uint8_t* out, const SampleTables& tab
   const auto c = V::Load(in + 2 * V::kBytes);
   // The three registers begin with channels 0, 2 and 1. So the bytes of one channel lie in places
   // of their own: they gather in one register without moving, and go back in the same way.
-  const auto channel0 = TableLookUp<V>::Run(tables.bytes[0], Interleave<V>(a, b, c));
-  const auto channel1 = TableLookUp<V>::Run(tables.bytes[1], Interleave<V>(c, a, b));
-  const auto channel2 = TableLookUp<V>::Run(tables.bytes[2], Interleave<V>(b, c, a));
+  const auto channel0 = TableLookUp<V>::Run(tables.differences[0], Interleave<V>(a, b, c));
+  const auto channel1 = TableLookUp<V>::Run(tables.differences[1], Interleave<V>(c, a, b));
+  const auto channel2 = TableLookUp<V>::Run(tables.differences[2], Interleave<V>(b, c, a));
   V::Store(out, Interleave<V>(channel0, channel1, channel2));
   V::Store(out + V::kBytes, Interleave<V>(channel2, channel0, channel1));
   V::Store(out + 2 * V::kBytes, Interleave<V>(channel1, channel2, channel0));
@@ -87,7 +89,7 @@ void MapBytesByShuffles(const uint8_t* in, uint8_t* out, const SampleTables& tab
 template <class V>
 void MapBytes(const uint8_t* source, uint8_t* destination, std::ptrdiff_t pixels,
               const SampleTables& tables) {
-  constexpr std::ptrdiff_t kLookedUp = 12;  // pixels beside those of a register
+  constexpr std::ptrdiff_t kLookedUp = 8;  // pixels beside those of a register
   constexpr std::ptrdiff_t kStep = V::kBytes + kLookedUp;
   std::ptrdiff_t i = 0;
   for (; i + kStep <= pixels; i += kStep) {
