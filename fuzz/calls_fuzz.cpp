@@ -18,13 +18,10 @@ using ovra_test::FailAllocations;
 struct Circumstances {
   explicit Circumstances(uint8_t byte)
       : may_err((byte & 1) != 0),
-        is_large(byte >= 0xFE),
-        failing_allocation(may_err || is_large || byte < 0x10 ? FailAllocations::kNone
-                                                              : byte >> 4) {}
+        failing_allocation(may_err || byte < 0x10 ? FailAllocations::kNone : byte >> 4) {}
 
-  bool may_err;            // a mistake now and then, and other calls between
-  bool is_large;           // sizes as in the conformance test; most faults show in small pictures
-  int failing_allocation;  // of a small call without mistakes
+  bool may_err;            // a mistake now and then
+  int failing_allocation;  // of a call without mistakes
 };
 
 void Require(bool holds, const ovra_test::Operation& operation, const std::string& what) {
@@ -40,7 +37,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const ovra_test::Operation& operation =
       ovra_test::kOperations[data[0] % std::size(ovra_test::kOperations)];
   const Circumstances how(data[1]);
-  const ovra_test::Draw draw(0, {data + 2, size - 2}, how.may_err, !how.is_large);
+  const ovra_test::Draw draw(0, {data + 2, size - 2}, how.may_err, true);
   const std::vector<ovra::KernelTier> tiers = ovra_test::AllTiers();
   size_t turn = 0;
   bool has_failed = false;

@@ -190,8 +190,7 @@ OvraStatus Call::ConvertAll(const Images& images, const Conversion& convert) {
     if (convert(source, destination, lower) != OVRA_OK) break;
     if (draw.StaysSmall()) continue;
     const auto other = static_cast<size_t>(draw.Int(0, std::size(kOperations) - 1));
-    outcome_.complaint +=
-        MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
+    outcome_.complaint += MakeCall(kOperations[other], Draw(draw.Bits())).complaint;
   }
   if (crowd_) {
     const auto room = std::find_if(buffers_.begin(), buffers_.end(), [&](const auto& buffer) {

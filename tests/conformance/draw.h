@@ -19,7 +19,7 @@ namespace ovra_test {
 class Draw {
  public:
   // One that may err also draws what no host should pass; without that, OrWrong draws nothing. One
-  // that stays small draws no large sizes.
+  // that stays small draws no large sizes, for many calls in little time.
   explicit Draw(uint32_t seed, std::span<const uint8_t> bytes = {}, bool may_err = false,
                 bool stays_small = false)
       : random_(seed), bytes_(bytes), may_err_(may_err), stays_small_(stays_small) {}
@@ -67,8 +67,9 @@ class Draw {
   int32_t Size(int32_t low, int32_t high) {
     const int32_t kind = Int(0, 7);
     if (kind == 0 || high < low) return low < high ? low : high;
-    const int32_t most = stays_small_ ? low + kSmall : kind == 1 ? high : low + kUsual;
-    const int32_t size = Int(low, most < high ? most : high);
+    const int32_t more =
+        stays_small_ ? (kind == 1 ? kNotSmall : kSmall) : (kind == 1 ? high - low : kUsual);
+    const int32_t size = Int(low, more < high - low ? low + more : high);
     const int32_t whole = size / kVector * kVector;
     return kind <= 3 && whole >= low ? whole : size;
   }
@@ -83,6 +84,7 @@ class Draw {
  private:
   static constexpr int32_t kUsual = 70;
   static constexpr int32_t kSmall = 40;  // still more than a vector of bytes
+  static constexpr int32_t kNotSmall = 160;
   static constexpr int32_t kVector = 16;
 
   uint64_t Bytes(int count) {

@@ -141,7 +141,8 @@ void YUsmDouble(Call& call) {
   const int32_t taps2 = draw.OrWrong(draw.Of({1, 3, 5, draw.Int(0, most_taps)}));
   const int32_t least = std::min(std::max({taps1, taps2, 1}), kMostTaps / 4);
   // From 2140 pixels on the rows stream through rings.
-  const int32_t width = draw.OneIn(4) ? draw.Int(2140, 2160) : draw.Size(least, 200);
+  const bool is_wide = draw.OneIn(draw.StaysSmall() ? 64 : 4);
+  const int32_t width = is_wide ? draw.Int(2140, 2160) : draw.Size(least, 200);
   const Shape shape =
       NotNegative(call.OrWrong({width, draw.Int(least, least + 30), draw.Of({0x120U, 0x320U})}));
   const int32_t* const weights1 = DrawWeights(call, taps1);
