@@ -34,9 +34,6 @@ struct Sse {
   static Reg Load(const void* p) { return _mm_loadu_si128(static_cast<const Reg*>(p)); }
   static Reg LoadAligned(const void* p) { return _mm_load_si128(static_cast<const Reg*>(p)); }
   static Reg LoadLanes(const void* first, const void* /*second*/) { return Load(first); }
-  static Reg LoadLanesAligned(const void* first, const void* /*second*/) {
-    return LoadAligned(first);
-  }
   static Reg LoadToAllLanes(const void* p) { return Load(p); }
   static Reg LoadHalf(const void* p) { return _mm_loadl_epi64(static_cast<const Reg*>(p)); }
   static void Store(void* p, Reg a) { _mm_storeu_si128(static_cast<Reg*>(p), a); }
@@ -90,7 +87,6 @@ struct Sse {
   }
   // Half a register's bytes from memory as whole 32-bit elements, or limited to 16 bits and back.
   static Reg LoadS16As32(const void* p) { return _mm_cvtepi16_epi32(LoadHalf(p)); }
-  static Reg LoadU16As32(const void* p) { return _mm_cvtepu16_epi32(LoadHalf(p)); }
   static void Store32AsS16(void* p, Reg a) {
     _mm_storel_epi64(static_cast<Reg*>(p), _mm_packs_epi32(a, a));
   }
@@ -190,14 +186,9 @@ struct Sse {
     if constexpr (kBits == 32) return _mm_unpackhi_epi32(a, b);
     if constexpr (kBits == 64) return _mm_unpackhi_epi64(a, b);
   }
-  // The first and third, or the second and fourth, 32-bit element of a, then of b.
-  static Reg Evens32(Reg a, Reg b) {
-    return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0x88));
-  }
   static Reg Odds32(Reg a, Reg b) {
     return _mm_castps_si128(_mm_shuffle_ps(_mm_castsi128_ps(a), _mm_castsi128_ps(b), 0xDD));
   }
-  static Reg PackS16(Reg a, Reg b) { return _mm_packs_epi16(a, b); }
   static Reg PackU16(Reg a, Reg b) { return _mm_packus_epi16(a, b); }
   static Reg PackS32(Reg a, Reg b) { return _mm_packs_epi32(a, b); }
   static Reg PackU32(Reg a, Reg b) { return _mm_packus_epi32(a, b); }
@@ -209,7 +200,6 @@ struct Sse {
     return a;
   }
 
-  static Reg Add8(Reg a, Reg b) { return _mm_add_epi8(a, b); }
   static Reg Sub8(Reg a, Reg b) { return _mm_sub_epi8(a, b); }
   static Reg AddSatU8(Reg a, Reg b) { return _mm_adds_epu8(a, b); }
   static Reg SubSatU8(Reg a, Reg b) { return _mm_subs_epu8(a, b); }
@@ -252,7 +242,6 @@ struct Sse {
   static Reg Sub32(Reg a, Reg b) { return _mm_sub_epi32(a, b); }
   static Reg Min32(Reg a, Reg b) { return _mm_min_epi32(a, b); }
   static Reg Max32(Reg a, Reg b) { return _mm_max_epi32(a, b); }
-  static Reg Equal32(Reg a, Reg b) { return _mm_cmpeq_epi32(a, b); }
   static Reg Greater32(Reg a, Reg b) { return _mm_cmpgt_epi32(a, b); }
   static Reg MulLow32(Reg a, Reg b) { return _mm_mullo_epi32(a, b); }
   static Reg AddAcross32(Reg a, Reg b) { return _mm_hadd_epi32(a, b); }
@@ -267,10 +256,7 @@ struct Sse {
   static Reg ShiftRight32(Reg a, int n) { return _mm_srai_epi32(a, n); }
   static Reg ShiftRightU32(Reg a, int n) { return _mm_srli_epi32(a, n); }
 
-  static Reg Add64(Reg a, Reg b) { return _mm_add_epi64(a, b); }
   static Reg Sub64(Reg a, Reg b) { return _mm_sub_epi64(a, b); }
-  // Whole products of the first and third 32-bit element of each lane.
-  static Reg MulEvens32(Reg a, Reg b) { return _mm_mul_epi32(a, b); }
   static Reg MulEvensU32(Reg a, Reg b) { return _mm_mul_epu32(a, b); }
   static Reg ShiftLeft64(Reg a, int n) { return _mm_slli_epi64(a, n); }
   static Reg ShiftRightU64(Reg a, int n) { return _mm_srli_epi64(a, n); }
@@ -365,9 +351,6 @@ struct Avx2 {
   static Reg LoadLanes(const void* first, const void* second) {
     return SetLanes(Sse::Load(first), Sse::Load(second));
   }
-  static Reg LoadLanesAligned(const void* first, const void* second) {
-    return SetLanes(Sse::LoadAligned(first), Sse::LoadAligned(second));
-  }
   static Reg LoadToAllLanes(const void* p) { return _mm256_broadcastsi128_si256(Sse::Load(p)); }
   static Sse::Reg LoadHalf(const void* p) { return Sse::Load(p); }
   static void Store(void* p, Reg a) { _mm256_storeu_si256(static_cast<Reg*>(p), a); }
@@ -402,7 +385,6 @@ struct Avx2 {
   }
   static void WidenU8To16(Sse::Reg bytes, Reg (&out)[1]) { out[0] = _mm256_cvtepu8_epi16(bytes); }
   static Reg LoadS16As32(const void* p) { return _mm256_cvtepi16_epi32(LoadHalf(p)); }
-  static Reg LoadU16As32(const void* p) { return _mm256_cvtepu16_epi32(LoadHalf(p)); }
   static void Store32AsS16(void* p, Reg a) {
     Sse::Store(p, _mm_packs_epi32(Lane(a, 0), Lane(a, 1)));
   }
@@ -476,15 +458,10 @@ struct Avx2 {
     if constexpr (kBits == 32) return _mm256_unpackhi_epi32(a, b);
     if constexpr (kBits == 64) return _mm256_unpackhi_epi64(a, b);
   }
-  static Reg Evens32(Reg a, Reg b) {
-    return _mm256_castps_si256(
-        _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), 0x88));
-  }
   static Reg Odds32(Reg a, Reg b) {
     return _mm256_castps_si256(
         _mm256_shuffle_ps(_mm256_castsi256_ps(a), _mm256_castsi256_ps(b), 0xDD));
   }
-  static Reg PackS16(Reg a, Reg b) { return _mm256_packs_epi16(a, b); }
   static Reg PackU16(Reg a, Reg b) { return _mm256_packus_epi16(a, b); }
   static Reg PackS32(Reg a, Reg b) { return _mm256_packs_epi32(a, b); }
   static Reg PackU32(Reg a, Reg b) { return _mm256_packus_epi32(a, b); }
@@ -495,7 +472,6 @@ struct Avx2 {
     return a;
   }
 
-  static Reg Add8(Reg a, Reg b) { return _mm256_add_epi8(a, b); }
   static Reg Sub8(Reg a, Reg b) { return _mm256_sub_epi8(a, b); }
   static Reg AddSatU8(Reg a, Reg b) { return _mm256_adds_epu8(a, b); }
   static Reg SubSatU8(Reg a, Reg b) { return _mm256_subs_epu8(a, b); }
@@ -535,7 +511,6 @@ struct Avx2 {
   static Reg Sub32(Reg a, Reg b) { return _mm256_sub_epi32(a, b); }
   static Reg Min32(Reg a, Reg b) { return _mm256_min_epi32(a, b); }
   static Reg Max32(Reg a, Reg b) { return _mm256_max_epi32(a, b); }
-  static Reg Equal32(Reg a, Reg b) { return _mm256_cmpeq_epi32(a, b); }
   static Reg Greater32(Reg a, Reg b) { return _mm256_cmpgt_epi32(a, b); }
   static Reg MulLow32(Reg a, Reg b) { return _mm256_mullo_epi32(a, b); }
   static Reg AddAcross32(Reg a, Reg b) { return _mm256_hadd_epi32(a, b); }
@@ -548,9 +523,7 @@ struct Avx2 {
   static Reg ShiftRight32(Reg a, int n) { return _mm256_srai_epi32(a, n); }
   static Reg ShiftRightU32(Reg a, int n) { return _mm256_srli_epi32(a, n); }
 
-  static Reg Add64(Reg a, Reg b) { return _mm256_add_epi64(a, b); }
   static Reg Sub64(Reg a, Reg b) { return _mm256_sub_epi64(a, b); }
-  static Reg MulEvens32(Reg a, Reg b) { return _mm256_mul_epi32(a, b); }
   static Reg MulEvensU32(Reg a, Reg b) { return _mm256_mul_epu32(a, b); }
   static Reg ShiftLeft64(Reg a, int n) { return _mm256_slli_epi64(a, n); }
   static Reg ShiftRightU64(Reg a, int n) { return _mm256_srli_epi64(a, n); }

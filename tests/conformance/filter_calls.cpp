@@ -174,12 +174,12 @@ void YUsmDouble(Call& call) {
 }
 
 void EdgeFilter(Call& call) {
-  // Rows are packed whatever the format says.
   const Shape shape = NotNegative(call.OrWrong(
       {call.draw.Size(1, 300), call.draw.Int(1, 30), call.draw.Of({0x120U, 0x220U, 0x320U})}));
   const OvraPixelFormatCode ignored = call.draw.Of({0U, 0x00200000U, 0x01100000U});
-  const uint8_t* const source = call.Source(shape);
-  uint8_t* const destination = call.Destination(shape, Padding::kKept);
+  const Shape packed = shape.WithAlignmentOf(0);  // rows are, whatever the format says
+  const uint8_t* const source = call.Source(packed);
+  uint8_t* const destination = call.Destination(packed, Padding::kKept);
   call.MayDoWithoutMemory();
   call.Run([&] {
     return OvraEFilterImage(source, destination, Unsigned(shape.width), Unsigned(shape.height),
