@@ -134,7 +134,6 @@ void EngineRows<Sample>::FindInnerColumns(int32_t pixels_read) {
 template <class Sample>
 void EngineRows<Sample>::Restart() {
   next_destination_ = 0;
-  row_fraction_ = AxisTaps::kNoFraction;
   taken_ = 0;
   filtered_ = -1;
   next_ = std::numeric_limits<int64_t>::min();

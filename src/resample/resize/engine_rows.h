@@ -41,8 +41,9 @@ class EngineRows {
 
   AxisTaps rows_;
   WorkMemory<int16_t> row_weights_;
-  double row_fraction_ = 0.0;  // whose weights they are: often that of the next row, too
-  ByteColumns byte_columns_;   // where they are usable; the others take what follows
+  // Whose weights they are: often those of the next row, too.
+  double row_fraction_ = AxisTaps::kNoFraction;
+  ByteColumns byte_columns_;  // where they are usable; the others take what follows
   WorkMemory<TapSet> columns_;
   WorkMemory<int16_t> column_weights_;
   RowRing<Intermediate<Sample>> ring_;
