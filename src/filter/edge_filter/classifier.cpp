@@ -22,8 +22,8 @@ class RowBlur {
  public:
   template <uint32_t kTaps>
   [[nodiscard]] bool Prepare(uint32_t width, const int32_t (&weights)[kTaps], KernelTier tier) {
-    return filter_.Prepare(width, kTaps, weights, tier) && filtered_.Allocate(width, kCoarseTaps) &&
-           blurred_.Allocate(width);
+    return filter_.Prepare(width, kTaps, weights, PlaneSamples::kSigned, tier) &&
+           filtered_.Allocate(width, kCoarseTaps) && blurred_.Allocate(width);
   }
 
   // Takes row `y` of the plane, in order.

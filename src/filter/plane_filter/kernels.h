@@ -30,10 +30,14 @@ using CombineRowsKernel = void(const int16_t* const* rows, const PlaneKernel& ke
 
 CombineRowsKernel CombineRowsZero;  // for weights that sum to zero or less, in every tier
 
+// Half of the unit, times this, fits 16 bits.
+inline constexpr int32_t kMaxMeanSample = 1023;
+
 // The vector forms need weight_pairs.
 struct PlaneFilterKernels {
   CombineRowsKernel* shift;       // for weights that sum to kPlaneUnitSum
   CombineRowsKernel* mirrored;    // the same, where IsMirroredMean and samples are below 2^14
+  CombineRowsKernel* luminance;   // the same, where samples are 0..kMaxMeanSample
   CombineRowsKernel* divide;      // to another positive number
   CombineRowsKernel* three_taps;  // for the weights 32, 64, 32
 };

@@ -37,7 +37,7 @@ void CombineRowsZero(const int16_t* const* /*rows*/, const PlaneKernel& /*kernel
   std::memset(output, 0, static_cast<size_t>(width) * sizeof(*output));
 }
 
-const PlaneFilterKernels kPlaneFilterPlain = {CombineRowsShift, CombineRowsShift, CombineRowsDivide,
-                                              CombineRowsShift};
+const PlaneFilterKernels kPlaneFilterPlain = {CombineRowsShift, CombineRowsShift, CombineRowsShift,
+                                              CombineRowsDivide, CombineRowsShift};
 
 }  // namespace ovra

@@ -83,6 +83,52 @@ void CombineRowsShift(const int16_t* const* rows, const PlaneKernel& kernel, int
   }
 }
 
+// Sums of 16 bits: one for each half of the weights, of which the tap in the middle of the sum has a
+// part in both.
+template <class V>
+void CombineLuminanceRows(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
+                          std::ptrdiff_t width) {
+  using Reg = typename V::Reg;
+  const std::ptrdiff_t taps = (kernel.taps + 1) / 2;
+  const auto rows_of = [&](std::ptrdiff_t k) { return kernel.taps - 1 - k == k ? 1 : 2; };
+  std::ptrdiff_t divided = 0;
+  int32_t left = kPlaneUnitSum / 2;
+  for (; rows_of(divided) * kernel.weights[divided] <= left; ++divided) {
+    left -= rows_of(divided) * kernel.weights[divided];
+  }
+  const int32_t first_part = left / rows_of(divided);
+  const Reg first_weight = V::Set16(first_part);
+  const Reg second_weight = V::Set16(kernel.weights[divided] - first_part);
+  const auto add = [&](std::ptrdiff_t k, std::ptrdiff_t x, Reg weight, Reg(&sums)[2]) {
+    for (int r = 0; r < 2; ++r) {
+      const std::ptrdiff_t at = x + r * (V::kBytes / 2);
+      const Reg samples = V::Load(rows[k] + at);
+      const Reg both =
+          rows_of(k) == 1 ? samples : V::Add16(samples, V::Load(rows[kernel.taps - 1 - k] + at));
+      sums[r] = V::Add16(sums[r], V::MulLow16(both, weight));
+    }
+  };
+  const auto block = [&](std::ptrdiff_t x) {
+    Reg first[2] = {V::Zero(), V::Zero()};
+    Reg second[2] = {V::Zero(), V::Zero()};
+    for (std::ptrdiff_t k = 0; k < divided; ++k) add(k, x, V::Set16(kernel.weights[k]), first);
+    add(divided, x, first_weight, first);
+    add(divided, x, second_weight, second);
+    for (std::ptrdiff_t k = divided + 1; k < taps; ++k) {
+      add(k, x, V::Set16(kernel.weights[k]), second);
+    }
+    for (int r = 0; r < 2; ++r) {
+      // Half of both sums, rounded down, without a wider sum.
+      const Reg half =
+          V::Add16(V::And(first[r], second[r]), V::ShiftRightU16(V::Xor(first[r], second[r]), 1));
+      V::Store(output + x + r * (V::kBytes / 2), V::ShiftRightU16(half, kPlaneUnitBits - 1));
+    }
+  };
+  if (!CoverRow(width, V::kBytes, block)) {
+    NarrowerThan<V>(kPlaneFilterPlain, kPlaneFilterSse).luminance(rows, kernel, output, width);
+  }
+}
+
 // Divides four integers by a positive integer, of which the reciprocal is given, toward zero. With
 // a half added to its magnitude no quotient is closer to an integer than half of that reciprocal,
 // which is far more than what the product of doubles can be off.
@@ -119,8 +165,8 @@ void CombineRowsDivide(const int16_t* const* rows, const PlaneKernel& kernel, in
 
 template <class V>
 constexpr PlaneFilterKernels kPlaneFilterOf = {CombineRowsShift<V, false>,
-                                               CombineRowsShift<V, true>, CombineRowsDivide<V>,
-                                               CombineRowsThreeTaps<V>};
+                                               CombineRowsShift<V, true>, CombineLuminanceRows<V>,
+                                               CombineRowsDivide<V>, CombineRowsThreeTaps<V>};
 
 }  // namespace
 }  // namespace ovra

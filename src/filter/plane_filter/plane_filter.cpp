@@ -40,18 +40,20 @@ bool IsMirroredMean(const PlaneKernel& kernel) {
          std::equal(kernel.weights, end, std::make_reverse_iterator(end));
 }
 
-CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier) {
+CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, PlaneSamples samples,
+                                     KernelTier tier) {
   if (kernel.sum <= 0) return CombineRowsZero;
   const KernelTier usable = kernel.weight_pairs == nullptr ? KernelTier::kPlain : tier;
   const PlaneFilterKernels& kernels =
       ForTier(usable, kPlaneFilterPlain, kPlaneFilterSse, kPlaneFilterAvx2);
   if (IsThreeTaps(kernel)) return kernels.three_taps;
   if (kernel.sum != kPlaneUnitSum) return kernels.divide;
-  return IsMirroredMean(kernel) ? kernels.mirrored : kernels.shift;
+  if (!IsMirroredMean(kernel)) return kernels.shift;
+  return samples == PlaneSamples::kLuminance ? kernels.luminance : kernels.mirrored;
 }
 
 bool SeparablePlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,
-                                   KernelTier tier) {
+                                   PlaneSamples samples, KernelTier tier) {
   const uint64_t pairs = (uint64_t{tap_count} + 1) / 2;
   if (!line_.Allocate(uint64_t{width} + tap_count) || !shifts_.Allocate(tap_count) ||
       !rows_.Allocate(tap_count) || !weight_pairs_.Allocate(pairs)) {
@@ -63,7 +65,7 @@ bool SeparablePlaneFilter::Prepare(uint32_t width, uint32_t tap_count, const int
   const int32_t sum = SumOfWeights(weights, tap_count);
   kernel_ = {weights, FitsPairs(weights, tap_count) ? weight_pairs_.data() : nullptr,
              static_cast<std::ptrdiff_t>(tap_count), sum, sum > 0 ? 1.0 / sum : 0.0};
-  combine_ = SelectCombineRows(kernel_, tier);
+  combine_ = SelectCombineRows(kernel_, samples, tier);
   return true;
 }
 

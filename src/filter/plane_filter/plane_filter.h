@@ -19,8 +19,12 @@ void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs);
 // no sample becomes greater.
 bool IsMirroredMean(const PlaneKernel& kernel);
 
-// The kernel that applies these weights to samples below 2^14 in magnitude.
-CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, KernelTier tier);
+// What a plane holds: numbers below 2^14 in magnitude, or 0..kMaxMeanSample.
+enum class PlaneSamples { kSigned, kLuminance };
+
+// The kernel that applies these weights.
+CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, PlaneSamples samples,
+                                     KernelTier tier);
 
 // One kernel made ready for rows of one width. Horizontal and vertical filtering are separate
 // steps, so that a caller may keep as many rows as it likes.
@@ -38,7 +42,7 @@ class SeparablePlaneFilter {
   // False when there is no memory. The weights belong to the caller and must outlive the filter; a
   // tap count of 0 is a kernel that sums to 0.
   [[nodiscard]] bool Prepare(uint32_t width, uint32_t tap_count, const int32_t* weights,
-                             KernelTier tier);
+                             PlaneSamples samples, KernelTier tier);
 
   // Taps before and after the one in the middle; an even kernel reaches further after it.
   std::ptrdiff_t Before() const { return kernel_.taps == 0 ? 0 : (kernel_.taps - 1) >> 1; }

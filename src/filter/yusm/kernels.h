@@ -46,7 +46,6 @@ using FindDeltasRow = void(const int16_t* luminance, const int16_t* blurred, int
 
 struct YUsmKernels {
   CombineRowsKernel* limited;       // the sums, shifted as kPlaneUnitSum, limited to the luminance
-  CombineRowsKernel* mirrored;      // the same, where IsMirroredMean
   CombineRowsKernel* smooth_twice;  // 32, 64, 32 twice over five rows, truncated in between
   CombineRowsKernel* five_taps;     // 8, 32, 48, 32, 8 over samples of 0..kMaxLuminance
   FindDeltasRow* find_deltas;

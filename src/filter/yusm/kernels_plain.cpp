@@ -42,7 +42,6 @@ void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* delta
 
 }  // namespace
 
-const YUsmKernels kYUsmPlain = {CombineRowsLimited, CombineRowsLimited, SmoothTwice,
-                                CombineRowsLimited, FindDeltas};
+const YUsmKernels kYUsmPlain = {CombineRowsLimited, SmoothTwice, CombineRowsLimited, FindDeltas};
 
 }  // namespace ovra

@@ -8,13 +8,13 @@
 namespace ovra {
 namespace {
 
-template <class V, bool kMirrored>
+template <class V>
 void CombineRowsLimited(const int16_t* const* rows, const PlaneKernel& kernel, int16_t* output,
                         std::ptrdiff_t width) {
   const auto max_luminance = V::Set16(kMaxLuminance);
   const auto block = [&](std::ptrdiff_t x) {
     typename V::Reg sums[2];
-    WeightedSums<V, kMirrored>(rows, kernel, x, sums);
+    WeightedSums<V>(rows, kernel, x, sums);
     for (auto& sum : sums) sum = V::ShiftRight32(sum, kPlaneUnitBits);
     const auto value = V::PackS32(sums[0], sums[1]);
     V::Store(output + x, V::Min16(V::Max16(value, V::Zero()), max_luminance));
@@ -103,8 +103,7 @@ void FindDeltas(const int16_t* luminance, const int16_t* blurred, int16_t* delta
 }
 
 template <class V>
-constexpr YUsmKernels kYUsmOf = {CombineRowsLimited<V, false>, CombineRowsLimited<V, true>,
-                                 SmoothTwice<V>, FiveTaps<V>, FindDeltas<V>};
+constexpr YUsmKernels kYUsmOf = {CombineRowsLimited<V>, SmoothTwice<V>, FiveTaps<V>, FindDeltas<V>};
 
 }  // namespace
 }  // namespace ovra

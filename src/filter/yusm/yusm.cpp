@@ -53,7 +53,7 @@ Status BuildContext(const PixelFormat& format, const YUsmParameters& parameters,
   return OVRA_OK;
 }
 
-// What blurs along a row and across rows. The weights (32, 64, 32) need no limit, and
+// What blurs along a row and across rows. A mean needs no limit, and
 // (8, 32, 48, 32, 8) are the former twice along a row, but one sum across.
 struct BlurKernels {
   BlurKernels(const PlaneKernel& blur, KernelTier tier) {
@@ -69,8 +69,8 @@ struct BlurKernels {
     const bool three_taps = has(kThreeTapWeights);
     const bool five_taps = has(kFiveTapWeights);
     const bool mirrored = IsMirroredMean(blur);
-    along = mirrored ? plane.mirrored : plane.shift;
-    across = mirrored ? mask.mirrored : mask.limited;
+    along = mirrored ? plane.luminance : plane.shift;
+    across = mirrored ? plane.luminance : mask.limited;
     if (three_taps) along = across = plane.three_taps;
     if (five_taps) {
       along = mask.smooth_twice;

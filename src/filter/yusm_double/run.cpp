@@ -138,7 +138,9 @@ class StreamedBlur {
   [[nodiscard]] bool Prepare(uint32_t width, std::ptrdiff_t height, const YUsmBand& band,
                              KernelTier tier) {
     height_ = height;
-    if (!filter_.Prepare(width, band.tap_count, band.weights, tier)) return false;
+    if (!filter_.Prepare(width, band.tap_count, band.weights, PlaneSamples::kLuminance, tier)) {
+      return false;
+    }
     const std::ptrdiff_t reached = filter_.Before() + 1 + filter_.After();
     return filtered_.Allocate(width, static_cast<uint64_t>(reached)) && blurred_.Allocate(width);
   }
