@@ -149,6 +149,7 @@ struct Transposition {
     uint8_t* const destination = block.destination + column * block.destination_stride;
     const bool collide = Collide(kStripColumns, kLinesOfDestination, block.destination_stride);
     const bool half_lines = block.destination_stride % (kLineBytes / 2) == 0;
+    // Measured: where rows collide, pixels that are packed again gain nothing by runs.
     const bool by_runs = collide ? kGroup == 1 : block.streaming && half_lines;
     if (!by_runs) {
       return TransposeStrip<kSquares, kBefore>(source, block.source_stride, destination,
