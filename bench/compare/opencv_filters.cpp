@@ -9,13 +9,14 @@
 namespace compare {
 namespace {
 
-template <size_t kTaps>
-cv::Mat Blur(const cv::Mat& plane, const int32_t (&taps)[kTaps]) {
-  cv::Mat kernel(1, kTaps, CV_32F);
+// Curves are left out: there are no steps for them.
+cv::Mat Blur(const cv::Mat& plane, const std::vector<int32_t>& taps) {
+  const auto count = static_cast<int>(taps.size());
+  cv::Mat kernel(1, count, CV_32F);
   float sum = 0;
   for (const int32_t tap : taps) sum += static_cast<float>(tap);
-  for (int k = 0; k < static_cast<int>(kTaps); ++k) {
-    kernel.at<float>(k) = static_cast<float>(taps[k]) / sum;
+  for (int k = 0; k < count; ++k) {
+    kernel.at<float>(k) = static_cast<float>(taps[static_cast<size_t>(k)]) / sum;
   }
   cv::Mat blurred;
   cv::sepFilter2D(plane, blurred, -1, kernel, kernel, {-1, -1}, 0, cv::BORDER_REPLICATE);
@@ -34,8 +35,8 @@ void LuminanceMask(const Work& work, Picture* target) {
   cv::Mat plane;
   cv::cvtColor(MatOf(*work.source), plane, cv::COLOR_RGB2GRAY);
   cv::Mat change;
-  cv::addWeighted(plane, kMaskAmount - 1, Blur(plane, kMaskTaps), 1 - kMaskAmount, 0, change,
-                  CV_16S);
+  cv::addWeighted(plane, kMaskAmount - 1, Blur(plane, kMaskTaps[work.mode]), 1 - kMaskAmount, 0,
+                  change, CV_16S);
   AddToAll(work, change, target);
 }
 
@@ -43,7 +44,8 @@ void LuminanceMask(const Work& work, Picture* target) {
 void UnsharpMask(const Work& work, Picture* target) {
   const cv::Mat in = MatOf(*work.source);
   cv::Mat blurred;
-  cv::GaussianBlur(in, blurred, {5, 5}, 0);
+  const auto side = static_cast<int>(kMaskTaps[work.mode].size());
+  cv::GaussianBlur(in, blurred, {side, side}, 0);
   cv::Mat out = MatOf(*target);
   cv::addWeighted(in, kMaskAmount, blurred, 1 - kMaskAmount, 0, out);
 }

@@ -134,15 +134,14 @@ void MultiFrequency(const Work& work, Picture* target) {
          "multi-frequency");
 }
 
-const std::vector<int16_t> kLevel(OVRA_LEVEL_TABLE_SIZE, 128);
-const std::vector<int16_t> kDifference(OVRA_DIFFERENCE_TABLE_SIZE, 128);
-
 Maker LuminanceMask() {
   return WithContext<OvraYUsmContext*>(
       "luminance mask", "OvraYUsm",
       [](const Work& work, OvraYUsmContext** context) {
-        return OvraYUsm_Init(work.source->format(), std::size(kMaskTaps), kMaskTaps, kMaskAmount,
-                             kLevel.data(), kDifference.data(), context);
+        const MaskCurves curves(work);
+        const std::vector<int32_t>& taps = kMaskTaps[work.mode];
+        return OvraYUsm_Init(work.source->format(), static_cast<int32_t>(taps.size()), taps.data(),
+                             kMaskAmount, curves.level.data(), curves.difference.data(), context);
       },
       [](const Work& work, Picture* target, const OvraYUsmContext* context) {
         return OvraYUsm(work.source->data(), target->data(), Unsigned(target->width()),
@@ -155,10 +154,13 @@ Maker DoubleMask() {
   return WithContext<OvraYUsmDoubleContext*>(
       "double mask", "OvraYUsmDouble",
       [](const Work& work, OvraYUsmDoubleContext** context) {
-        return OvraYUsmDouble_Init(work.source->format(), std::size(kCoarseTaps), kCoarseTaps,
-                                   std::size(kFineTaps), kFineTaps, kCoarseAmount, kLevel.data(),
-                                   kDifference.data(), kFineAmount, kLevel.data(),
-                                   kDifference.data(), context);
+        const MaskCurves curves(work);
+        const int16_t* const level = curves.level.data();
+        const int16_t* const difference = curves.difference.data();
+        return OvraYUsmDouble_Init(work.source->format(), static_cast<uint32_t>(kCoarseTaps.size()),
+                                   kCoarseTaps.data(), static_cast<uint32_t>(kFineTaps.size()),
+                                   kFineTaps.data(), kCoarseAmount, level, difference, kFineAmount,
+                                   level, difference, context);
       },
       [](const Work& work, Picture* target, const OvraYUsmDoubleContext* context) {
         return OvraYUsmDouble(work.source->data(), target->data(), Unsigned(target->width()),

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "ovra/filter.h"
 #include "plain.h"
 
 namespace compare {
@@ -31,17 +32,17 @@ Plane Luminance(const Picture& source) {
   return plane;
 }
 
-template <size_t kTaps>
-Plane Blur(const Plane& plane, const int32_t (&taps)[kTaps]) {
-  constexpr int kReach = kTaps / 2;
+Plane Blur(const Plane& plane, const std::vector<int32_t>& taps) {
+  const auto count = static_cast<int>(taps.size());
+  const int reach = count / 2;
   constexpr int kShift = 7;
   Plane across(plane.width, plane.height);
   for (int y = 0; y < plane.height; ++y) {
     const int* const in = plane.Row(y);
     for (int x = 0; x < plane.width; ++x) {
       int sum = 0;
-      for (int k = 0; k < static_cast<int>(kTaps); ++k) {
-        sum += taps[k] * in[Limit(x + k - kReach, plane.width - 1)];
+      for (int k = 0; k < count; ++k) {
+        sum += taps[static_cast<size_t>(k)] * in[Limit(x + k - reach, plane.width - 1)];
       }
       across.Row(y)[x] = sum;
     }
@@ -51,9 +52,9 @@ Plane Blur(const Plane& plane, const int32_t (&taps)[kTaps]) {
   for (const int32_t tap : taps) weight += tap;
   for (int y = 0; y < plane.height; ++y) {
     int* const out = result.Row(y);
-    for (int k = 0; k < static_cast<int>(kTaps); ++k) {
-      const int* const in = across.Row(Limit(y + k - kReach, plane.height - 1));
-      for (int x = 0; x < plane.width; ++x) out[x] += taps[k] * in[x];
+    for (int k = 0; k < count; ++k) {
+      const int* const in = across.Row(Limit(y + k - reach, plane.height - 1));
+      for (int x = 0; x < plane.width; ++x) out[x] += taps[static_cast<size_t>(k)] * in[x];
     }
     if (weight == 1 << kShift) {
       for (int x = 0; x < plane.width; ++x) out[x] >>= 2 * kShift;
@@ -80,13 +81,22 @@ void AddChange(const Picture& source, Picture* target, const Change& change) {
   }
 }
 
+// In parts of 16384.
+int Strength(const MaskCurves& curves, int level, int difference) {
+  return curves.level[static_cast<size_t>(level)] *
+         curves.difference[static_cast<size_t>(difference + OVRA_DIFFERENCE_TABLE_SIZE / 2)];
+}
+
 template <class Sample>
 void MaskSamples(const Work& work, Picture* target) {
   const Plane plane = Luminance<Sample>(*work.source);
-  const Plane blurred = Blur(plane, kMaskTaps);
+  const Plane blurred = Blur(plane, kMaskTaps[work.mode]);
+  const MaskCurves curves(work);
   const auto amount = static_cast<int>((kMaskAmount - 1) * 256);
   AddChange<Sample>(*work.source, target, [&](size_t i) {
-    return (amount * (plane.values[i] - blurred.values[i])) >> 8;
+    const int y = plane.values[i];
+    return (amount * Strength(curves, y, y - blurred.values[i]) >> 8) * (y - blurred.values[i]) >>
+           14;
   });
 }
 
@@ -99,12 +109,15 @@ void DoubleMask(const Work& work, Picture* target) {
   const Plane plane = Luminance<uint8_t>(*work.source);
   const Plane coarse = Blur(plane, kCoarseTaps);
   const Plane fine = Blur(plane, kFineTaps);
+  const MaskCurves curves(work);
   const auto middle = static_cast<int>(kCoarseAmount * 256);
   const auto details = static_cast<int>(kFineAmount * 256);
   AddChange<uint8_t>(*work.source, target, [&](size_t i) {
     const int y = plane.values[i];
-    const int changed =
-        middle * (fine.values[i] - coarse.values[i]) + details * (y - fine.values[i]);
+    const int coarse_band = fine.values[i] - coarse.values[i];
+    const int fine_band = y - fine.values[i];
+    const int changed = (middle * Strength(curves, y, coarse_band) >> 14) * coarse_band +
+                        (details * Strength(curves, y, fine_band) >> 14) * fine_band;
     return coarse.values[i] + (changed >> 8) - y;
   });
 }

@@ -3,6 +3,8 @@
 
 #include <cstring>
 
+#include "ovra/filter.h"
+
 namespace compare {
 
 // A look that bends every axis.
@@ -32,6 +34,17 @@ OvraColorCube Cube::View() const {
           points,
           grid.data(),
           const_cast<uint16_t*>(lattice.data())};
+}
+
+MaskCurves::MaskCurves(const Work& work)
+    : level(OVRA_LEVEL_TABLE_SIZE, 128), difference(OVRA_DIFFERENCE_TABLE_SIZE, 128) {
+  if (work.amount == 0) return;
+  OvraResponsePoint level_points[OVRA_DEFAULT_LEVEL_POINTS];
+  OvraResponsePoint difference_points[OVRA_DEFAULT_DIFFERENCE_POINTS];
+  OvraDefaultCurves(level_points, difference_points);
+  OvraYUsmMakeTable(work.source->format(), OVRA_DEFAULT_LEVEL_POINTS, level_points,
+                    OVRA_DEFAULT_DIFFERENCE_POINTS, difference_points, level.data(),
+                    difference.data());
 }
 
 PicturePtr Work::NewTarget() const {

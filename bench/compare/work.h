@@ -41,8 +41,8 @@ struct Work {
   PicturePtr mask = {};
   int x = 0;  // where the source comes to lie
   int y = 0;
-  int mode = 0;       // of a turn
-  double amount = 0;  // the factor of a resize, the degrees of a trimming
+  int mode = 0;       // of a turn, the taps of a mask
+  double amount = 0;  // the factor of a resize, the degrees of a trimming, 1 for a mask with curves
   int variant = 0;    // the form of tone processing
   std::shared_ptr<const ColorNumbers> color = {};
 
@@ -79,9 +79,18 @@ AddMakers AddAvfilter;
 AddMakers AddVips;
 
 // The settings of the filters, which all who take part go by.
-inline constexpr int32_t kMaskTaps[] = {8, 32, 48, 32, 8};
-inline constexpr int32_t kCoarseTaps[] = {1, 3, 8, 15, 23, 28, 23, 15, 8, 3, 1};
-inline constexpr int32_t kFineTaps[] = {32, 64, 32};
+inline const std::vector<int32_t> kMaskTaps[] = {
+    {32, 64, 32}, {8, 32, 48, 32, 8}, {1, 2, 4, 7, 10, 13, 17, 20, 17, 13, 10, 7, 4, 2, 1}};
+enum MaskTaps { kThreeTaps, kFiveTaps, kFifteenTaps };  // among these
+inline const std::vector<int32_t> kCoarseTaps = {1, 3, 8, 15, 23, 28, 23, 15, 8, 3, 1};
+inline const std::vector<int32_t> kFineTaps = {32, 64, 32};
+// Curves of a mask: flat ones, or those for photographs.
+struct MaskCurves {
+  explicit MaskCurves(const Work& work);
+
+  std::vector<int16_t> level;
+  std::vector<int16_t> difference;
+};
 inline constexpr float kMaskAmount = 1.5F;
 inline constexpr float kCoarseAmount = 1.5F;
 inline constexpr float kFineAmount = 2.0F;
