@@ -36,7 +36,7 @@ inline constexpr int32_t kMaxMeanSample = 1023;
 // The vector forms need weight_pairs.
 struct PlaneFilterKernels {
   CombineRowsKernel* shift;       // for weights that sum to kPlaneUnitSum
-  CombineRowsKernel* mirrored;    // the same, where IsMirroredMean and samples are below 2^14
+  CombineRowsKernel* mirrored;    // the same, where IsMirroredMean and samples are below 2^13
   CombineRowsKernel* luminance;   // the same, where samples are 0..kMaxMeanSample
   CombineRowsKernel* divide;      // to another positive number
   CombineRowsKernel* three_taps;  // for the weights 32, 64, 32

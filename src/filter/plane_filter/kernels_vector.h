@@ -14,16 +14,10 @@ bool CoverSamples(std::ptrdiff_t width, const Block& block) {
   return CoverRow(width, V::kBytes / 2, block);
 }
 
-// The mean of two, rounded down, without a wider sum.
-template <class V>
-typename V::Reg Mean(typename V::Reg a, typename V::Reg b) {
-  return V::Add16(V::And(a, b), V::ShiftRight16(V::Xor(a, b), 1));
-}
-
-// (left + 2 middle + right) >> 2: rounding down twice is rounding down once.
+// (left + 2 middle + right) >> 2, of samples below 2^13.
 template <class V>
 typename V::Reg Smooth(typename V::Reg left, typename V::Reg middle, typename V::Reg right) {
-  return Mean<V>(Mean<V>(left, right), middle);
+  return V::ShiftRight16(V::Add16(V::Add16(left, right), V::Add16(middle, middle)), 2);
 }
 
 template <class V>

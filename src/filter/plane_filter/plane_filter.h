@@ -19,7 +19,7 @@ void FillWeightPairs(const int32_t* weights, size_t taps, int32_t* pairs);
 // no sample becomes greater.
 bool IsMirroredMean(const PlaneKernel& kernel);
 
-// What a plane holds: numbers below 2^14 in magnitude, or 0..kMaxMeanSample.
+// What a plane holds: numbers below 2^13 in magnitude, or 0..kMaxMeanSample.
 enum class PlaneSamples { kSigned, kLuminance };
 
 // The kernel that applies these weights.
@@ -29,7 +29,7 @@ CombineRowsKernel* SelectCombineRows(const PlaneKernel& kernel, PlaneSamples sam
 // One kernel made ready for rows of one width. Horizontal and vertical filtering are separate
 // steps, so that a caller may keep as many rows as it likes.
 //
-// Samples are below 2^14 in magnitude. Weight k belongs to the sample at offset k - Before(); samples beyond the ends of a row are those
+// Samples are below 2^13 in magnitude. Weight k belongs to the sample at offset k - Before(); samples beyond the ends of a row are those
 // at its ends. Sums are formed modulo 2^32 and give a sample, of which the low 16 bits are kept:
 //
 //   weights sum to 128         sum >> 7, rounding down
