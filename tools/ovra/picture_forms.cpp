@@ -35,7 +35,7 @@ Image OnThreeChannels(const Image& source, GreyBecomes grey, const ImageOperatio
   const bool is_grey = source.channels() == 1;
   Image color(source.width(), source.height(), FileFormat(depth, kColors));
   for (uint32_t c = 0; c < kColors; ++c) CopyChannel(source, is_grey ? 0 : c, &color, c);
-  const Image worked = operation(color);
+  Image worked = operation(color);
   if (is_grey && grey == GreyBecomes::kColor) return worked;
   Image result = source;  // with its alpha
   for (uint32_t c = 0; c < std::min(kColors, source.channels()); ++c) {
