@@ -176,7 +176,7 @@ class Bench {
 
   // An operation that no stage makes without files.
   void AddCall(const std::string& function, const std::string& what,
-               std::function<OvraStatus()> call) {
+               const std::function<OvraStatus()>& call) {
     const auto run = [this, function, call] {
       milliseconds_ = 0;
       CallLibrary(common_, function, call);
@@ -192,8 +192,9 @@ class Bench {
     file.points = 33;
     for (int i = 0; i < file.points * file.points * file.points; ++i) {
       const double last = file.points - 1;
-      file.rows.push_back({1 - i % file.points / last, i / file.points % file.points / last,
-                           i / file.points / file.points / last});
+      const int slice = i / file.points / file.points;
+      file.rows.push_back(
+          {1 - i % file.points / last, i / file.points % file.points / last, slice / last});
     }
     lattice_ = std::make_unique<CubeLattice>(file, 255, 255);
     AddCall("OvraConvColorCubeSingleStep", "lut of 33 points an axis", [this] {
