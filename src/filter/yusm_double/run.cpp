@@ -89,6 +89,7 @@ void FillTables(const YUsmDoubleParameters& parameters, YUsmDoubleTables* tables
   FillBandTables(parameters.coarse, &tables->coarse);
   FillBandTables(parameters.fine, &tables->fine);
   const bool are_means = IsMean(parameters.coarse) && IsMean(parameters.fine);
+  tables->even_levels = {};
   tables->has_even_levels = are_means && FindEvenLevels(tables);
   tables->is_even = are_means && IsEven(tables->coarse) && IsEven(tables->fine) &&
                     FindEvenBand(tables->coarse, &tables->even_coarse) &&
