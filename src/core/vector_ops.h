@@ -119,11 +119,11 @@ struct Sse {
   // Element kElement from memory, the others as they are.
   template <int kElement>
   static Reg Insert(Reg a, const uint16_t* p) {
-    return _mm_insert_epi16(a, *p, kElement);
+    return _mm_insert_epi16(a, static_cast<int16_t>(*p), kElement);
   }
   template <int kElement>
   static Reg Insert(Reg a, const uint8_t* p) {
-    return _mm_insert_epi8(a, *p, kElement);
+    return _mm_insert_epi8(a, static_cast<int8_t>(*p), kElement);
   }
 
   static Reg Zero() { return _mm_setzero_si128(); }

@@ -67,9 +67,9 @@ class Draw {
   int32_t Size(int32_t low, int32_t high) {
     const int32_t kind = Int(0, 7);
     if (kind == 0 || high < low) return low < high ? low : high;
-    const int32_t more =
-        stays_small_ ? (kind == 1 ? kNotSmall : kSmall) : (kind == 1 ? high - low : kUsual);
-    const int32_t size = Int(low, more < high - low ? low + more : high);
+    const bool any = kind == 1 && !stays_small_;
+    const int32_t usual = !stays_small_ ? kUsual : kind == 1 ? kNotSmall : kSmall;
+    const int32_t size = Int(low, any || high < low + usual ? high : low + usual);
     const int32_t whole = size / kVector * kVector;
     return kind <= 3 && whole >= low ? whole : size;
   }
