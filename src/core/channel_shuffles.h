@@ -218,5 +218,41 @@ struct SpreadOrder {
 template <int kSampleBytes, int kChannels, int kChanged>
 constexpr SpreadOrder<kSampleBytes, kChannels, kChanged> kSpreadOrder;
 
+// The same for words in registers as they stand in memory: which of the two lanes of numbers a lane of
+// samples takes, and in which order.
+template <int kChannels, int kChanged, int kLanes>
+struct WordSpread {
+  alignas(32) int8_t orders[kChannels][16 * kLanes];
+  int from_lane[kChannels][kLanes];
+
+  constexpr WordSpread() : orders(), from_lane() {
+    constexpr int kLaneWords = 8;
+    for (int i = 0; i < 16 * kLanes * kChannels; ++i) {
+      const int sample = i / 2;
+      const int pixel = sample / kChannels;
+      const int at = pixel % kLaneWords * 2 + i % 2;
+      const bool is_changed = sample % kChannels < kChanged;
+      orders[i / (16 * kLanes)][i % (16 * kLanes)] = static_cast<int8_t>(is_changed ? at : -1);
+      from_lane[sample / (kLaneWords * kLanes)][sample / kLaneWords % kLanes] = pixel / kLaneWords;
+    }
+  }
+};
+
+template <int kChannels, int kChanged, int kLanes>
+constexpr WordSpread<kChannels, kChanged, kLanes> kWordSpread;
+
+// What register kRegister of the samples gets of a register of numbers, and where it gets nothing.
+template <class V, int kChannels, int kChanged, int kRegister>
+[[gnu::always_inline]] inline typename V::Reg WordOrder() {
+  return V::LoadAligned(kWordSpread<kChannels, kChanged, V::kLanes>.orders[kRegister]);
+}
+
+template <class V, int kChannels, int kChanged, int kRegister>
+[[gnu::always_inline]] inline typename V::Reg SpreadWords(typename V::Reg numbers) {
+  constexpr const auto& kFrom = kWordSpread<kChannels, kChanged, V::kLanes>.from_lane[kRegister];
+  return V::Shuffle8(V::template PickLanes<kFrom[0], kFrom[V::kLanes - 1]>(numbers),
+                     WordOrder<V, kChannels, kChanged, kRegister>());
+}
+
 }  // namespace
 }  // namespace ovra

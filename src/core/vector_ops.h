@@ -61,6 +61,14 @@ struct Sse {
   static void StoreLanesStreaming(void* first, void* /*second*/, Reg a) {
     StoreStreaming(first, a);
   }
+  // 48 bytes for each lane, those of the second behind those of the first; whole registers at once.
+  static void LoadTriple(const void* p, Reg (&a)[3]) {
+    for (int i = 0; i < 3; ++i) a[i] = Load(static_cast<const char*>(p) + kBytes * i);
+  }
+  // Undoes it, but for the storing.
+  static void InMemoryOrder(const Reg (&a)[3], Reg (&out)[3]) {
+    for (int i = 0; i < 3; ++i) out[i] = a[i];
+  }
   static void StoreLane(void* p, Reg a, int /*lane*/) { Store(p, a); }
   // Half a register's bytes from memory as whole 16-bit elements, or limited to bytes and back.
   static Reg LoadU8As16(const void* p) { return _mm_cvtepu8_epi16(LoadHalf(p)); }
@@ -112,6 +120,19 @@ struct Sse {
     entries = _mm_insert_epi16(entries, table[pair3 & kLow], 6);
     return _mm_insert_epi16(entries, table[pair3 >> 16], 7);
   }
+  // The 32-bit entries of every unsigned 16-bit index: of the even ones, and of the odd ones. Single
+  // loads, which are faster than gathers.
+  static void LookUp32(const int32_t* table, Reg index, Reg* evens, Reg* odds) {
+    constexpr uint32_t kLow = 0xFFFF;
+    const auto pair0 = static_cast<uint32_t>(_mm_cvtsi128_si32(index));
+    const auto pair1 = static_cast<uint32_t>(_mm_extract_epi32(index, 1));
+    const auto pair2 = static_cast<uint32_t>(_mm_extract_epi32(index, 2));
+    const auto pair3 = static_cast<uint32_t>(_mm_extract_epi32(index, 3));
+    *evens = _mm_setr_epi32(table[pair0 & kLow], table[pair1 & kLow], table[pair2 & kLow],
+                            table[pair3 & kLow]);
+    *odds = _mm_setr_epi32(table[pair0 >> 16], table[pair1 >> 16], table[pair2 >> 16],
+                           table[pair3 >> 16]);
+  }
 
   // For sums of a loop that fills the registers: without it GCC 12 moves each sum to a second one, and
   // some to memory.
@@ -135,6 +156,14 @@ struct Sse {
   // The sum of the lanes of a, then that of the lanes of b.
   static Reg AddLanes32(Reg a, Reg /*b*/) { return a; }
   static Reg SwapLanes(Reg a) { return a; }
+  // The lanes of a with these numbers.
+  template <int kFirst, int kSecond>
+  static Reg PickLanes(Reg a) {
+    return a;
+  }
+  // Two registers whose first lanes stand before the second ones, as four lanes in order.
+  static Reg FirstLanes(Reg a, Reg /*b*/) { return a; }
+  static Reg SecondLanes(Reg /*a*/, Reg b) { return b; }
 
   static Reg And(Reg a, Reg b) { return _mm_and_si128(a, b); }
   static Reg AndNot(Reg a, Reg b) { return _mm_andnot_si128(a, b); }  // b without a
@@ -364,6 +393,20 @@ struct Avx2 {
     Sse::StoreStreaming(first, Lane(a, 0));
     Sse::StoreStreaming(second, Lane(a, 1));
   }
+  static void LoadTriple(const void* p, Reg (&a)[3]) {
+    const auto* const bytes = static_cast<const char*>(p);
+    const Reg first = Load(bytes);
+    const Reg middle = Load(bytes + kBytes);
+    const Reg last = Load(bytes + 2 * kBytes);
+    a[0] = SecondLaneFrom(first, middle);
+    a[1] = _mm256_permute2x128_si256(first, last, 0x21);
+    a[2] = SecondLaneFrom(middle, last);
+  }
+  static void InMemoryOrder(const Reg (&a)[3], Reg (&out)[3]) {
+    out[0] = FirstLanes(a[0], a[1]);
+    out[1] = SecondLaneFrom(a[2], a[0]);
+    out[2] = SecondLanes(a[1], a[2]);
+  }
   static void StoreLane(void* p, Reg a, int lane) { Sse::Store(p, Lane(a, lane)); }
   static Reg LoadU8As16(const void* p) { return _mm256_cvtepu8_epi16(LoadHalf(p)); }
   static Reg LoadLanesU8As16(const void* first, const void* second) {
@@ -395,6 +438,14 @@ struct Avx2 {
   static Reg Gather16(const int16_t* table, Reg index) {
     return SetLanes(Sse::Gather16(table, Lane(index, 0)), Sse::Gather16(table, Lane(index, 1)));
   }
+  static void LookUp32(const int32_t* table, Reg index, Reg* evens, Reg* odds) {
+    Sse::Reg even_lanes[2];
+    Sse::Reg odd_lanes[2];
+    Sse::LookUp32(table, Lane(index, 0), &even_lanes[0], &odd_lanes[0]);
+    Sse::LookUp32(table, Lane(index, 1), &even_lanes[1], &odd_lanes[1]);
+    *evens = SetLanes(even_lanes[0], even_lanes[1]);
+    *odds = SetLanes(odd_lanes[0], odd_lanes[1]);
+  }
 
   static void KeepInPlace(Reg& a) { __asm__("" : "+x"(a)); }
   static Reg Zero() { return _mm256_setzero_si256(); }
@@ -411,6 +462,14 @@ struct Avx2 {
     return Add32(_mm256_blend_epi32(a, b, 0xF0), _mm256_permute2x128_si256(a, b, 0x21));
   }
   static Reg SwapLanes(Reg a) { return _mm256_permute2x128_si256(a, a, 1); }
+  template <int kFirst, int kSecond>
+  static Reg PickLanes(Reg a) {
+    if constexpr (kFirst == 0 && kSecond == 1) return a;
+    return _mm256_permute2x128_si256(a, a, kFirst | kSecond << 4);
+  }
+  static Reg FirstLanes(Reg a, Reg b) { return _mm256_permute2x128_si256(a, b, 0x20); }
+  static Reg SecondLanes(Reg a, Reg b) { return _mm256_permute2x128_si256(a, b, 0x31); }
+  static Reg SecondLaneFrom(Reg a, Reg b) { return _mm256_blend_epi32(a, b, 0xF0); }
 
   static Reg And(Reg a, Reg b) { return _mm256_and_si256(a, b); }
   static Reg AndNot(Reg a, Reg b) { return _mm256_andnot_si256(a, b); }

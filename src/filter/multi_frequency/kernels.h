@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "filter/luminance/layout.h"
+#include "tone/pyramid/kernels.h"
 
 namespace ovra {
 
@@ -21,19 +22,15 @@ struct BandResponse {
 using BrightnessRow = void(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
                            int32_t depth_bits);
 
-// A row of a level, and what the coarser level and its changes expand to there.
+// A row of a level, and two rows of the coarser level's width that expand to it: those of the coarser
+// level and of its changes. Changes are kept 2^15 higher, as words without sign from 1 on.
 struct BandRow {
   const int16_t* level;
-  const int16_t* expanded;
-  const int16_t* expanded_changes;
-
-  // Inlined always: a tier may not leave a copy of it to others.
-  [[gnu::always_inline]] BandRow From(std::ptrdiff_t i) const {
-    return {level + i, expanded + i, expanded_changes + i};
-  }
+  const int16_t* coarse;
+  const int16_t* coarse_changes;
 };
 
-// changes = expanded_changes + response(level - expanded), limited to -32767..32767. May work beyond
+// changes = expanded changes + response(level - expanded), limited to -32767..32767. May work beyond
 // the end of its rows.
 using RespondRow = void(const BandRow& row, const BandResponse& band, int16_t* changes,
                         std::ptrdiff_t count);
@@ -41,13 +38,14 @@ using RespondRow = void(const BandRow& row, const BandResponse& band, int16_t* c
 // How rows of pixels are read and written.
 struct PixelRows {
   int32_t depth_bits;
-  bool streaming;  // whether writing goes round the cache
+  bool streaming;        // whether writing goes round the cache
+  std::ptrdiff_t ahead;  // how many bytes behind a pixel those lie that will be read next
 };
 
 // Adds each pixel's change of brightness, in 15 bits, to its corrected samples and copies the others.
-// destination may be source.
+// The rows are whole ones. destination may be source.
 using ChangePixelsRow = void(const uint8_t* source, const BandRow& row, const BandResponse& band,
-                             uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows);
+                             uint8_t* destination, const RowSpan& pixels, const PixelRows& rows);
 
 struct MultiFrequencyKernels {
   struct OfLayout {

@@ -2,11 +2,13 @@
 #include <algorithm>
 
 #include "filter/multi_frequency/kernels.h"
+#include "tone/pyramid/expand.h"
 
 namespace ovra {
 namespace {
 
 constexpr int32_t kMaxChange = 32767;
+constexpr int32_t kKeptHigher = 1 << 15;
 
 template <class Sample, LuminanceLayout kLayout>
 void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
@@ -25,16 +27,17 @@ void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixel
 }
 
 int32_t ChangeAt(const BandRow& row, std::ptrdiff_t i, const BandResponse& band) {
-  const int32_t d = row.level[i] - row.expanded[i];
+  const int32_t d = row.level[i] - ExpandedAt<int16_t>(row.coarse, i);
+  const int32_t x = ExpandedAt<uint16_t>(row.coarse_changes, i) - kKeptHigher;
   const int32_t m = std::clamp<int32_t>(d, -band.noise, band.noise);
   const int32_t e = std::clamp<int32_t>(d, -band.limit, band.limit);
   const int32_t response = (band.gain * (e - m) - band.damping * m + 4096) >> 13;
-  return std::clamp(row.expanded_changes[i] + response, -kMaxChange, kMaxChange);
+  return std::clamp(x + response, -kMaxChange, kMaxChange);
 }
 
 void Respond(const BandRow& row, const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    changes[i] = static_cast<int16_t>(ChangeAt(row, i, band));
+    changes[i] = static_cast<int16_t>(ChangeAt(row, i, band) + kKeptHigher);
   }
 }
 
@@ -46,11 +49,11 @@ int32_t InSampleUnits(int32_t change, int32_t depth_bits) {
 
 template <class Sample, LuminanceLayout kLayout>
 void Change(const uint8_t* source, const BandRow& row, const BandResponse& band,
-            uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows) {
+            uint8_t* destination, const RowSpan& pixels, const PixelRows& rows) {
   const auto* in = reinterpret_cast<const Sample*>(source);
   auto* out = reinterpret_cast<Sample*>(destination);
   const int32_t max_sample = (1 << rows.depth_bits) - 1;
-  for (std::ptrdiff_t i = 0; i < pixels; ++i) {
+  for (std::ptrdiff_t i = pixels.first; i < pixels.end; ++i) {
     const int32_t change = InSampleUnits(ChangeAt(row, i, band), rows.depth_bits);
     for (int c = 0; c < kLayout.channels; ++c) {
       const std::ptrdiff_t at = kLayout.channels * i + c;

@@ -7,6 +7,7 @@
 #include "core/channel_shuffles.h"
 #include "core/vector_ops.h"
 #include "filter/multi_frequency/kernels.h"
+#include "tone/pyramid/expand_vector.h"
 #include "tone/pyramid/pixels_vector.h"
 
 namespace ovra {
@@ -95,6 +96,8 @@ struct ToBrightness<V, uint16_t, kLayout> {
         flip(V::Set16(depth_bits == 16 ? INT16_MIN : 0)),
         sum(kLayout.weights, BrightnessShift(depth_bits), depth_bits == 16) {}
 
+  struct OfNarrow;
+
   Reg Limited(Reg samples) const { return V::MinU16(samples, max_sample); }
   Reg Flipped(Reg samples) const { return V::Xor(Limited(samples), flip); }
 
@@ -139,23 +142,60 @@ struct ToBrightness<V, uint16_t, kLayout> {
   WeightedSum<V> sum;
 };
 
+// Three weighted channels of 10 to 12 bits.
+template <class V, LuminanceLayout kLayout>
+struct ToBrightness<V, uint16_t, kLayout>::OfNarrow {
+  explicit OfNarrow(int32_t depth_bits)
+      : max_sample(V::Set16((1 << depth_bits) - 1)), sum(BrightnessShift(depth_bits)) {}
+
+  void operator()(const uint16_t* samples, int16_t* output) const {
+    constexpr bool kIsRgb = kLayout.weights[0] == NarrowLuminance<V>::kFirst;
+    Reg pixels[3];
+    Reg c[3];
+    V::LoadTriple(samples, pixels);
+    SplitRegisters<V, 16>(pixels, c);
+    for (auto& channel : c) channel = V::MinU16(channel, max_sample);
+    V::Store(output, sum(c[kIsRgb ? 0 : 2], c[1], c[kIsRgb ? 2 : 0]));
+  }
+
+  Reg max_sample;
+  NarrowLuminance<V> sum;
+};
+
+// Whole steps; answers where they end.
+template <class V, class Sample, int kChannels, class ToBrightness>
+std::ptrdiff_t BrightnessOfSteps(const ToBrightness& to_brightness, const Sample* samples,
+                                 int16_t* brightness, std::ptrdiff_t pixels) {
+  std::ptrdiff_t i = 0;
+  for (; i + kStep<V, Sample> <= pixels; i += kStep<V, Sample>) {
+    PrefetchAhead<kChannels * V::kBytes>(samples + kChannels * i, kAheadInRow);
+    to_brightness(samples + kChannels * i, brightness + i);
+  }
+  return i;
+}
+
 template <class V, class Sample, LuminanceLayout kLayout>
 void Brightness(const uint8_t* source, int16_t* brightness, std::ptrdiff_t pixels,
                 int32_t depth_bits) {
-  const ToBrightness<V, Sample, kLayout> to_brightness(depth_bits);
+  using Wide = ToBrightness<V, Sample, kLayout>;
   const auto* samples = reinterpret_cast<const Sample*>(source);
+  const auto cover = [&](const auto& to_brightness) {
+    return BrightnessOfSteps<V, Sample, kLayout.channels>(to_brightness, samples, brightness,
+                                                          pixels);
+  };
   std::ptrdiff_t i = 0;
-  for (; i + kStep<V, Sample> <= pixels; i += kStep<V, Sample>) {
-    PrefetchAhead<kLayout.channels * V::kBytes>(samples + kLayout.channels * i, kAheadInRow);
-    to_brightness(samples + kLayout.channels * i, brightness + i);
+  if constexpr (sizeof(Sample) == 2 && kLayout.channels == 3 && kLayout.corrected == 3) {
+    const bool is_narrow = depth_bits >= 10 && depth_bits <= 12;
+    i = is_narrow ? cover(typename Wide::OfNarrow(depth_bits)) : cover(Wide(depth_bits));
+  } else {
+    i = cover(Wide(depth_bits));
   }
   const auto* const rest = reinterpret_cast<const uint8_t*>(samples + kLayout.channels * i);
   Narrower<V>(kLayout.color_model, depth_bits)
       .brightness(rest, brightness + i, pixels - i, depth_bits);
 }
 
-// gain * (e - m) - damping * m is gain * e - (gain + damping) * m, and 8192 times what it is added to
-// joins the sum before the shift.
+// gain * (e - m) - damping * m is gain * e - (gain + damping) * m.
 template <class V>
 class Responder {
  public:
@@ -168,25 +208,49 @@ class Responder {
         limit_(V::Set16(band.limit)),
         minus_limit_(V::Set16(-band.limit)) {}
 
-  // The changes from sample i on.
-  Reg At(const BandRow& row, std::ptrdiff_t i) const {
-    return Changes(V::Load(row.level + i), V::Load(row.expanded + i),
-                   V::Load(row.expanded_changes + i));
+  // Whether every response of a band fits 16 bits.
+  static bool IsNarrow(const BandResponse& band) {
+    constexpr int32_t kGreatest = 8192 * 32767;
+    const int32_t gain = band.gain < 0 ? -band.gain : band.gain;
+    return (gain > band.damping ? gain : band.damping) * band.limit <= kGreatest;
   }
-  // The second lane's from sample i + 16 on.
-  Reg AtLanes(const BandRow& row, std::ptrdiff_t i) const {
-    const auto load = [i](const int16_t* samples) {
-      return V::LoadLanes(samples + i, samples + i + 16);
+
+  // The changes of samples x .. x + kBytes - 1, with their sign, in the order of an expanded part.
+  template <bool kIsNarrow>
+  ExpandedPart<V> At(const BandRow& row, std::ptrdiff_t x) const {
+    const auto expanded = ExpandedFrom<V, NarrowWords>(row.coarse, x);
+    const auto changes = ExpandedFrom<V, WideWords>(row.coarse_changes, x);
+    const int16_t* const p = row.level + x;
+    const auto at = [&](Reg level, Reg base, Reg change) {
+      const auto d = V::Sub16(level, base);
+      const auto signed_change = V::FlipSign16(change);
+      return kIsNarrow ? NarrowChanges(d, signed_change) : WideChanges(d, signed_change);
     };
-    return Changes(load(row.level), load(row.expanded), load(row.expanded_changes));
+    return {at(V::LoadLanes(p, p + 16), expanded.low, changes.low),
+            at(V::LoadLanes(p + 8, p + 24), expanded.high, changes.high)};
   }
 
  private:
-  Reg Changes(Reg level, Reg expanded, Reg x) const {
+  Reg Noise(Reg d) const { return V::Max16(V::Min16(d, noise_), minus_noise_); }
+  Reg Held(Reg d) const { return V::Max16(V::Min16(d, limit_), minus_limit_); }
+
+  Reg NarrowChanges(Reg d, Reg x) const {
+    const auto m = Noise(d);
+    const auto e = Held(d);
+    const auto half = V::Set32(4096);
+    const auto response = [&](Reg e_and_m) {
+      return V::ShiftRight32(V::Add32(V::MulAdd16(e_and_m, factors_), half), 13);
+    };
+    const auto responses = V::PackS32(response(V::template UnpackLow<16>(e, m)),
+                                      response(V::template UnpackHigh<16>(e, m)));
+    return V::Max16(V::AddSat16(responses, x), V::Set16(-32767));
+  }
+
+  // 8192 times what the response is added to joins the sum before the shift.
+  Reg WideChanges(Reg d, Reg x) const {
+    const auto m = Noise(d);
+    const auto e = Held(d);
     const auto one = V::Set16(1);
-    const auto d = V::Sub16(level, expanded);
-    const auto m = V::Max16(V::Min16(d, noise_), minus_noise_);
-    const auto e = V::Max16(V::Min16(d, limit_), minus_limit_);
     const auto low = Sum(V::template UnpackLow<16>(e, m), V::template UnpackLow<16>(x, one));
     const auto high = Sum(V::template UnpackHigh<16>(e, m), V::template UnpackHigh<16>(x, one));
     return V::Max16(V::PackS32(low, high), V::Set16(-32767));
@@ -207,10 +271,22 @@ class Responder {
 template <class V>
 void Respond(const BandRow& row, const BandResponse& band, int16_t* changes, std::ptrdiff_t count) {
   const Responder<V> responder(band);
-  for (std::ptrdiff_t i = 0; i < count; i += V::kBytes / 2) {
-    V::Store(changes + i, responder.At(row, i));
+  const auto respond = [&]<bool kIsNarrow>() {
+    for (std::ptrdiff_t x = 0; x < count; x += V::kBytes) {
+      const auto part = responder.template At<kIsNarrow>(row, x);
+      StoreHalves<V>(changes + x, V::FlipSign16(part.low), V::FlipSign16(part.high));
+    }
+  };
+  if (Responder<V>::IsNarrow(band)) {
+    respond.template operator()<true>();
+  } else {
+    respond.template operator()<false>();
   }
 }
+
+// Pixels of a step of changes: those of an expanded part.
+template <class V>
+constexpr std::ptrdiff_t kChangeStep = V::kBytes;
 
 template <class V, class Sample, LuminanceLayout kLayout>
 struct ChangeAdder;
@@ -223,12 +299,12 @@ struct ChangeAdder<V, uint8_t, kLayout> {
 
   explicit ChangeAdder(int32_t /*depth_bits*/) {}
 
-  void operator()(const uint8_t* in, const Responder<V>& responder, const BandRow& row,
-                  Reg (&out)[kChannels]) const {
+  template <bool kStreaming>
+  void operator()(const uint8_t* in, const ExpandedPart<V>& changes, uint8_t* out) const {
     const auto zero = V::Zero();
     const auto to_units = V::Set16(1 << 8);
-    const auto low = V::MulRound15(responder.AtLanes(row, 0), to_units);
-    const auto high = V::MulRound15(responder.AtLanes(row, 8), to_units);
+    const auto low = V::MulRound15(changes.low, to_units);
+    const auto high = V::MulRound15(changes.high, to_units);
     const auto up = V::PackU16(low, high);
     const auto down = V::PackU16(V::Sub16(zero, low), V::Sub16(zero, high));
     Reg samples[kChannels];
@@ -236,69 +312,104 @@ struct ChangeAdder<V, uint8_t, kLayout> {
     for (int r = 0; r < kChannels; ++r) {
       const auto order = V::LoadToAllLanes(kSpreadOrder<1, kChannels, kLayout.corrected>.orders[r]);
       const auto raised = V::AddSatU8(samples[r], V::Shuffle8(up, order));
-      out[r] = V::SubSatU8(raised, V::Shuffle8(down, order));
+      StoreLanesTo<V, kStreaming>(out + 16 * r, out + 16 * (kChannels + r),
+                                  V::SubSatU8(raised, V::Shuffle8(down, order)));
     }
   }
 };
 
-// Samples of any 16-bit value, moved to the signed range for the saturating sum. At 16 bits a change is
-// two units a step, and added twice.
+// Below 15 bits changes are added 2^15 higher, so that both limits come by saturation without sign. At
+// 15 and 16 they are added with their sign, at 16, where a change is two units a step, twice.
 template <class V, LuminanceLayout kLayout>
 struct ChangeAdder<V, uint16_t, kLayout> {
   using Reg = typename V::Reg;
   static constexpr int kChannels = kLayout.channels;
+  static constexpr int kCorrected = kLayout.corrected;
+  static constexpr std::ptrdiff_t kWords = V::kBytes / 2;
 
   explicit ChangeAdder(int32_t depth_bits)
-      : depth(depth_bits), max_sample(V::Set16((1 << depth_bits) - 1)) {}
+      : depth(depth_bits),
+        max_sample(V::Set16((1 << depth_bits) - 1)),
+        to_units(V::Set16(1 << (depth_bits < 15 ? depth_bits : 0))) {}
 
-  void operator()(const uint16_t* in, const Responder<V>& responder, const BandRow& row,
-                  Reg (&out)[kChannels]) const {
-    auto change = responder.At(row, 0);
-    if (depth < 15) change = V::MulRound15(change, V::Set16(1 << depth));
-    Reg samples[kChannels];
-    for (int r = 0; r < kChannels; ++r) samples[r] = LoadPart<V, kChannels>(in, r);
-    for (int r = 0; r < kChannels; ++r) {
-      const auto order = V::LoadToAllLanes(kSpreadOrder<2, kChannels, kLayout.corrected>.orders[r]);
-      const auto spread = V::Shuffle8(change, order);
-      auto sum = V::AddSat16(V::FlipSign16(samples[r]), spread);
-      if (depth == 16) sum = V::AddSat16(sum, spread);
-      // What is copied has no limit; its orders are negative.
-      const auto limit = V::Or(max_sample, V::ShiftRight16(order, 15));
-      out[r] = V::MinU16(V::FlipSign16(sum), limit);
+  template <bool kStreaming>
+  void operator()(const uint16_t* in, const ExpandedPart<V>& changes, uint16_t* out) const {
+    Add<kStreaming>(in, V::FirstLanes(changes.low, changes.high), out);
+    Add<kStreaming>(in + kChannels * kWords, V::SecondLanes(changes.low, changes.high),
+                    out + kChannels * kWords);
+  }
+
+  template <bool kStreaming>
+  void Add(const uint16_t* in, Reg change, uint16_t* out) const {
+    if (depth < 15) change = V::FlipSign16(V::MulRound15(change, to_units));
+    AddTo<kStreaming, 0>(in, change, out);
+    if constexpr (kChannels > 1) AddTo<kStreaming, 1>(in, change, out);
+    if constexpr (kChannels > 2) AddTo<kStreaming, 2>(in, change, out);
+    if constexpr (kChannels > 3) AddTo<kStreaming, 3>(in, change, out);
+  }
+
+  // To register r of kChannels.
+  template <bool kStreaming, int r>
+  void AddTo(const uint16_t* in, Reg change, uint16_t* out) const {
+    const auto samples = V::Load(in + kWords * r);
+    const auto spread = SpreadWords<V, kChannels, kCorrected, r>(change);
+    auto limit = max_sample;
+    auto height = V::Set16(INT16_MIN);
+    if constexpr (kCorrected < kChannels) {  // what is copied has no limit; its orders are negative
+      const auto copied = V::ShiftRight16(WordOrder<V, kChannels, kCorrected, r>(), 15);
+      limit = V::Or(limit, copied);
+      height = V::AndNot(copied, height);
     }
+    Reg sum;
+    if (depth < 15) {
+      sum = V::SubSatU16(V::AddSatU16(samples, spread), height);
+    } else {
+      sum = V::AddSat16(V::FlipSign16(samples), spread);
+      if (depth == 16) sum = V::AddSat16(sum, spread);
+      sum = V::FlipSign16(sum);
+    }
+    StoreTo<V, kStreaming>(out + kWords * r, V::MinU16(sum, limit));
   }
 
   int32_t depth;
   Reg max_sample;
+  Reg to_units;
 };
 
 template <class V, class Sample, LuminanceLayout kLayout>
 void Change(const uint8_t* source, const BandRow& row, const BandResponse& band,
-            uint8_t* destination, std::ptrdiff_t pixels, const PixelRows& rows) {
+            uint8_t* destination, const RowSpan& pixels, const PixelRows& rows) {
   constexpr std::ptrdiff_t kChannels = kLayout.channels;
+  constexpr std::ptrdiff_t kPixelBytes = kChannels * std::ptrdiff_t{sizeof(Sample)};
+  constexpr std::ptrdiff_t kStep = kChangeStep<V>;
   const ChangeAdder<V, Sample, kLayout> add(rows.depth_bits);
   const Responder<V> responder(band);
-  const auto* in = reinterpret_cast<const Sample*>(source);
-  auto* out = reinterpret_cast<Sample*>(destination);
-  const std::ptrdiff_t i =
-      CoverPixels<kChannels * std::ptrdiff_t{sizeof(Sample)}, kStep<V, Sample>>(
-          destination, pixels, rows.streaming,
-          [&](std::ptrdiff_t count) {
-            kMultiFrequencyPlain.Of(kLayout.color_model, rows.depth_bits)
-                .change(source, row, band, destination, count, rows);
-          },
-          [&]<bool kStreaming>(std::ptrdiff_t at) {
-            PrefetchAhead<kChannels * V::kBytes>(in + kChannels * at, kAheadInRow);
-            typename V::Reg result[kChannels];
-            add(in + kChannels * at, responder, row.From(at), result);
-            auto* const bytes = reinterpret_cast<uint8_t*>(out + kChannels * at);
-            for (std::ptrdiff_t r = 0; r < kChannels; ++r) {
-              StoreLanesTo<V, kStreaming>(bytes + 16 * r, bytes + 16 * (kChannels + r), result[r]);
-            }
-          });
+  const auto* const in = reinterpret_cast<const Sample*>(source);
+  auto* const out = reinterpret_cast<Sample*>(destination);
+  const BandRow samples = row;  // kept apart from what is written
+  const std::ptrdiff_t ahead = rows.ahead;
+  const auto cover = [&]<bool kIsNarrow>() {
+    return pixels.first +
+           CoverPixels<kPixelBytes, kStep, V::kBytes>(
+               destination + kPixelBytes * pixels.first, pixels.end - pixels.first, rows.streaming,
+               [&](std::ptrdiff_t count) {
+                 kMultiFrequencyPlain.Of(kLayout.color_model, rows.depth_bits)
+                     .change(source, row, band, destination, {pixels.first, pixels.first + count},
+                             rows);
+               },
+               [&]<bool kStreaming>(std::ptrdiff_t i) {
+                 const std::ptrdiff_t x = pixels.first + i;
+                 PrefetchAhead<kPixelBytes * kStep>(in + kChannels * x, kAheadInRow);
+                 PrefetchAhead<kPixelBytes * kStep>(in + kChannels * x, ahead);
+                 add.template operator()<kStreaming>(in + kChannels * x,
+                                                     responder.template At<kIsNarrow>(samples, x),
+                                                     out + kChannels * x);
+               });
+  };
+  const std::ptrdiff_t end = Responder<V>::IsNarrow(band) ? cover.template operator()<true>()
+                                                          : cover.template operator()<false>();
   Narrower<V>(kLayout.color_model, rows.depth_bits)
-      .change(reinterpret_cast<const uint8_t*>(in + kChannels * i), row.From(i), band,
-              reinterpret_cast<uint8_t*>(out + kChannels * i), pixels - i, rows);
+      .change(source, row, band, destination, {end, pixels.end}, rows);
 }
 
 template <class V, class Sample, int kAt>

@@ -79,6 +79,13 @@ struct Responses {
   BandResponse band[kMaxBands] = {};
 };
 
+// How far below a row of the result that row of the source lies which will be the next to be read for
+// the first time: the base is made two of its rows ahead, and they take two more of it on every level
+// below, as many at once as one of its rows stands for.
+std::ptrdiff_t RowsAhead(uint32_t bands, uint32_t height) {
+  return std::min(std::ptrdiff_t{5} << bands, static_cast<std::ptrdiff_t>(height));
+}
+
 struct Picture {
   const uint8_t* source;
   uint8_t* destination;
@@ -146,7 +153,8 @@ class Run {
 
  private:
   static constexpr int kFirstWhole = 2;
-  static constexpr uint64_t kCoarseRows = 4;  // three that are expanded, and one
+  static constexpr int16_t kNoChange = INT16_MIN;  // 2^15 as a word without sign
+  static constexpr uint64_t kCoarseRows = 4;       // three that are expanded, and one
   static constexpr std::ptrdiff_t kMaxBrightnessRows =
       256;  // more leave the cache, and are made again
 
@@ -172,8 +180,7 @@ class Run {
            level1_.Allocate(picture_.size, static_cast<uint64_t>(level1_rows)) &&
            (whole == 0 ||
             (level2_.Allocate(level1_.size(), 1) && levels_.Allocate(level2_.size(), whole))) &&
-           half_.Allocate(1, width / 2 + 1) && expanded_.Allocate(1, width) &&
-           expanded_changes_.Allocate(1, width);
+           coarse_.Allocate(1, width / 2 + 1) && coarse_changes_.Allocate(1, width / 2 + 1);
   }
 
   void Start() {
@@ -191,11 +198,10 @@ class Run {
     const PlaneSize size = picture_.size;
     for (std::ptrdiff_t y = 0; y < size.height; ++y) {
       MakeChangesUpTo(1, y / 2 + 1);
-      ExpandRow(level1_, level1_.size(), y, pyramid_, half_[0], expanded_[0]);
-      ExpandChanges(1, y);
+      ExpandToRow(level1_, 1, y);
       samples_.change(RowAt<uint8_t>(picture_.source, picture_.stride, y), Band(brightness_.Row(y)),
                       responses_.band[0], RowAt<uint8_t>(picture_.destination, picture_.stride, y),
-                      size.width, picture_.rows);
+                      {0, size.width}, picture_.rows);
     }
   }
 
@@ -220,24 +226,30 @@ class Run {
     int16_t* const changes = changes_[level].rows[y];
     const std::ptrdiff_t width = SizeOf(level).width;
     if (is_base) {
-      std::fill_n(expanded_[0], width, responses_.pivot);
-      std::fill_n(expanded_changes_[0], width, int16_t{0});
+      Fill(coarse_[0], width / 2 + 1, responses_.pivot);
+      Fill(coarse_changes_[0], width / 2 + 1, kNoChange);
       kernels_.respond(Band(row), responses_.base, changes, width);
       return;
     }
-    const Plane& coarse = levels_[level + 1 - kFirstWhole];
-    ExpandRow(coarse, coarse.size, y, pyramid_, half_[0], expanded_[0]);
-    ExpandChanges(level + 1, y);
+    ExpandToRow(levels_[level + 1 - kFirstWhole], level + 1, y);
     kernels_.respond(Band(row), responses_.band[level], changes, width);
   }
 
-  // To row `y` of the finer level.
-  void ExpandChanges(int level, std::ptrdiff_t y) {
-    ExpandRow(changes_[level].rows, SizeOf(level), y, pyramid_, half_[0], expanded_changes_[0]);
+  static void Fill(int16_t* row, std::ptrdiff_t width, int16_t value) {
+    std::fill_n(row, width, value);
+    HoldEnds(row, width);
   }
 
-  // A row of a level, whose expanded rows have been made.
-  BandRow Band(const int16_t* level) const { return {level, expanded_[0], expanded_changes_[0]}; }
+  // What row `y` of the finer level expands from.
+  template <class Rows>
+  void ExpandToRow(const Rows& coarse, int level, std::ptrdiff_t y) {
+    const PlaneSize size = SizeOf(level);
+    ExpandAcross(coarse, size, y, pyramid_.expand_across, coarse_[0]);
+    ExpandAcross(changes_[level].rows, size, y, pyramid_.expand_changes_across, coarse_changes_[0]);
+  }
+
+  // A row of a level, whose coarser rows have been made.
+  BandRow Band(const int16_t* level) const { return {level, coarse_[0], coarse_changes_[0]}; }
 
   const Picture& picture_;
   const Responses& responses_;
@@ -249,9 +261,8 @@ class Run {
   Reduction level2_;
   Pyramid levels_;  // from level 2 on
   Changes changes_[kMaxBands + 1];
-  WorkRows half_;
-  WorkRows expanded_;
-  WorkRows expanded_changes_;
+  WorkRows coarse_;  // as narrow as the coarser level of those at work
+  WorkRows coarse_changes_;
 };
 
 }  // namespace
@@ -275,7 +286,8 @@ Status MultiFrequency(const uint8_t* source, uint8_t* destination, uint32_t widt
       stride,
       {static_cast<std::ptrdiff_t>(width), static_cast<std::ptrdiff_t>(height)},
       {static_cast<int32_t>(format.depth_bits),
-       source != destination && WritesRoundCache(stride, height)}};
+       source != destination && WritesRoundCache(stride, height),
+       stride * RowsAhead(params->band_count, height)}};
   return Run(picture, format, Responses(*params), tier).Do();
 }
 

@@ -49,13 +49,13 @@ void HyperToneDetail::MakeBase1Row() {
                         level1_.size().width);
 }
 
-DetailRow HyperToneDetail::Row(std::ptrdiff_t y) {
+void HyperToneDetail::MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) {
   const PlaneSize half = level1_.size();
   while (level1_.made() <= std::min(y / 2 + 1, half.height - 1)) MakeBase1Row();
   ExpandRow(base1_, half, y, pyramid_, narrow_[0], expanded_[0]);
   pyramid_.limit_detail(brightness_[y], expanded_[0], context_.limits[0], detail_[0], rest_[0],
                         picture_.size.width);
-  return {brightness_[y], detail_[0]};
+  Apply(picture_.kernels->apply, y, {brightness_[y], detail_[0]}, gains, destination);
 }
 
 bool HyperToneLightDetail::Prepare() {
@@ -70,13 +70,13 @@ bool HyperToneLightDetail::Prepare() {
   return true;
 }
 
-DetailRow HyperToneLightDetail::Row(std::ptrdiff_t y) {
-  const std::ptrdiff_t width = picture_.size.width;
-  picture_.kernels->brightness(picture_.Row(y), brightness_[0], width, picture_.pixels);
-  EnlargeRow(levels_[0], levels_[0].size, y, pyramid_, narrow_[0], expanded_[0]);
-  pyramid_.limit_detail(brightness_[0], expanded_[0], context_.limits[0], detail_[0], rest_[0],
-                        width);
-  return {brightness_[0], detail_[0]};
+void HyperToneLightDetail::MakeRow(std::ptrdiff_t y, const ToneGains& gains,
+                                   uint16_t* destination) {
+  EnlargeAcross(levels_[0], levels_[0].size, y, pyramid_, narrow_[0]);
+  picture_.kernels->fine_detail(picture_.Row(y), narrow_[0], context_.limits[0],
+                                {brightness_[0], detail_[0], nullptr}, {0, picture_.size.width},
+                                picture_.pixels);
+  Apply(picture_.kernels->apply, y, {brightness_[0], detail_[0]}, gains, destination);
 }
 
 bool HybridHyperToneDetail::Prepare() {
@@ -92,7 +92,8 @@ bool HybridHyperToneDetail::Prepare() {
   return true;
 }
 
-DetailRow HybridHyperToneDetail::Row(std::ptrdiff_t y) {
+void HybridHyperToneDetail::MakeRow(std::ptrdiff_t y, const ToneGains& gains,
+                                    uint16_t* destination) {
   const std::ptrdiff_t width = picture_.size.width;
   const PlaneSize half = level1_.size();
   while (level1_.made() <= std::min(y / 2 + 1, half.height - 1)) level1_.Next();
@@ -100,7 +101,7 @@ DetailRow HybridHyperToneDetail::Row(std::ptrdiff_t y) {
   pyramid_.limit_detail(brightness_[y], expanded_[0], context_.fine_limit, fine_detail_[0],
                         rest_[0], width);
   grid_.Slice(y, rest_[0], fine_detail_[0], context_.limits[0], detail_[0], width, grid_kernels_);
-  return {brightness_[y], detail_[0]};
+  Apply(Unclipped(), y, {brightness_[y], detail_[0]}, gains, destination);
 }
 
 bool HybridHyperToneLightDetail::Prepare() {
@@ -115,16 +116,17 @@ bool HybridHyperToneLightDetail::Prepare() {
   return true;
 }
 
-DetailRow HybridHyperToneLightDetail::Row(std::ptrdiff_t y) {
+void HybridHyperToneLightDetail::MakeRow(std::ptrdiff_t y, const ToneGains& gains,
+                                         uint16_t* destination) {
   const std::ptrdiff_t width = picture_.size.width;
   const std::ptrdiff_t below = std::min((y + 2) / 4, blocks_.size().height - 1);
   while (blocks_.taken() <= below) blocks_.Next();
-  picture_.kernels->brightness(picture_.Row(y), brightness_[0], width, picture_.pixels);
-  EnlargeRow(blocks_, blocks_.size(), y, pyramid_, narrow_[0], expanded_[0]);
-  pyramid_.limit_detail(brightness_[0], expanded_[0], context_.fine_limit, fine_detail_[0],
-                        rest_[0], width);
+  EnlargeAcross(blocks_, blocks_.size(), y, pyramid_, narrow_[0]);
+  picture_.kernels->fine_detail(picture_.Row(y), narrow_[0], context_.fine_limit,
+                                {brightness_[0], fine_detail_[0], rest_[0]}, {0, width},
+                                picture_.pixels);
   grid_.Slice(y, rest_[0], fine_detail_[0], context_.limits[0], detail_[0], width, grid_kernels_);
-  return {brightness_[0], detail_[0]};
+  Apply(Unclipped(), y, {brightness_[0], detail_[0]}, gains, destination);
 }
 
 }  // namespace ovra

@@ -13,12 +13,13 @@
 namespace ovra {
 
 // One run of a form: Prepare goes over the picture once and answers false when there is no memory;
-// then Row is asked for every row in order. A row of the source may be overwritten when its own row
-// has been asked for.
+// then MakeRow is asked for every row of the result in order, and writes it when it has read its row
+// of the source for the last time. A form's kRowsAhead says how far below the row of the result that
+// row of the source lies which the next rows of the result will be the first to need.
 class ToneDetail {
  public:
   virtual bool Prepare() = 0;
-  virtual DetailRow Row(std::ptrdiff_t y) = 0;
+  virtual void MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) = 0;
 
  protected:
   ToneDetail(const TonePicture& picture, const HyperToneContext& context, KernelTier tier)
@@ -33,6 +34,16 @@ class ToneDetail {
     const std::ptrdiff_t width = picture_.size.width;
     return narrow_.Allocate(1, narrow_width) && expanded_.Allocate(1, width) &&
            detail_.Allocate(1, width) && rest_.Allocate(1, width);
+  }
+
+  // The result of a row whose detail is known.
+  void Apply(ApplyGainsRow* apply, std::ptrdiff_t y, const DetailRow& row, const ToneGains& gains,
+             uint16_t* destination) const {
+    apply(picture_.Row(y), row, gains, destination, picture_.size.width, picture_.pixels);
+  }
+  // How forms that never clip make it.
+  ApplyGainsRow* Unclipped() const {
+    return context_.keep == 0 ? picture_.kernels->apply_unclipped : picture_.kernels->apply_colour;
   }
 
   // Every level but the last gives up what differs from the next one's by less than its limit.
@@ -54,10 +65,12 @@ class ToneDetail {
 // above a sixteenth of the picture exists.
 class HyperToneDetail final : public ToneDetail {
  public:
+  static constexpr std::ptrdiff_t kRowsAhead = 5;
+
   HyperToneDetail(const TonePicture& picture, const HyperToneContext& context, KernelTier tier)
       : ToneDetail(picture, context, tier), brightness_(picture) {}
   bool Prepare() override;
-  DetailRow Row(std::ptrdiff_t y) override;
+  void MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) override;
 
  private:
   void MakeBase1Row();
@@ -71,10 +84,12 @@ class HyperToneDetail final : public ToneDetail {
 // The same, from blocks.
 class HyperToneLightDetail final : public ToneDetail {
  public:
+  static constexpr std::ptrdiff_t kRowsAhead = 1;
+
   HyperToneLightDetail(const TonePicture& picture, const HyperToneContext& context, KernelTier tier)
       : ToneDetail(picture, context, tier), blocks_(picture) {}
   bool Prepare() override;
-  DetailRow Row(std::ptrdiff_t y) override;
+  void MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) override;
 
  private:
   ToneBlocks blocks_;
@@ -85,11 +100,13 @@ class HyperToneLightDetail final : public ToneDetail {
 // The base is what the grid pulls tones to, about a fine blur.
 class HybridHyperToneDetail final : public ToneDetail {
  public:
+  static constexpr std::ptrdiff_t kRowsAhead = 5;
+
   HybridHyperToneDetail(const TonePicture& picture, const HyperToneContext& context,
                         KernelTier tier)
       : ToneDetail(picture, context, tier), brightness_(picture) {}
   bool Prepare() override;
-  DetailRow Row(std::ptrdiff_t y) override;
+  void MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) override;
 
  private:
   ToneBrightness brightness_;
@@ -101,11 +118,13 @@ class HybridHyperToneDetail final : public ToneDetail {
 // The same, from blocks.
 class HybridHyperToneLightDetail final : public ToneDetail {
  public:
+  static constexpr std::ptrdiff_t kRowsAhead = 6;
+
   HybridHyperToneLightDetail(const TonePicture& picture, const HyperToneContext& context,
                              KernelTier tier)
       : ToneDetail(picture, context, tier), blocks_(picture) {}
   bool Prepare() override;
-  DetailRow Row(std::ptrdiff_t y) override;
+  void MakeRow(std::ptrdiff_t y, const ToneGains& gains, uint16_t* destination) override;
 
  private:
   ToneBlocks blocks_;

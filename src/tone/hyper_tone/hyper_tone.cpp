@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "tone/hyper_tone/hyper_tone.h"
 
+#include <algorithm>
+
 #include "core/rows.h"
 #include "tone/hyper_tone/details.h"
 #include "tone/hyper_tone/kernels.h"
@@ -9,20 +11,15 @@ namespace ovra {
 namespace {
 
 // From the detail of each pixel to its gain and to the result. `detail` has been prepared.
-void MakeResult(ToneDetail* detail, const TonePicture& picture, uint8_t* destination,
+template <class Detail>
+void MakeResult(Detail* detail, const TonePicture& picture, uint8_t* destination,
                 const HyperToneContext& context) {
-  const HyperToneKernels& kernels = *picture.kernels;
-  const bool may_clip =
-      context.form == ToneForm::kHyperTone || context.form == ToneForm::kHyperToneLight;
-  ApplyGainsRow* const apply = may_clip            ? kernels.apply
-                               : context.keep == 0 ? kernels.apply_unclipped
-                                                   : kernels.apply_colour;
   const ToneGains gains = {
       context.gains, context.keep,
-      picture.source != destination && WritesRoundCache(picture.stride, picture.size.height)};
+      picture.source != destination && WritesRoundCache(picture.stride, picture.size.height),
+      std::min(Detail::kRowsAhead, picture.size.height) * picture.stride};
   for (std::ptrdiff_t y = 0; y < picture.size.height; ++y) {
-    apply(picture.Row(y), detail->Row(y), gains, RowAt<uint16_t>(destination, picture.stride, y),
-          picture.size.width, picture.pixels);
+    detail->MakeRow(y, gains, RowAt<uint16_t>(destination, picture.stride, y));
   }
 }
 

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "core/cpu.h"
+#include "tone/pyramid/kernels.h"
 
 namespace ovra {
 
@@ -37,15 +38,27 @@ struct ToneGains {
   const int32_t* table;  // of a context
   int16_t keep;          // the context's, which some forms use
   bool streaming;        // whether writing goes round the cache
+  std::ptrdiff_t ahead;  // how many bytes behind a pixel those lie that will be read next
 };
 
 // Pixels times the gains of their brightness and detail. destination may be source.
 using ApplyGainsRow = void(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
                            uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format);
 
+// Work rows about the detail of pixels: their brightness, its limited difference from what `blocks`
+// enlarges to, and the rest, if that is wanted.
+struct FineRows {
+  int16_t* brightness;
+  int16_t* detail;
+  int16_t* rest;  // or null
+};
+using FineDetailRow = void(const uint16_t* source, const int16_t* blocks, const SoftLimit& limit,
+                           const FineRows& rows, const RowSpan& pixels, const TonePixels& format);
+
 struct HyperToneKernels {
   ToneBrightnessRow* brightness;
   ToneBlocksRow* blocks;
+  FineDetailRow* fine_detail;
   ApplyGainsRow* apply;            // each channel limited by itself
   ApplyGainsRow* apply_unclipped;  // no gain drives a channel above the depth
   ApplyGainsRow* apply_colour;     // the same, and colour grows less than brightness: `keep` > 0

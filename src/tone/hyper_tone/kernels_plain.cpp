@@ -2,6 +2,8 @@
 #include <algorithm>
 
 #include "tone/hyper_tone/kernels.h"
+#include "tone/pyramid/expand.h"
+#include "tone/pyramid/soft_limit.h"
 
 namespace ovra {
 namespace {
@@ -21,14 +23,15 @@ struct Pixel {
     return Weighted(format) >> (format.depth_bits - 9);
   }
   int32_t Strongest() const { return std::max({samples[0], samples[1], samples[2]}); }
+  int32_t Brightness(const TonePixels& format) const {
+    return (Luminance(format) + (Strongest() << (15 - format.depth_bits)) + 1) >> 1;
+  }
 };
 
 void Brightness(const uint16_t* source, int16_t* brightness, std::ptrdiff_t pixels,
                 const TonePixels& format) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
-    const Pixel pixel(source + 3 * i, format);
-    const int32_t strongest = pixel.Strongest() << (15 - format.depth_bits);
-    brightness[i] = static_cast<int16_t>((pixel.Luminance(format) + strongest + 1) >> 1);
+    brightness[i] = static_cast<int16_t>(Pixel(source + 3 * i, format).Brightness(format));
   }
 }
 
@@ -49,12 +52,23 @@ void Blocks(const uint16_t* const* rows, int16_t* brightness, std::ptrdiff_t pix
   }
 }
 
-int32_t GainAt(const DetailRow& row, std::ptrdiff_t i, const ToneGains& gains) {
-  const int32_t base = std::clamp(row.brightness[i] - row.detail[i], 0, 32767);
+void FineDetail(const uint16_t* source, const int16_t* blocks, const SoftLimit& limit,
+                const FineRows& rows, const RowSpan& pixels, const TonePixels& format) {
+  for (std::ptrdiff_t i = pixels.first; i < pixels.end; ++i) {
+    const int32_t brightness = Pixel(source + 3 * i, format).Brightness(format);
+    const int32_t detail = Limited(brightness - EnlargedAt(blocks, i), limit);
+    rows.brightness[i] = static_cast<int16_t>(brightness);
+    rows.detail[i] = static_cast<int16_t>(detail);
+    if (rows.rest != nullptr) rows.rest[i] = static_cast<int16_t>(brightness - detail);
+  }
+}
+
+int32_t GainAt(int32_t brightness, int32_t detail, const ToneGains& gains) {
+  const int32_t base = std::clamp(brightness - detail, 0, 32767);
   const int32_t entry = gains.table[(base + 4) >> 3];
   const int32_t gain = entry & 0xFFFF;
   const int32_t slope = entry >> 16;
-  return std::clamp(gain + ((4 * row.detail[i] * slope + 16384) >> 15), 0, 32767);
+  return std::clamp(gain + ((4 * detail * slope + 16384) >> 15), 0, 32767);
 }
 
 int32_t Scaled(int32_t sample, int32_t gain) {
@@ -71,7 +85,7 @@ void Apply(const uint16_t* source, const DetailRow& row, const ToneGains& gains,
            uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
-    const int32_t gain = GainAt(row, i, gains);
+    const int32_t gain = GainAt(row.brightness[i], row.detail[i], gains);
     for (int c = 0; c < 3; ++c) {
       const int32_t scaled = Scaled(pixel.samples[c], gain);
       destination[3 * i + c] = static_cast<uint16_t>(std::min(scaled, format.MaxSample()));
@@ -83,7 +97,8 @@ void ApplyUnclipped(const uint16_t* source, const DetailRow& row, const ToneGain
                     uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
-    const int32_t gain = UnclippedGain(pixel, GainAt(row, i, gains), format.MaxSample());
+    const int32_t gain =
+        UnclippedGain(pixel, GainAt(row.brightness[i], row.detail[i], gains), format.MaxSample());
     for (int c = 0; c < 3; ++c) {
       destination[3 * i + c] = static_cast<uint16_t>(Scaled(pixel.samples[c], gain));
     }
@@ -96,7 +111,8 @@ void ApplyColour(const uint16_t* source, const DetailRow& row, const ToneGains& 
   const int32_t down = 28 - format.depth_bits;
   for (std::ptrdiff_t i = 0; i < pixels; ++i) {
     const Pixel pixel(source + 3 * i, format);
-    const int32_t gain = UnclippedGain(pixel, GainAt(row, i, gains), format.MaxSample());
+    const int32_t gain =
+        UnclippedGain(pixel, GainAt(row.brightness[i], row.detail[i], gains), format.MaxSample());
     const int32_t kept = ((gain - 8192) * gains.keep + 16384) >> 15;
     const int32_t added = pixel.Luminance(format) * kept + (1 << (down - 1));
     for (int c = 0; c < 3; ++c) {
@@ -108,6 +124,7 @@ void ApplyColour(const uint16_t* source, const DetailRow& row, const ToneGains& 
 
 }  // namespace
 
-const HyperToneKernels kHyperTonePlain = {Brightness, Blocks, Apply, ApplyUnclipped, ApplyColour};
+const HyperToneKernels kHyperTonePlain = {Brightness, Blocks,         FineDetail,
+                                          Apply,      ApplyUnclipped, ApplyColour};
 
 }  // namespace ovra

@@ -8,6 +8,8 @@
 #include "core/channel_shuffles.h"
 #include "core/vector_ops.h"
 #include "tone/hyper_tone/kernels.h"
+#include "tone/pyramid/enlarge_vector.h"
+#include "tone/pyramid/limited_vector.h"
 #include "tone/pyramid/pixels_vector.h"
 
 namespace ovra {
@@ -21,12 +23,15 @@ const HyperToneKernels& Narrower() {
   return NarrowerThan<V>(kHyperTonePlain, kHyperToneSse);
 }
 
+// Pixels by channel, limited.
 template <class V>
-struct Channels {
+struct Pixels {
   using Reg = typename V::Reg;
 
-  Channels(const uint16_t* pixels, Reg max_sample) {
-    SplitThreeChannels<V, 16>(pixels, samples);
+  Pixels(const uint16_t* pixels, Reg max_sample) {
+    Reg lanes[3];
+    V::LoadTriple(pixels, lanes);
+    SplitRegisters<V, 16>(lanes, samples);
     for (Reg& channel : samples) channel = V::MinU16(channel, max_sample);
   }
   Reg Strongest() const { return V::Max16(V::Max16(samples[0], samples[1]), samples[2]); }
@@ -35,20 +40,91 @@ struct Channels {
 };
 
 template <class V>
+class Luminance {
+ public:
+  using Reg = typename V::Reg;
+
+  explicit Luminance(const TonePixels& format)
+      : sum_(format.depth_bits - 9), is_rgb_(format.weights[0] == NarrowLuminance<V>::kFirst) {}
+
+  Reg operator()(const Pixels<V>& pixel) const {
+    const auto& c = pixel.samples;
+    return is_rgb_ ? sum_(c[0], c[1], c[2]) : sum_(c[2], c[1], c[0]);
+  }
+
+ private:
+  NarrowLuminance<V> sum_;
+  bool is_rgb_;
+};
+
+// The brightness of pixels.
+template <class V>
+class SteeringBrightness {
+ public:
+  explicit SteeringBrightness(const TonePixels& format)
+      : luminance_(format), up_(V::Set16(1 << (15 - format.depth_bits))) {}
+
+  typename V::Reg operator()(const Pixels<V>& pixel) const {
+    return V::AverageU16(luminance_(pixel), V::MulLow16(pixel.Strongest(), up_));
+  }
+
+ private:
+  Luminance<V> luminance_;
+  typename V::Reg up_;
+};
+
+template <class V>
 void Brightness(const uint16_t* source, int16_t* brightness, std::ptrdiff_t pixels,
                 const TonePixels& format) {
-  const WeightedSum<V> luminance(format.weights, format.depth_bits - 9, false);
+  const SteeringBrightness<V> of(format);
   const auto max_sample = V::Set16(format.MaxSample());
   std::ptrdiff_t i = 0;
   for (; i + kStep<V> <= pixels; i += kStep<V>) {
     PrefetchAhead<6 * kStep<V>>(source + 3 * i, kAheadInRow);
-    const Channels<V> pixel(source + 3 * i, max_sample);
-    const auto strongest = V::ShiftLeft16(pixel.Strongest(), 15 - format.depth_bits);
-    V::Store(
-        brightness + i,
-        V::AverageU16(luminance(pixel.samples[0], pixel.samples[1], pixel.samples[2]), strongest));
+    V::Store(brightness + i, of(Pixels<V>(source + 3 * i, max_sample)));
   }
   Narrower<V>().brightness(source + 3 * i, brightness + i, pixels - i, format);
+}
+
+// The limited difference of brightness and what blocks enlarge to, for pixels from `x` on in whole
+// steps.
+template <class V>
+class BlockDetail {
+ public:
+  BlockDetail(std::ptrdiff_t x, const SoftLimit& limit) : enlarger_(x), limited_(limit) {}
+
+  typename V::Reg At(const int16_t* blocks, std::ptrdiff_t x, typename V::Reg brightness) const {
+    return limited_(V::Sub16(brightness, enlarger_.From(blocks, x)));
+  }
+
+ private:
+  Enlarger<V> enlarger_;
+  VectorLimit<V> limited_;
+};
+
+template <class V>
+void FineDetail(const uint16_t* source, const int16_t* blocks, const SoftLimit& limit,
+                const FineRows& rows, const RowSpan& pixels, const TonePixels& format) {
+  const SteeringBrightness<V> of(format);
+  const BlockDetail<V> detail(pixels.first, limit);
+  const auto max_sample = V::Set16(format.MaxSample());
+  std::ptrdiff_t x = pixels.first;
+  const auto cover = [&]<bool kHasRest>() {
+    for (; x + kStep<V> <= pixels.end; x += kStep<V>) {
+      PrefetchAhead<6 * kStep<V>>(source + 3 * x, kAheadInRow);
+      const auto brightness = of(Pixels<V>(source + 3 * x, max_sample));
+      const auto d = detail.At(blocks, x, brightness);
+      V::Store(rows.brightness + x, brightness);
+      V::Store(rows.detail + x, d);
+      if constexpr (kHasRest) V::Store(rows.rest + x, V::Sub16(brightness, d));
+    }
+  };
+  if (rows.rest != nullptr) {
+    cover.template operator()<true>();
+  } else {
+    cover.template operator()<false>();
+  }
+  Narrower<V>().fine_detail(source, blocks, limit, rows, {x, pixels.end}, format);
 }
 
 // The sums of the channels of four rows of pixels: eight in each lane, those of the second lane 32
@@ -101,16 +177,17 @@ void Blocks(const uint16_t* const* rows, int16_t* brightness, std::ptrdiff_t pix
 
 // The gains of a register of pixels.
 template <class V>
-typename V::Reg GainsAt(const DetailRow& row, std::ptrdiff_t i, const int32_t* table) {
+[[gnu::always_inline]] inline typename V::Reg GainsAt(typename V::Reg brightness, typename V::Reg d,
+                                                      const int32_t* table) {
+  constexpr int kOddWords = 0xAA;
   const auto zero = V::Zero();
-  const auto low_half = V::Set32(0xFFFF);
-  const auto d = V::Load(row.detail + i);
-  const auto base = V::Max16(V::SubSat16(V::Load(row.brightness + i), d), zero);
+  const auto base = V::Max16(V::SubSat16(brightness, d), zero);
   const auto index = V::ShiftRightU16(V::Add16(base, V::Set16(4)), 3);
-  const auto low = V::Gather32(table, V::template UnpackLow<16>(index, zero));
-  const auto high = V::Gather32(table, V::template UnpackHigh<16>(index, zero));
-  const auto gain = V::PackS32(V::And(low, low_half), V::And(high, low_half));
-  const auto slope = V::PackS32(V::ShiftRight32(low, 16), V::ShiftRight32(high, 16));
+  typename V::Reg evens;
+  typename V::Reg odds;
+  V::LookUp32(table, index, &evens, &odds);
+  const auto gain = V::template Choose16<kOddWords>(evens, V::ShiftLeft32(odds, 16));
+  const auto slope = V::template Choose16<kOddWords>(V::ShiftRightU32(evens, 16), odds);
   const auto raised = V::MulRound15(V::ShiftLeft16(d, 2), slope);
   return V::Max16(V::AddSat16(gain, raised), zero);
 }
@@ -121,7 +198,19 @@ typename V::Reg Scaled(typename V::Reg samples, typename V::Reg gains) {
   return V::MulRound15(V::ShiftLeft16(samples, 2), gains);
 }
 
-// Three registers of pixels times a register of gains: each channel limited by itself.
+// Three registers of pixels, lane by lane, times a register of gains.
+template <class V>
+void ScalePixels(const uint16_t* in, typename V::Reg gain, typename V::Reg max_sample,
+                 typename V::Reg (&out)[3]) {
+  typename V::Reg lanes[3];
+  V::LoadTriple(in, lanes);
+  for (int r = 0; r < 3; ++r) {
+    const auto spread = V::Shuffle8(gain, V::LoadToAllLanes(kSpreadOrder<2, 3, 3>.orders[r]));
+    out[r] = Scaled<V>(V::MinU16(lanes[r], max_sample), spread);
+  }
+}
+
+// Each channel limited by itself.
 template <class V>
 struct Clipped {
   static constexpr auto kKernel = &HyperToneKernels::apply;
@@ -130,11 +219,8 @@ struct Clipped {
       : max_sample(V::Set16(format.MaxSample())) {}
 
   void operator()(const uint16_t* in, typename V::Reg gain, typename V::Reg (&out)[3]) const {
-    for (int r = 0; r < 3; ++r) {
-      const auto samples = V::MinU16(V::LoadLanes(in + 8 * r, in + 24 + 8 * r), max_sample);
-      const auto spread = V::Shuffle8(gain, V::LoadToAllLanes(kSpreadOrder<2, 3, 3>.orders[r]));
-      out[r] = V::Min16(Scaled<V>(samples, spread), max_sample);
-    }
+    ScalePixels<V>(in, gain, max_sample, out);
+    for (auto& part : out) part = V::Min16(part, max_sample);
   }
 
   typename V::Reg max_sample;
@@ -142,7 +228,7 @@ struct Clipped {
 
 // Gains that keep the strongest channel of each pixel within the depth.
 template <class V>
-typename V::Reg UnclippedGains(const Channels<V>& pixel, typename V::Reg gains,
+typename V::Reg UnclippedGains(const Pixels<V>& pixel, typename V::Reg gains,
                                typename V::Reg max_sample, int32_t max_product) {
   const auto strongest = pixel.Strongest();
   const auto clips = V::Greater16(Scaled<V>(strongest, gains), max_sample);
@@ -154,6 +240,7 @@ typename V::Reg UnclippedGains(const Channels<V>& pixel, typename V::Reg gains,
   return V::Choose8(gains, V::PackS32(low, high), clips);
 }
 
+// A pixel clips where a channel does, and few registers have any.
 template <class V>
 struct Unclipped {
   static constexpr auto kKernel = &HyperToneKernels::apply_unclipped;
@@ -162,10 +249,11 @@ struct Unclipped {
       : max_sample(V::Set16(format.MaxSample())), max_product(format.MaxSample() * 8192) {}
 
   void operator()(const uint16_t* in, typename V::Reg gain, typename V::Reg (&out)[3]) const {
-    Channels<V> pixel(in, max_sample);
-    const auto unclipped = UnclippedGains<V>(pixel, gain, max_sample, max_product);
-    for (auto& channel : pixel.samples) channel = Scaled<V>(channel, unclipped);
-    JoinRegisters<V, 16>(pixel.samples, out);
+    ScalePixels<V>(in, gain, max_sample, out);
+    const auto strongest = V::Max16(V::Max16(out[0], out[1]), out[2]);
+    if (V::IsZero(V::Greater16(strongest, max_sample))) return;
+    const Pixels<V> pixel(in, max_sample);
+    ScalePixels<V>(in, UnclippedGains<V>(pixel, gain, max_sample, max_product), max_sample, out);
   }
 
   typename V::Reg max_sample;
@@ -179,35 +267,36 @@ struct Coloured {
 
   Coloured(const ToneGains& gains, const TonePixels& format)
       : unclipped(gains, format),
-        luminance(format.weights, format.depth_bits - 9, false),
+        luminance(format),
         share(V::Set16(gains.keep)),
         up(15 - format.depth_bits),
         down(28 - format.depth_bits) {}
 
   void operator()(const uint16_t* in, Reg gain_wanted, Reg (&out)[3]) const {
     const auto max_sample = unclipped.max_sample;
-    Channels<V> pixel(in, max_sample);
+    const Pixels<V> pixel(in, max_sample);
     const auto gain = UnclippedGains<V>(pixel, gain_wanted, max_sample, unclipped.max_product);
     const auto kept = V::MulRound15(V::Sub16(gain, V::Set16(8192)), share);
     const auto own = V::Sub16(gain, kept);
     const auto factors_low = V::template UnpackLow<16>(own, kept);
     const auto factors_high = V::template UnpackHigh<16>(own, kept);
-    const auto y = luminance(pixel.samples[0], pixel.samples[1], pixel.samples[2]);
+    const auto y = luminance(pixel);
     const auto half = V::Set32(1 << (down - 1));
     const auto mixed = [&](Reg channel_and_y, Reg factors) {
       return V::ShiftRight32(V::Add32(V::MulAdd16(channel_and_y, factors), half), down);
     };
-    for (auto& channel : pixel.samples) {
-      const auto raised = V::ShiftLeft16(channel, up);
+    Reg channels[3];
+    for (int c = 0; c < 3; ++c) {
+      const auto raised = V::ShiftLeft16(pixel.samples[c], up);
       const auto low = mixed(V::template UnpackLow<16>(raised, y), factors_low);
       const auto high = mixed(V::template UnpackHigh<16>(raised, y), factors_high);
-      channel = V::Min16(V::Max16(V::PackS32(low, high), V::Zero()), max_sample);
+      channels[c] = V::Min16(V::Max16(V::PackS32(low, high), V::Zero()), max_sample);
     }
-    JoinRegisters<V, 16>(pixel.samples, out);
+    JoinRegisters<V, 16>(channels, out);
   }
 
   Unclipped<V> unclipped;
-  WeightedSum<V> luminance;
+  Luminance<V> luminance;
   Reg share;
   int up;
   int down;
@@ -218,17 +307,21 @@ void ApplyRow(const uint16_t* source, const DetailRow& row, const ToneGains& gai
               uint16_t* destination, std::ptrdiff_t pixels, const TonePixels& format) {
   constexpr auto kKernel = Form<V>::kKernel;
   const Form<V> form(gains, format);
-  const std::ptrdiff_t i = CoverPixels<6, kStep<V>>(
+  const std::ptrdiff_t i = CoverPixels<6, kStep<V>, V::kBytes>(
       destination, pixels, gains.streaming,
       [&](std::ptrdiff_t count) {
         (kHyperTonePlain.*kKernel)(source, row, gains, destination, count, format);
       },
-      [&]<bool kStreaming>(std::ptrdiff_t at) {
+      [&]<bool kStreaming>(std::ptrdiff_t x) {
+        PrefetchAhead<6 * kStep<V>>(source + 3 * x, gains.ahead);
+        const auto brightness = V::Load(row.brightness + x);
+        const auto gain = GainsAt<V>(brightness, V::Load(row.detail + x), gains.table);
+        typename V::Reg lanes[3];
         typename V::Reg result[3];
-        form(source + 3 * at, GainsAt<V>(row, at, gains.table), result);
-        uint16_t* const out = destination + 3 * at;
-        for (int r = 0; r < 3; ++r) {
-          StoreLanesTo<V, kStreaming>(out + 8 * r, out + 24 + 8 * r, result[r]);
+        form(source + 3 * x, gain, lanes);
+        V::InMemoryOrder(lanes, result);
+        for (std::ptrdiff_t r = 0; r < 3; ++r) {
+          StoreTo<V, kStreaming>(destination + 3 * x + kStep<V> * r, result[r]);
         }
       });
   (Narrower<V>().*kKernel)(source + 3 * i, {row.brightness + i, row.detail + i}, gains,
@@ -236,7 +329,8 @@ void ApplyRow(const uint16_t* source, const DetailRow& row, const ToneGains& gai
 }
 
 template <class V>
-constexpr HyperToneKernels kHyperToneOf = {Brightness<V>, Blocks<V>, ApplyRow<V, Clipped>,
+constexpr HyperToneKernels kHyperToneOf = {Brightness<V>,          Blocks<V>,
+                                           FineDetail<V>,          ApplyRow<V, Clipped>,
                                            ApplyRow<V, Unclipped>, ApplyRow<V, Coloured>};
 
 }  // namespace

@@ -79,18 +79,16 @@ class ToneBlocks final : public RowSource {
   WorkRows rows_;
 };
 
-// Row `y` of a picture from the rows of its blocks. `narrow` is a work row of as many samples as there
-// are blocks.
+// What row `y` of a picture enlarges from, of the rows of its blocks: a work row, whose ends are held.
 template <class Rows>
-void EnlargeRow(const Rows& blocks, PlaneSize size, std::ptrdiff_t y, const PyramidKernels& kernels,
-                int16_t* narrow, int16_t* output) {
+void EnlargeAcross(const Rows& blocks, PlaneSize size, std::ptrdiff_t y,
+                   const PyramidKernels& kernels, int16_t* narrow) {
   constexpr int32_t kEighths[] = {5, 7, 1, 3};
   const std::ptrdiff_t above = y / 4 - (y % 4 < 2 ? 1 : 0);
   kernels.enlarge_across(blocks[std::max<std::ptrdiff_t>(above, 0)],
                          blocks[std::min(above + 1, size.height - 1)], kEighths[y % 4], narrow,
                          size.width);
   HoldEnds(narrow, size.width);
-  kernels.enlarge_along(narrow, output, size.width);
 }
 
 }  // namespace ovra

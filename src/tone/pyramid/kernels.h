@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Rows of pyramids: P. J. Burt and E. H. Adelson, The Laplacian pyramid as a compact image code, 1983.
 //
-// A working sample is a brightness of 15 bits, 0..32767, or a difference of two of them. Kernels may
-// read and write some samples before and behind a row: see WorkRows, which is what they write to.
+// A working sample is a brightness of 15 bits, 0..32767, or a difference of two of them. Changes are
+// differences that are kept 2^15 higher, as words without sign from 1 on. Kernels may read and write some samples before and behind a row: see WorkRows, which is what they write to.
 #pragma once
 
 #include <cstddef>
@@ -18,6 +18,12 @@ struct SoftLimit {
   int16_t reach;
   int16_t shift;
   int16_t factor;
+};
+
+// Samples or pixels of a row, from the first to before the last.
+struct RowSpan {
+  std::ptrdiff_t first;
+  std::ptrdiff_t end;
 };
 
 // Halves a row of 2 * count samples or one less, whose ends are held two samples far.
@@ -38,10 +44,6 @@ using ExpandAlongRow = void(const int16_t* row, int16_t* output, std::ptrdiff_t 
 using EnlargeAcrossRows = void(const int16_t* from, const int16_t* to, int32_t eighths,
                                int16_t* output, std::ptrdiff_t count);
 
-// A row four times as long as `row`, whose `count` samples stand for the means of four outputs each
-// and whose ends are held.
-using EnlargeAlongRow = void(const int16_t* row, int16_t* output, std::ptrdiff_t count);
-
 // detail = the limited difference of value and base; rest = value - detail.
 using LimitDetailRow = void(const int16_t* value, const int16_t* base, const SoftLimit& limit,
                             int16_t* detail, int16_t* rest, std::ptrdiff_t count);
@@ -50,9 +52,9 @@ struct PyramidKernels {
   ReduceAlongRow* reduce_along;
   ReduceAcrossRows* reduce_across;
   ExpandAcrossRows* expand_across;
+  ExpandAcrossRows* expand_changes_across;
   ExpandAlongRow* expand_along;
   EnlargeAcrossRows* enlarge_across;
-  EnlargeAlongRow* enlarge_along;
   LimitDetailRow* limit_detail;
 };
 

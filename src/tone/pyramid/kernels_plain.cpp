@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "tone/pyramid/expand.h"
 #include "tone/pyramid/kernels.h"
 #include "tone/pyramid/soft_limit.h"
 
@@ -7,18 +8,6 @@ namespace {
 
 int16_t Reduced(int32_t p0, int32_t p1, int32_t p2, int32_t p3, int32_t p4) {
   return static_cast<int16_t>((p0 + 4 * p1 + 6 * p2 + 4 * p3 + p4 + 8) >> 4);
-}
-
-int16_t ExpandedEven(int32_t before, int32_t at, int32_t behind) {
-  return static_cast<int16_t>((before + 6 * at + behind + 4) >> 3);
-}
-
-int16_t ExpandedOdd(int32_t at, int32_t behind) {
-  return static_cast<int16_t>((at + behind + 1) >> 1);
-}
-
-int16_t Between(int32_t from, int32_t to, int32_t eighths) {
-  return static_cast<int16_t>(from + (((to - from) * eighths + 4) >> 3));
 }
 
 void ReduceAlong(const int16_t* row, int16_t* output, std::ptrdiff_t count) {
@@ -34,31 +23,26 @@ void ReduceAcross(const int16_t* const* rows, int16_t* output, std::ptrdiff_t co
   }
 }
 
+template <class Word>
 void ExpandAcross(const int16_t* const* rows, bool is_odd, int16_t* output, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    output[i] = is_odd ? ExpandedOdd(rows[1][i], rows[2][i])
-                       : ExpandedEven(rows[0][i], rows[1][i], rows[2][i]);
+    const auto sample = [&](int row) { return static_cast<Word>(rows[row][i]); };
+    output[i] = static_cast<int16_t>(is_odd ? ExpandedOdd(sample(1), sample(2))
+                                            : ExpandedEven(sample(0), sample(1), sample(2)));
   }
 }
 
 void ExpandAlong(const int16_t* row, int16_t* output, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    output[2 * i] = ExpandedEven(row[i - 1], row[i], row[i + 1]);
-    output[2 * i + 1] = ExpandedOdd(row[i], row[i + 1]);
+    output[2 * i] = static_cast<int16_t>(ExpandedEven(row[i - 1], row[i], row[i + 1]));
+    output[2 * i + 1] = static_cast<int16_t>(ExpandedOdd(row[i], row[i + 1]));
   }
 }
 
 void EnlargeAcross(const int16_t* from, const int16_t* to, int32_t eighths, int16_t* output,
                    std::ptrdiff_t count) {
-  for (std::ptrdiff_t i = 0; i < count; ++i) output[i] = Between(from[i], to[i], eighths);
-}
-
-void EnlargeAlong(const int16_t* row, int16_t* output, std::ptrdiff_t count) {
   for (std::ptrdiff_t i = 0; i < count; ++i) {
-    output[4 * i + 0] = Between(row[i - 1], row[i], 5);
-    output[4 * i + 1] = Between(row[i - 1], row[i], 7);
-    output[4 * i + 2] = Between(row[i], row[i + 1], 1);
-    output[4 * i + 3] = Between(row[i], row[i + 1], 3);
+    output[i] = static_cast<int16_t>(Between(from[i], to[i], eighths));
   }
 }
 
@@ -73,7 +57,8 @@ void LimitDetail(const int16_t* value, const int16_t* base, const SoftLimit& lim
 
 }  // namespace
 
-const PyramidKernels kPyramidPlain = {ReduceAlong,   ReduceAcross, ExpandAcross, ExpandAlong,
-                                      EnlargeAcross, EnlargeAlong, LimitDetail};
+const PyramidKernels kPyramidPlain = {
+    ReduceAlong,   ReduceAcross, ExpandAcross<int16_t>, ExpandAcross<uint16_t>, ExpandAlong,
+    EnlargeAcross, LimitDetail};
 
 }  // namespace ovra

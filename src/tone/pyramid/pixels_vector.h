@@ -32,13 +32,22 @@ void StoreLanesTo(void* first, void* second, typename V::Reg a) {
   }
 }
 
+template <class V, bool kStreaming>
+void StoreTo(void* p, typename V::Reg a) {
+  if constexpr (kStreaming) {
+    V::StoreStreaming(p, a);
+  } else {
+    V::Store(p, a);
+  }
+}
+
 // Covers the whole steps of a row of pixels, step<kStreaming>(i) for each, and answers where they end.
-// What goes round the cache is written from the first pixel on that stands at 16 bytes, if there is
-// one: head(count) makes those before it.
-template <std::ptrdiff_t kPixelBytes, std::ptrdiff_t kStep, class Head, class Step>
+// What goes round the cache is written from the first pixel on that stands at kAligned bytes, if there
+// is one: head(count) makes those before it.
+template <std::ptrdiff_t kPixelBytes, std::ptrdiff_t kStep, std::ptrdiff_t kAligned = 16,
+          class Head, class Step>
 std::ptrdiff_t CoverPixels(const void* destination, std::ptrdiff_t pixels, bool streaming,
                            const Head& head, const Step& step) {
-  constexpr std::ptrdiff_t kAligned = 16;
   const auto address =
       static_cast<std::ptrdiff_t>(reinterpret_cast<uintptr_t>(destination) % kAligned);
   std::ptrdiff_t i = 0;
@@ -88,6 +97,31 @@ class WeightedSum {
   typename V::Reg first_two_;
   typename V::Reg third_;
   int shift_;
+};
+
+// 19, 38 and 7 times three channels of 10 to 12 bits, shifted down by 1 to 3: what 64 weights come to
+// in 15 bits. With s = c0 + 2 c1 that is (19 s + 7 c2) >> shift, of which whole multiples of s are kept
+// apart, so that the rest fits 16 bits without sign.
+template <class V>
+class NarrowLuminance {
+ public:
+  static constexpr int kFirst = 19;
+
+  explicit NarrowLuminance(int shift)
+      : whole_(V::Set16(kFirst >> shift)),
+        rest_(V::Set16(kFirst & ((1 << shift) - 1))),
+        down_(V::Set16(1 << (16 - shift))) {}
+
+  typename V::Reg operator()(typename V::Reg c0, typename V::Reg c1, typename V::Reg c2) const {
+    const auto s = V::Add16(c0, V::Add16(c1, c1));
+    const auto rest = V::Add16(V::MulLow16(s, rest_), V::MulLow16(c2, V::Set16(7)));
+    return V::Add16(V::MulLow16(s, whole_), V::MulHighU16(rest, down_));
+  }
+
+ private:
+  typename V::Reg whole_;
+  typename V::Reg rest_;
+  typename V::Reg down_;
 };
 
 }  // namespace

@@ -114,17 +114,24 @@ class Pyramid {
   Reduction reductions_[kMaxLevels];  // the first is not used
 };
 
-// Row `y` of the plane that a coarser one, given by its rows, expands to. `half` is a work row; the
-// output gets 2 * size.width samples.
+// Row `y` of the plane that a coarser one, given by its rows, expands to, still as narrow as the
+// coarser one: a work row, whose ends are held.
 template <class Rows>
-void ExpandRow(const Rows& coarse, PlaneSize size, std::ptrdiff_t y, const PyramidKernels& kernels,
-               int16_t* half, int16_t* output) {
+void ExpandAcross(const Rows& coarse, PlaneSize size, std::ptrdiff_t y, ExpandAcrossRows* kernel,
+                  int16_t* narrow) {
   const std::ptrdiff_t i = y / 2;
   const int16_t* const rows[] = {coarse[std::max<std::ptrdiff_t>(i - 1, 0)], coarse[i],
                                  coarse[std::min(i + 1, size.height - 1)]};
-  kernels.expand_across(rows, y % 2 != 0, half, size.width);
-  HoldEnds(half, size.width);
-  kernels.expand_along(half, output, size.width);
+  kernel(rows, y % 2 != 0, narrow, size.width);
+  HoldEnds(narrow, size.width);
+}
+
+// The same as wide as it will be: the output gets 2 * size.width samples.
+template <class Rows>
+void ExpandRow(const Rows& coarse, PlaneSize size, std::ptrdiff_t y, const PyramidKernels& kernels,
+               int16_t* narrow, int16_t* output) {
+  ExpandAcross(coarse, size, y, kernels.expand_across, narrow);
+  kernels.expand_along(narrow, output, size.width);
 }
 
 }  // namespace ovra
