@@ -40,7 +40,7 @@ class Enlarger {
 
   // A register of outputs from x on. The ends of the row are held.
   typename V::Reg From(const int16_t* row, std::ptrdiff_t x) const {
-    const auto words = V::LoadToAllLanes(row + (x + 2) / 4 - 1);
+    const auto words = V::LoadToAllLanes(row + ((x + 2) >> 2) - 1);
     const auto a = V::Shuffle8(words, before_);
     const auto difference = V::Sub16(V::Shuffle8(words, behind_), a);
     return V::Add16(a, V::MulRound15(difference, shares_));

@@ -42,7 +42,7 @@ struct ExpandedPart {
 
 template <class V, class Words>
 ExpandedPart<V> ExpandedFrom(const int16_t* row, std::ptrdiff_t x) {
-  const int16_t* const p = row + (x + 1) / 2;
+  const int16_t* const p = row + ((x + 1) >> 1);
   const auto before = V::Load(p - 1);
   const auto at = V::Load(p);
   const auto behind = V::Load(p + 1);
