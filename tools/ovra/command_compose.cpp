@@ -18,7 +18,7 @@ struct ComposeOptions {
 
 // The mask has one weight for every sample of the overlay; a grey one serves all its channels.
 Image MaskFor(const Image& overlay, const std::string& path, const ReadOptions& read) {
-  const Image mask = WithDepth(ReadImage(path, read), overlay.depth_bits());
+  Image mask = WithDepth(ReadImage(path, read), overlay.depth_bits());
   if (mask.width() != overlay.width() || mask.height() != overlay.height()) {
     throw Error(path + ": a mask is as large as the overlay, " + std::to_string(overlay.width()) +
                 " x " + std::to_string(overlay.height()) + " pixels");
