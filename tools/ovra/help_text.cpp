@@ -10,7 +10,7 @@ namespace ovra_host {
 std::string ValueText(const CLI::Option& option) {
   if (option.get_type_size() == 0) return "";
   static const std::regex limits(":(?:INT|FLOAT|POSITIVE)(?: in \\[(.*) - (.*)\\])?$");
-  const std::string text = option.get_type_name();
+  std::string text = option.get_type_name();
   std::smatch match;
   if (!std::regex_search(text, match, limits)) return text;
   const std::string name = match.prefix();
