@@ -46,7 +46,7 @@ std::string Hint(const std::string& typed, const std::vector<std::string>& words
 std::string UnknownOption(const std::vector<std::string>& words,
                           const std::vector<std::string>& options) {
   for (const std::string& word : words) {
-    const std::string name = word.substr(0, word.find('='));
+    std::string name = word.substr(0, word.find('='));
     if (name.rfind("--", 0) == 0 && !Holds(options, name)) return name;
   }
   return "";
@@ -69,7 +69,7 @@ std::string UnknownCommand(const CLI::App& app, const std::vector<std::string>& 
 
 std::string UsageMessage(const CLI::App& app, const std::vector<std::string>& words,
                          const CLI::ParseError& error) {
-  const std::string unknown_command = UnknownCommand(app, words);
+  std::string unknown_command = UnknownCommand(app, words);
   if (!unknown_command.empty()) return unknown_command;
   const std::vector<std::string> commands = CommandNames(app);
   const auto command = std::find_if(words.begin(), words.end(),
