@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Calls from several threads at once, on different buffers; the thread sanitizer watches.
 #include <gtest/gtest.h>
-#if !defined(_WIN32) && !defined(__SANITIZE_THREAD__)
+#ifdef OVRA_LIBRARY
 #include <dlfcn.h>
 #include <unistd.h>
 #endif
@@ -55,7 +55,7 @@ TEST_P(Threads, ShareNothingButContexts) {
 INSTANTIATE_TEST_SUITE_P(Calls, Threads, testing::ValuesIn(ovra_test::kOperations),
                          ovra_test::OperationName);
 
-#if !defined(_WIN32) && !defined(__SANITIZE_THREAD__)  // which does not see the loader's lock
+#ifdef OVRA_LIBRARY
 // What is found when the library is loaded, the processor's tier, is found by all who load it at once.
 TEST(Library, IsLoadedByAllAtOnce) {
   namespace fs = std::filesystem;
