@@ -20,7 +20,7 @@ class ByteReduction {
 
   bool Usable() const { return kernels_ != nullptr; }
 
-  // The destination row of these rows, up to kMaxByteRows, whose weights are words.
+  // The destination row of these rows, up to kMaxReductionRows, whose weights are words.
   void Write(const WeighedRows<uint8_t>& rows, const SourceAhead& ahead, uint8_t* destination);
 
  private:

@@ -14,12 +14,15 @@ namespace ovra {
 // it takes 25 bits, so that a sum of products with weights stays exact in a double (53 bits).
 inline constexpr int32_t kReductionIntermediateBits = 7;
 
+// So many rows are summed at once at most.
+inline constexpr int32_t kMaxReductionRows = 64;
+
 // Rows under one stretched kernel, and the weight of each.
 template <class Sample>
 struct WeighedRows {
   const Sample* const* rows;
   const int32_t* weights;
-  int32_t count;
+  int32_t count;  // up to kMaxReductionRows
 };
 
 // A tier keeps the sums of a row as it likes, in this many elements more than the row has samples.
@@ -68,12 +71,10 @@ struct ReductionKernelsOf {
 };
 
 // 8-bit samples, all rows at hand: pairs of rows meet the words of their weights.
-inline constexpr int32_t kMaxByteRows = 64;
-
 struct WeighedByteRows {
   int32_t pairs;
-  int32_t weights[kMaxByteRows / 2];  // of a pair, the first in the lower 16 bits
-  const uint8_t* rows[kMaxByteRows];
+  int32_t weights[kMaxReductionRows / 2];  // of a pair, the first in the lower 16 bits
+  const uint8_t* rows[kMaxReductionRows];
 };
 
 // Where the source goes on: to be asked for while the processor multiplies.

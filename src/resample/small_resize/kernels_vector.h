@@ -21,20 +21,14 @@ constexpr int kVerticalShift = kReductionWeightBits - kReductionIntermediateBits
 // high * 256 is split once more, so that no element needs more than 32 bits.
 constexpr int kHighShift = kVerticalShift - kLowBits;
 
-// So many rows are summed without a carry from the low halves to the high ones: 254 * 255 * 2^15,
-// what the last carry left, and rounding are less than 2^31.
-constexpr int32_t kRowsWithoutCarry = 254;
-
 struct WeightPairs {
   // Weights of two rows each, the first in the lower 16 bits.
-  int32_t high[kRowsWithoutCarry / 2];
-  int32_t low[kRowsWithoutCarry / 2];
+  int32_t high[kMaxReductionRows / 2];
+  int32_t low[kMaxReductionRows / 2];
   int32_t pairs;
 };
 
-// Of the first rows, up to kRowsWithoutCarry.
 inline WeightPairs SplitWeights(const int32_t* weights, int32_t count) {
-  if (count > kRowsWithoutCarry) count = kRowsWithoutCarry;
   WeightPairs split;
   split.pairs = (count + 1) / 2;
   for (int32_t p = 0; p < split.pairs; ++p) {
@@ -84,20 +78,18 @@ struct VerticalSums {
     low_near = V::Load(from + 2 * V::kBytes);
     low_far = V::Load(from + 3 * V::kBytes);
   }
+  // What the low sums have of whole high units goes there first, so that they may grow again: they are
+  // at most kMaxReductionRows * 255 * 2^15, with what was left of them and rounding less than 2^31.
   void Store(uint8_t* to) {
-    Carry();
-    V::Store(to, high_near);
-    V::Store(to + V::kBytes, high_far);
-    V::Store(to + 2 * V::kBytes, low_near);
-    V::Store(to + 3 * V::kBytes, low_far);
-  }
-  // What the low sums have of whole high units goes there, so that they may grow again.
-  void Carry() {
     const Reg mask = V::Set32(kLowMask);
     high_near = V::Add32(high_near, V::ShiftRight32(low_near, kLowBits));
     high_far = V::Add32(high_far, V::ShiftRight32(low_far, kLowBits));
     low_near = V::And(low_near, mask);
     low_far = V::And(low_far, mask);
+    V::Store(to, high_near);
+    V::Store(to + V::kBytes, high_far);
+    V::Store(to + 2 * V::kBytes, low_near);
+    V::Store(to + 3 * V::kBytes, low_far);
   }
 
   void Finish(int32_t* out, Reg offset) const {
@@ -157,12 +149,6 @@ void SumSteps(const WeighedRows<Sample>& rows, std::ptrdiff_t samples, const Sta
     VerticalSums<V> right;
     start(step, &left, &right);
     AddRows<V>(rows.rows, rows.count, weights, i, &left, &right);
-    for (int32_t t = kRowsWithoutCarry; t < rows.count; t += kRowsWithoutCarry) {
-      left.Carry();
-      right.Carry();
-      AddRows<V>(rows.rows + t, rows.count - t, SplitWeights(rows.weights + t, rows.count - t), i,
-                 &left, &right);
-    }
     end(step, i, &left, &right);
   }
 }

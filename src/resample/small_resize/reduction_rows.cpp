@@ -60,7 +60,7 @@ template <class Sample>
 bool ReductionRows<Sample>::PrepareBytes(const ResizePlan& plan, KernelTier tier) {
   if constexpr (sizeof(Sample) == 1) {
     const ReductionKernels& kernels = ForTier(tier, kReductionPlain, kReductionSse, kReductionAvx2);
-    if (rows_.MaxTaps() > kMaxByteRows || !rows_.HasWords()) return true;
+    if (rows_.MaxTaps() > kMaxReductionRows || !rows_.HasWords()) return true;
     return byte_reduction_.Prepare(columns_, plan.shape.destination.width, samples_,
                                    plan.format.channels, kernels.bytes);
   }

@@ -34,7 +34,7 @@ class ReductionRows {
  private:
   // With fewer rows the sums are read and written too often, and copies of more cost memory.
   static constexpr int32_t kCopiedRows = 24;
-  static constexpr int32_t kMaxKeptRows = kMaxByteRows;  // where they are, or of bytes
+  static constexpr int32_t kMaxKeptRows = kMaxReductionRows;  // where they are, or of bytes
 
   // The rows of a destination row's kernel that are kept.
   struct Part {
