@@ -103,7 +103,7 @@ FileOperation OnFiles(const CommonOptions& common, PictureOperation operation) {
 }
 
 std::shared_ptr<FileOptions> AddFileOptions(CLI::App& command) {
-  const auto options = std::make_shared<FileOptions>();
+  auto options = std::make_shared<FileOptions>();
   command
       .add_option("files", options->names,
                   "picture to read and picture to write; with -o all are read; - is standard input "

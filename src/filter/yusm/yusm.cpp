@@ -183,7 +183,7 @@ class YUsmRun {
   const int32_t after_;   // taps right of and below the pixel
   const int32_t before_;  // left of and above it: one less for even counts
   const int32_t depth_bits_;
-  YUsmEvenDeltas even_deltas_;
+  YUsmEvenDeltas even_deltas_ = {};
   const YUsmTables tables_;
   const Weights weights_;
   const BlurKernels blur_kernels_;
